@@ -1,0 +1,32 @@
+#!/usr/bin/env bash
+# Sets up like run.sh, then runs every test: the whole suite of the normal build, a short run of the
+# benchmarks, and the core tests once more under AddressSanitizer and UndefinedBehaviorSanitizer.
+set -euo pipefail
+root="$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)"
+cd "$root"
+started=$SECONDS
+
+fail() {
+    echo >&2
+    echo "FAILED: $1" >&2
+    exit 1
+}
+
+"$root/scripts/setup.sh" || fail "set-up or build of the normal build"
+
+echo "== Tests (normal build)"
+ctest --test-dir build --output-on-failure -j2 || fail "tests of the normal build (see the output above)"
+
+echo "== Benchmarks (a short run, to prove they work)"
+./build/bench/core_bench --benchmark_min_time=0.01 >/dev/null || fail "the benchmarks did not run"
+
+echo "== Tests (core, AddressSanitizer + UndefinedBehaviorSanitizer)"
+if [ ! -f build-sanitize/build.ninja ]; then
+    cmake -S . -B build-sanitize -G Ninja -DCMAKE_BUILD_TYPE=Debug -DSKYLANTRA_SANITIZE=ON >/dev/null \
+        || fail "configuring the sanitizer build"
+fi
+cmake --build build-sanitize >/dev/null || fail "the sanitizer build"
+ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
+    ctest --test-dir build-sanitize --output-on-failure -j2 || fail "core tests under the sanitizers"
+
+echo "== All tests passed in $((SECONDS - started)) s"
