@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QSet>
+#include <QString>
+#include <QStringList>
+
+#include "common/file_io.h"
+
+namespace sky {
+
+// The user's friends: member numbers in the order they were added, each at most once. The same number
+// counts on both networks. Like the classic keyed collection, keys ignore case.
+class Friends {
+public:
+    // Reads data/friends.dat; a missing file gives an empty list.
+    static Friends Load(const QString& path);
+    // The entries of a friends file: comma-separated fields, surrounding double quotes removed, empty
+    // entries and repeated numbers skipped.
+    static Friends Parse(const QString& text);
+
+    bool Contains(const QString& memberId) const;
+    // Adds memberId at the end; false when it is empty or already there.
+    bool Add(const QString& memberId);
+    // Removes memberId; false when it was not there.
+    bool Remove(const QString& memberId);
+
+    const QStringList& Entries() const { return m_entries; }
+    qsizetype Count() const { return m_entries.size(); }
+
+    // One member number per line, in order.
+    QByteArray ToBytes() const;
+    // Writes the file anew, atomically, creating its folder when missing.
+    WriteResult Save(const QString& path) const;
+
+private:
+    QStringList m_entries;
+    QSet<QString> m_keys;
+};
+
+// What ToggleFriend did, for the caller to show and to rebuild what depends on the list: the scene
+// when only friends are shown, the friends page of an open list panel, the open info box.
+struct FriendToggle {
+    bool Added = false;
+    QString StatusText;
+};
+
+// Adds the client to the friends list or removes it, and says so in the status text.
+FriendToggle ToggleFriend(Friends& friends, const QString& realName, const QString& memberId);
+
+} // namespace sky

@@ -1,0 +1,92 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+#include <QString>
+
+#include "common/file_io.h"
+
+namespace sky {
+
+class Friends;
+class IniFile;
+
+// Every user setting of skln.ini, named after its key. The window geometry is held in twips (pixels
+// times TwipsPerPixel) and written in pixels.
+struct Settings {
+    // [User]
+    QString IVAO_ID = QStringLiteral("100000");
+    QString VATSIM_ID = QStringLiteral("800000");
+    // [Display]
+    QString ColourTheme = QStringLiteral("default.dc");
+    bool DisableSmooth = false;
+    bool DisableCountries = false;
+    std::int32_t WindowWidth = 0; // twips
+    std::int32_t WindowHeight = 0;
+    std::int32_t WindowLeft = 0;
+    std::int32_t WindowTop = 0;
+    // [Network]
+    bool AutoDownload = false;
+    std::int16_t DownloadMinutes = 5;
+    std::int16_t Timeout = 15; // seconds
+    QString Proxy = QStringLiteral("0");
+    bool TextForce = false;
+    // [Zoom]: the three stored views, index 0 to 2 for views 1 to 3.
+    std::array<float, 3> X = {13.34f, -97.72f, -27.68f};
+    std::array<float, 3> Y = {-54.15f, -46.23f, -36.71f};
+    std::array<float, 3> Z = {1.49f, 0.75f, 0.43f};
+    // [Map]
+    bool ShowLatLon = true;
+    bool ShowPlanes = true;
+    bool ShowPlaneLabels = true;
+    bool ShowATC = true;
+    bool ShowATCLabels = true;
+    bool ShowAirports = true;
+    bool ShowAirportLabels = true;
+    bool ShowInbounds = false;
+    bool ShowActualHeading = false;
+
+    // The member number on network 0 (IVAO) or 1 (VATSIM).
+    const QString& MemberId(int network) const { return network == 0 ? IVAO_ID : VATSIM_ID; }
+};
+
+// What the settings need to know of the screen: its twips per pixel and its size in pixels.
+struct ScreenMetrics {
+    float TwipsPerPixel = 15.0f;
+    int WidthPx = 1024;
+    int HeightPx = 768;
+};
+
+// The window as it is at shut-down, in twips. While Maximised, Settings keeps the geometry to restore.
+struct WindowPlacement {
+    bool Maximised = false;
+    std::int32_t Left = 0;
+    std::int32_t Top = 0;
+    std::int32_t Width = 0;
+    std::int32_t Height = 0;
+};
+
+// Reads every setting from ini, applying the defaults, clamps and the conversion of the geometry to
+// twips (a window position of 0.1 centres the window on the screen).
+Settings ReadSettings(const IniFile& ini, const ScreenMetrics& screen);
+
+// Writes the settings into ini in their fixed order. Proxy and TextForce are never written, so a line
+// the user added by hand stays as it is.
+void WriteSettings(const Settings& settings, const WindowPlacement& window, float twipsPerPixel,
+                   IniFile& ini);
+
+// The paths of the files the settings live in, under the home folder.
+QString SettingsPath(const QString& home);
+QString FriendsPath(const QString& home);
+
+// Start-up: reads the friends list, then skln.ini.
+Settings LoadSettings(const QString& home, const ScreenMetrics& screen, Friends& friends);
+
+// Shut-down: writes the friends list, then skln.ini, each atomically. A file that cannot be written
+// keeps its previous content; the messages say which.
+std::vector<WriteResult> SaveSettings(const QString& home, const Settings& settings, const Friends& friends,
+                                      const WindowPlacement& window, float twipsPerPixel);
+
+} // namespace sky

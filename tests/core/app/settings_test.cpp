@@ -1,0 +1,313 @@
+#include "app/settings.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include "app/friends.h"
+#include "app/ini_file.h"
+
+using namespace Qt::StringLiterals;
+
+namespace sky {
+namespace {
+
+// A full-HD screen at 96 DPI: 15 twips per pixel.
+const ScreenMetrics kScreen{15.0f, 1920, 1080};
+
+Settings Read(const char* text) {
+    return ReadSettings(IniFile::FromBytes(QByteArray(text)), kScreen);
+}
+
+WindowPlacement PlacementOf(const Settings& s) {
+    return {false, s.WindowLeft, s.WindowTop, s.WindowWidth, s.WindowHeight};
+}
+
+QByteArray Written(const Settings& s, const WindowPlacement& window, const char* before = "") {
+    IniFile ini = IniFile::FromBytes(QByteArray(before));
+    WriteSettings(s, window, kScreen.TwipsPerPixel, ini);
+    return ini.ToBytes();
+}
+
+TEST(ReadSettings, AnEmptyFileGivesTheDefaults) {
+    const Settings s = Read("");
+    EXPECT_EQ(s.IVAO_ID, u"100000");
+    EXPECT_EQ(s.VATSIM_ID, u"800000");
+    EXPECT_EQ(s.ColourTheme, u"default.dc");
+    EXPECT_FALSE(s.DisableSmooth);
+    EXPECT_FALSE(s.DisableCountries);
+    // A centred 800 x 600 window, in twips.
+    EXPECT_EQ(s.WindowWidth, 800 * 15);
+    EXPECT_EQ(s.WindowHeight, 600 * 15);
+    EXPECT_EQ(s.WindowLeft, (1920 - 800) / 2 * 15);
+    EXPECT_EQ(s.WindowTop, (1080 - 600) / 2 * 15);
+    EXPECT_FALSE(s.AutoDownload);
+    EXPECT_EQ(s.DownloadMinutes, 5);
+    EXPECT_EQ(s.Timeout, 15);
+    EXPECT_EQ(s.Proxy, u"0");
+    EXPECT_FALSE(s.TextForce);
+    const std::array<float, 3> x = {13.34f, -97.72f, -27.68f};
+    const std::array<float, 3> y = {-54.15f, -46.23f, -36.71f};
+    const std::array<float, 3> z = {1.49f, 0.75f, 0.43f};
+    EXPECT_EQ(s.X, x);
+    EXPECT_EQ(s.Y, y);
+    EXPECT_EQ(s.Z, z);
+    EXPECT_TRUE(s.ShowLatLon && s.ShowPlanes && s.ShowPlaneLabels && s.ShowATC && s.ShowATCLabels &&
+                s.ShowAirports && s.ShowAirportLabels);
+    EXPECT_FALSE(s.ShowInbounds);
+    EXPECT_FALSE(s.ShowActualHeading);
+    EXPECT_EQ(s.MemberId(0), u"100000");
+    EXPECT_EQ(s.MemberId(1), u"800000");
+}
+
+TEST(ReadSettings, NumbersAreClampedAndGarbageReadsAsZeroBeforeClamping) {
+    struct Row {
+        const char* text;
+        std::int32_t widthPx, heightPx;
+        std::int16_t minutes, timeout;
+    };
+    const Row rows[] = {
+        {"[Display]\nWindowWidth=500\n[Network]\nDownloadMinutes=1\nTimeout=300", 720, 600, 3, 120},
+        {"[Display]\nWindowWidth=abc\nWindowHeight=\n[Network]\nDownloadMinutes=x\nTimeout=-", 720, 540, 3,
+         5},
+        {"[Display]\nWindowWidth=1024.5\nWindowHeight=700.5\n[Network]\nDownloadMinutes=29.9\nTimeout=119.99",
+         1024, 700, 29, 119},
+        {"[Display]\nWindowWidth=1025.5\n[Network]\nDownloadMinutes=-5\nTimeout=1e9", 1026, 600, 3, 120},
+        {"[Network]\nDownloadMinutes=30.5\nTimeout=4.9", 800, 600, 30, 5},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.text);
+        const Settings s = Read(row.text);
+        EXPECT_EQ(s.WindowWidth, row.widthPx * 15);
+        EXPECT_EQ(s.WindowHeight, row.heightPx * 15);
+        EXPECT_EQ(s.DownloadMinutes, row.minutes);
+        EXPECT_EQ(s.Timeout, row.timeout);
+    }
+    // A size no screen has saturates instead of overflowing.
+    EXPECT_EQ(Read("[Display]\nWindowWidth=1e12").WindowWidth, std::numeric_limits<std::int32_t>::max());
+}
+
+TEST(ReadSettings, APositionOfExactlyPointOneCentresTheWindow) {
+    const Settings byHand =
+        Read("[Display]\nWindowLeft=0.1\nWindowTop=0.10\nWindowWidth=1000\nWindowHeight=800");
+    EXPECT_EQ(byHand.WindowLeft, (1920 - 1000) * 15 / 2);
+    EXPECT_EQ(byHand.WindowTop, (1080 - 800) * 15 / 2);
+    const Settings saved = Read("[Display]\nWindowLeft=100\nWindowTop=-20.5\n");
+    EXPECT_EQ(saved.WindowLeft, 1500);
+    EXPECT_EQ(saved.WindowTop, -308); // -307.5 twips, to the even neighbour
+    EXPECT_EQ(Read("[Display]\nWindowLeft=0.1000001").WindowLeft, 2);
+    // Twips per pixel need not be whole: 1.25 at 1152 DPI.
+    const Settings fine = ReadSettings(IniFile::FromBytes("[Display]\nWindowWidth=801"), {1.25f, 1920, 1080});
+    EXPECT_EQ(fine.WindowWidth, 1001); // 1001.25 rounded
+    EXPECT_EQ(fine.WindowLeft, 700);   // (2400 - 1001) / 2 = 699.5, to the even neighbour
+}
+
+TEST(ReadSettings, BooleansAcceptNumbersAndWordsAndIgnoreTheRest) {
+    const Settings s = Read("[Display]\nDisableSmooth=2\nDisableCountries=True\n"
+                            "[Network]\nAutoDownload=-1\nTextForce=yes\n"
+                            "[Map]\nShowPlanes=0\nShowATC=false\nShowInbounds=maybe\nShowLatLon=\n");
+    EXPECT_TRUE(s.DisableSmooth);
+    EXPECT_TRUE(s.DisableCountries);
+    EXPECT_TRUE(s.AutoDownload);
+    EXPECT_FALSE(s.TextForce); // unreadable: its default
+    EXPECT_FALSE(s.ShowPlanes);
+    EXPECT_FALSE(s.ShowATC);
+    EXPECT_FALSE(s.ShowInbounds); // unreadable: its default
+    EXPECT_TRUE(s.ShowLatLon);    // empty: its default
+}
+
+TEST(ReadSettings, ViewsAreStoredTimesAHundred) {
+    const Settings s = Read("[Zoom]\nX1=-17999\nY1=9000\nZ1=5000\nX2=abc\nZ3=1e2\n");
+    EXPECT_EQ(s.X[0], -179.99f);
+    EXPECT_EQ(s.Y[0], 90.0f);
+    EXPECT_EQ(s.Z[0], 50.0f);
+    EXPECT_EQ(s.X[1], 0.0f);
+    EXPECT_EQ(s.Z[2], 1.0f);
+}
+
+TEST(WriteSettings, AFreshFileHoldsEveryWrittenKeyInOrder) {
+    const Settings s = Read("");
+    EXPECT_EQ(Written(s, PlacementOf(s)), QByteArray("[User]\n"
+                                                     "IVAO_ID=100000\n"
+                                                     "VATSIM_ID=800000\n"
+                                                     "\n"
+                                                     "[Display]\n"
+                                                     "ColourTheme=default.dc\n"
+                                                     "DisableSmooth=0\n"
+                                                     "DisableCountries=0\n"
+                                                     "WindowLeft=560\n"
+                                                     "WindowTop=240\n"
+                                                     "WindowWidth=800\n"
+                                                     "WindowHeight=600\n"
+                                                     "\n"
+                                                     "[Network]\n"
+                                                     "AutoDownload=0\n"
+                                                     "DownloadMinutes=5\n"
+                                                     "Timeout=15\n"
+                                                     "\n"
+                                                     "[Zoom]\n"
+                                                     "X1=1334\n"
+                                                     "Y1=-5415\n"
+                                                     "Z1=149\n"
+                                                     "X2=-9772\n"
+                                                     "Y2=-4623\n"
+                                                     "Z2=75\n"
+                                                     "X3=-2768\n"
+                                                     "Y3=-3671\n"
+                                                     "Z3=43\n"
+                                                     "\n"
+                                                     "[Map]\n"
+                                                     "ShowLatLon=1\n"
+                                                     "ShowPlanes=1\n"
+                                                     "ShowPlaneLabels=1\n"
+                                                     "ShowATC=1\n"
+                                                     "ShowATCLabels=1\n"
+                                                     "ShowAirports=1\n"
+                                                     "ShowAirportLabels=1\n"
+                                                     "ShowInbounds=0\n"
+                                                     "ShowActualHeading=0\n"));
+}
+
+TEST(WriteSettings, WhatIsWrittenReadsBackAsTheSameSettings) {
+    Settings s = Read("");
+    s.IVAO_ID = u"123456"_s;
+    s.ColourTheme = u"daylight.dc"_s;
+    s.DisableCountries = true;
+    s.AutoDownload = true;
+    s.DownloadMinutes = 12;
+    s.Timeout = 60;
+    s.X = {-179.99f, 0.0f, 12.0f};
+    s.Y = {90.0f, -0.5f, 33.33f};
+    s.Z = {50.0f, 0.3f, 16.0f};
+    s.ShowPlanes = false;
+    s.ShowActualHeading = true;
+    s.WindowLeft = 1500;
+    s.WindowTop = -300;
+    const QByteArray bytes = Written(s, PlacementOf(s));
+    const Settings back = ReadSettings(IniFile::FromBytes(bytes), kScreen);
+    EXPECT_EQ(back.IVAO_ID, s.IVAO_ID);
+    EXPECT_EQ(back.ColourTheme, s.ColourTheme);
+    EXPECT_EQ(back.DisableCountries, s.DisableCountries);
+    EXPECT_EQ(back.AutoDownload, s.AutoDownload);
+    EXPECT_EQ(back.DownloadMinutes, s.DownloadMinutes);
+    EXPECT_EQ(back.Timeout, s.Timeout);
+    EXPECT_EQ(back.X, s.X);
+    EXPECT_EQ(back.Y, s.Y);
+    EXPECT_EQ(back.Z, s.Z);
+    EXPECT_EQ(back.ShowPlanes, s.ShowPlanes);
+    EXPECT_EQ(back.ShowActualHeading, s.ShowActualHeading);
+    EXPECT_EQ(back.WindowLeft, s.WindowLeft);
+    EXPECT_EQ(back.WindowTop, s.WindowTop);
+}
+
+TEST(WriteSettings, ZoomValuesRoundHalfToEven) {
+    Settings s = Read("");
+    s.Z = {0.125f, 0.375f, -0.001f};
+    const IniFile ini = IniFile::FromBytes(Written(s, PlacementOf(s)));
+    EXPECT_EQ(ini.Value(u"Zoom", u"Z1", u""_s), u"12");
+    EXPECT_EQ(ini.Value(u"Zoom", u"Z2", u""_s), u"38");
+    EXPECT_EQ(ini.Value(u"Zoom", u"Z3", u""_s), u"0");
+}
+
+TEST(WriteSettings, GeometryIsTheRestoreGeometryWhileMaximisedElseTheWindowsOwn) {
+    Settings s = Read("");
+    s.WindowLeft = 1001; // the geometry to restore, in twips
+    s.WindowTop = 30;
+    s.WindowWidth = 12000;
+    s.WindowHeight = 9000;
+    const WindowPlacement maximised{true, 0, 0, 1920 * 15, 1050 * 15};
+    const IniFile fromMaximised = IniFile::FromBytes(Written(s, maximised));
+    EXPECT_EQ(fromMaximised.Value(u"Display", u"WindowLeft", u""_s), u"66.73333333333333");
+    EXPECT_EQ(fromMaximised.Value(u"Display", u"WindowTop", u""_s), u"2");
+    EXPECT_EQ(fromMaximised.Value(u"Display", u"WindowWidth", u""_s), u"800");
+    EXPECT_EQ(fromMaximised.Value(u"Display", u"WindowHeight", u""_s), u"600");
+
+    const WindowPlacement normal{false, 1001, 15, 15015, 9000};
+    const IniFile fromNormal = IniFile::FromBytes(Written(s, normal));
+    EXPECT_EQ(fromNormal.Value(u"Display", u"WindowLeft", u""_s), u"66.73333");
+    EXPECT_EQ(fromNormal.Value(u"Display", u"WindowTop", u""_s), u"1");
+    EXPECT_EQ(fromNormal.Value(u"Display", u"WindowWidth", u""_s), u"1001");
+}
+
+TEST(WriteSettings, HandEditsOutsideTheWrittenKeysSurvive) {
+    const char* before = "; written by hand\n"
+                         "[Network]\n"
+                         "Proxy=\"proxy.example:8080\"\n"
+                         "TextForce=1\n"
+                         "Timeout=30\n"
+                         "MyOwnKey=whatever\n"
+                         "\n"
+                         "[Map]\n"
+                         "ShowPlanes=yes\n";
+    const Settings s = Read(before);
+    EXPECT_EQ(s.Proxy, u"proxy.example:8080");
+    EXPECT_TRUE(s.TextForce);
+    const QByteArray after = Written(s, PlacementOf(s), before);
+    EXPECT_TRUE(after.startsWith("; written by hand\n[Network]\nProxy=\"proxy.example:8080\"\nTextForce=1\n"
+                                 "Timeout=30\nMyOwnKey=whatever\nAutoDownload=0\nDownloadMinutes=5\n\n"
+                                 "[Map]\nShowPlanes=1\n"))
+        << after.toStdString();
+}
+
+class SettingsFiles : public ::testing::Test {
+protected:
+    void SetUp() override { ASSERT_TRUE(m_home.isValid()); }
+
+    void WriteFile(const QString& relative, const QByteArray& bytes) {
+        QDir(m_home.path()).mkpath(QFileInfo(m_home.filePath(relative)).path());
+        QFile file(m_home.filePath(relative));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+    }
+
+    QByteArray ReadFile(const QString& relative) {
+        QFile file(m_home.filePath(relative));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    QTemporaryDir m_home;
+};
+
+TEST_F(SettingsFiles, LoadThenSaveKeepsTheFileAndTheFriends) {
+    WriteFile(u"skln.ini"_s, "[Network]\r\nProxy=cache:3128\r\nTextForce=1\r\n");
+    WriteFile(u"data/friends.dat"_s, "200001\r\n\"200002\",300003\r\n");
+    Friends friends;
+    const Settings s = LoadSettings(m_home.path(), kScreen, friends);
+    EXPECT_EQ(friends.Entries(), (QStringList{u"200001"_s, u"200002"_s, u"300003"_s}));
+    EXPECT_EQ(s.Proxy, u"cache:3128");
+
+    const auto results = SaveSettings(m_home.path(), s, friends, PlacementOf(s), kScreen.TwipsPerPixel);
+    for (const WriteResult& result : results)
+        EXPECT_TRUE(result.Ok) << result.Message.toStdString();
+    EXPECT_EQ(ReadFile(u"data/friends.dat"_s), QByteArray("200001\n200002\n300003\n"));
+    const QByteArray ini = ReadFile(u"skln.ini"_s);
+    EXPECT_TRUE(ini.startsWith("[Network]\r\nProxy=cache:3128\r\nTextForce=1\r\nAutoDownload=0\r\n"));
+    EXPECT_TRUE(ini.contains("[User]\r\nIVAO_ID=100000\r\n"));
+
+    // A second round changes nothing.
+    Friends again;
+    const Settings second = LoadSettings(m_home.path(), kScreen, again);
+    SaveSettings(m_home.path(), second, again, PlacementOf(second), kScreen.TwipsPerPixel);
+    EXPECT_EQ(ReadFile(u"skln.ini"_s), ini);
+}
+
+TEST_F(SettingsFiles, AnUnwritableHomeIsReportedForBothFiles) {
+    WriteFile(u"home"_s, "a file where a folder should be");
+    const QString home = m_home.filePath(u"home"_s);
+    Friends friends;
+    friends.Add(u"200001"_s);
+    const Settings s = LoadSettings(home, kScreen, friends);
+    EXPECT_EQ(friends.Count(), 0);
+    const auto results = SaveSettings(home, s, friends, PlacementOf(s), kScreen.TwipsPerPixel);
+    ASSERT_EQ(results.size(), 2u);
+    EXPECT_FALSE(results[0].Ok);
+    EXPECT_TRUE(results[0].Message.contains(u"friends.dat"_s)) << results[0].Message.toStdString();
+    EXPECT_FALSE(results[1].Ok);
+    EXPECT_TRUE(results[1].Message.contains(u"skln.ini"_s)) << results[1].Message.toStdString();
+    EXPECT_EQ(ReadFile(u"home"_s), QByteArray("a file where a folder should be"));
+}
+
+} // namespace
+} // namespace sky
