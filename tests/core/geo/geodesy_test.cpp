@@ -1,0 +1,153 @@
+#include "geo/geodesy.h"
+
+#include <cmath>
+
+#include <gtest/gtest.h>
+
+namespace sky::geo {
+namespace {
+
+TEST(Globe, PutsLatitudeZeroLongitudeZeroOnPlusZAndTheNorthPoleOnPlusY) {
+    EXPECT_FLOAT_EQ(GlobeZ(0.0f, 0.0f), 1.0f);
+    EXPECT_FLOAT_EQ(GlobeX(0.0f, 0.0f), 0.0f);
+    EXPECT_NEAR(GlobeY(90.0f, 123.0f), 1.0f, 1e-6f);
+    EXPECT_NEAR(GlobeX(0.0f, 90.0f), 1.0f, 1e-6f);
+    EXPECT_NEAR(GlobeZ(0.0f, 90.0f), 0.0f, 2e-6f);
+    // With pi as 3.14159, 90 degrees stops just short of a right angle.
+    EXPECT_GT(GlobeZ(0.0f, 90.0f), 0.0f);
+    const float x = GlobeX(50.0f, 8.5f), y = GlobeY(50.0f, 8.5f), z = GlobeZ(50.0f, 8.5f);
+    EXPECT_NEAR(x * x + y * y + z * z, 1.0f, 1e-6f);
+}
+
+TEST(ArcCos, KeepsItsConstantsAndItsOutOfRangeAnswers) {
+    EXPECT_EQ(ArcCos(-1.5f), 3.14159f);
+    EXPECT_EQ(ArcCos(-1.0f), 3.14159f);
+    EXPECT_EQ(ArcCos(0.0f), static_cast<float>(3.14159 / 2));
+    EXPECT_EQ(ArcCos(1.0f), 0.0f);
+    EXPECT_EQ(ArcCos(1.5f), 0.0f);
+    // From 0.5 outwards the true arc cosine (with the approximate pi added for negatives).
+    EXPECT_NEAR(ArcCos(0.5f), std::acos(0.5), 1e-6);
+    EXPECT_NEAR(ArcCos(-0.5f), std::acos(-0.5) - (M_PI - 3.14159), 1e-6);
+    // Inside -0.5 to 0.5, 0.01 radian above it.
+    EXPECT_NEAR(ArcCos(0.3f), std::acos(0.3) + 0.01, 1e-5);
+    EXPECT_NEAR(ArcCos(-0.49f), std::acos(-0.49) + 0.01, 1e-5);
+}
+
+TEST(Distance, ReproducesTheFiguresOfTheApproximateArcCosine) {
+    EXPECT_EQ(Distance(50.0f, 8.0f, 50.0f, 8.0f), 0.0f);
+    // Two equator points 90 degrees apart: 5437.93 nm, where the exact arc would be 5403.5.
+    EXPECT_NEAR(Distance(0.0f, 0.0f, 0.0f, 90.0f), 5437.93f, 0.01f);
+    EXPECT_NEAR(Distance(0.0f, 45.0f, 0.0f, -45.0f), 5437.93f, 0.01f);
+    // c = 0.3: 4389.8 nm against 4355.4 for the exact arc cosine.
+    EXPECT_NEAR(ArcCos(0.3f) * kEarthRadiusNm, 4389.8f, 0.05f);
+    const float apart = static_cast<float>(std::acos(0.3) / DegToRad);
+    EXPECT_NEAR(Distance(0.0f, 0.0f, 0.0f, apart), 4389.8f, 0.1f);
+    // Outside that band the distance is the great circle: Frankfurt to New York, 3341.97 nm.
+    EXPECT_NEAR(Distance(50.0333f, 8.5706f, 40.6398f, -73.7789f), 3341.97f, 0.05f);
+    EXPECT_EQ(Distance(10.0f, 20.0f, 30.0f, 40.0f), Distance(30.0f, 40.0f, 10.0f, 20.0f));
+}
+
+TEST(Course, GivesWholeDegreesInItsMixedRanges) {
+    struct Row {
+        float lat1, lon1, lat2, lon2;
+        int expected;
+    };
+    const Row rows[] = {
+        {0, 0, 0, 10, 90},                              // due east: y > 0, x = 0
+        {0, 0, 0, -10, 270},                            // due west: y < 0, x = 0
+        {10, 5, -10, 5, 180},                           // due south
+        {-10, 5, 10, 5, 0},                             // due north
+        {0, 0, 10, 10, 45},                             // 44.56
+        {0, 0, -10, 10, 135},                           // 135.44
+        {0, 0, 10, -10, -45},                           // west of north with x > 0: between -90 and 0
+        {0, 0, -10, -10, -135},                         // west of north with x < 0: between -180 and -90
+        {50.0333f, 8.5706f, 40.6398f, -73.7789f, -66},  // Frankfurt to New York, -65.61
+        {51.4706f, -0.4619f, -33.9461f, 151.1772f, 60}, // London to Sydney, 60.47
+        {40, 40, 40, 40, 0},                            // no movement: y = 0 and x = 0
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.expected);
+        EXPECT_EQ(Course(row.lat1, row.lon1, row.lat2, row.lon2), row.expected);
+    }
+}
+
+TEST(ScreenToLatLon, TheCentreIsTheViewsCentreAndUpIsNorthRightIsEast) {
+    const ViewState view{13.34f, -54.15f, 1.49f};
+    const auto centre = ScreenToLatLon(400, 300, 800, 600, view);
+    ASSERT_TRUE(centre.has_value());
+    EXPECT_NEAR(centre->Lat, 54.15f, 1e-3f);
+    EXPECT_NEAR(centre->Lon, 13.34f, 1e-3f);
+    const auto above = ScreenToLatLon(400, 200, 800, 600, view);
+    const auto right = ScreenToLatLon(500, 300, 800, 600, view);
+    ASSERT_TRUE(above && right);
+    EXPECT_GT(above->Lat, centre->Lat);
+    EXPECT_NEAR(above->Lon, centre->Lon, 1e-3f);
+    EXPECT_GT(right->Lon, centre->Lon);
+}
+
+TEST(ScreenToLatLon, InvertsTheOrthographicViewOfTheGlobe) {
+    // Project known points the way the map draws them, then read them back from the screen.
+    const ViewState view{-30.0f, -20.0f, 2.0f};
+    const double width = 1000, height = 700;
+    const float points[][2] = {{25.0f, -40.0f}, {0.0f, -30.0f}, {-5.0f, -10.0f}, {45.0f, -60.0f}};
+    for (const auto& point : points) {
+        SCOPED_TRACE(point[0]);
+        const double lat = point[0] * M_PI / 180, dLon = (point[1] - view.ViewX) * M_PI / 180;
+        const double tilt = -view.ViewY * M_PI / 180;
+        const double x = std::cos(lat) * std::sin(dLon);
+        const double y = std::sin(lat) * std::cos(tilt) - std::cos(lat) * std::cos(dLon) * std::sin(tilt);
+        const double radiusPx = view.ViewZ * height;
+        const auto found =
+            ScreenToLatLon(width / 2 + x * radiusPx, height / 2 - y * radiusPx, width, height, view);
+        ASSERT_TRUE(found.has_value());
+        EXPECT_NEAR(found->Lat, point[0], 0.01f);
+        EXPECT_NEAR(found->Lon, point[1], 0.01f);
+    }
+}
+
+TEST(ScreenToLatLon, BesideTheGlobeThereIsNoPosition) {
+    const ViewState view{0.0f, 0.0f, 0.3f};
+    EXPECT_FALSE(ScreenToLatLon(0, 0, 800, 600, view).has_value());
+    EXPECT_FALSE(ScreenToLatLon(400, 300, 0, 600, view).has_value());
+    EXPECT_FALSE(ScreenToLatLon(400, 300, 800, 600, ViewState{0, 0, 0}).has_value());
+    EXPECT_FALSE(ScreenToLatLon(std::nan(""), 300, 800, 600, view).has_value());
+    // Looking straight down on the North Pole (short of it by the approximate pi).
+    const auto pole = ScreenToLatLon(400, 300, 800, 600, ViewState{0, -90, 1});
+    ASSERT_TRUE(pole.has_value());
+    EXPECT_NEAR(pole->Lat, 90.0f, 0.01f);
+    // The globe's rim at the centre column is still on it; the centre column itself has a longitude.
+    const auto top = ScreenToLatLon(400, 300 - 0.3 * 600 * 0.999, 800, 600, view);
+    ASSERT_TRUE(top.has_value());
+    EXPECT_EQ(top->Lon, 0.0f);
+    EXPECT_GT(top->Lat, 80.0f);
+}
+
+TEST(ScreenToLatLon, WrapsTheLongitudeAcrossTheDateLine) {
+    const auto west = ScreenToLatLon(300, 300, 800, 600, ViewState{-175.0f, 0.0f, 1.0f});
+    const auto east = ScreenToLatLon(500, 300, 800, 600, ViewState{175.0f, 0.0f, 1.0f});
+    ASSERT_TRUE(west && east);
+    EXPECT_GT(west->Lon, 170.0f);
+    EXPECT_LT(east->Lon, -170.0f);
+}
+
+TEST(ClampView, KeepsZoomAndLatitudeAndWrapsLongitudeOnce) {
+    struct Row {
+        ViewState in, out;
+    };
+    const Row rows[] = {
+        {{190, 0, 1}, {-170, 0, 1}},    {{-200, 0, 1}, {160, 0, 1}}, {{0, 0, 0.1f}, {0, 0, 0.3f}},
+        {{0, 0, 80}, {0, 0, 50}},       {{0, 95, 1}, {0, 90, 1}},    {{0, -95, 1}, {0, -90, 1}},
+        {{180, 90, 50}, {180, 90, 50}}, {{600, 0, 1}, {240, 0, 1}},
+    };
+    for (const Row& row : rows) {
+        ViewState view = row.in;
+        ClampView(view);
+        SCOPED_TRACE(row.in.ViewX);
+        EXPECT_EQ(view.ViewX, row.out.ViewX);
+        EXPECT_EQ(view.ViewY, row.out.ViewY);
+        EXPECT_EQ(view.ViewZ, row.out.ViewZ);
+    }
+}
+
+} // namespace
+} // namespace sky::geo

@@ -1,0 +1,63 @@
+#include "geo/text_format.h"
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace sky::geo {
+namespace {
+
+TEST(FormatLatLon, WritesHemisphereDegreesAndMinutesAsAPilotReadsThem) {
+    struct Row {
+        float lat, lon;
+        const char16_t* expected;
+    };
+    const Row rows[] = {
+        {50.0333f, 8.5706f, u"N50°02.0' E008°34.2'"},    {50.0333f, 8.5717f, u"N50°02.0' E008°34.3'"},
+        {-33.9461f, 151.1772f, u"S33°56.8' E151°10.6'"}, {40.6398f, -73.7789f, u"N40°38.4' W073°46.7'"},
+        {0.0f, 0.0f, u"N00°00.0' E000°00.0'"},           {-0.0f, -180.0f, u"N00°00.0' W180°00.0'"},
+        {90.0f, 179.99999f, u"N90°00.0' E180°00.0'"},    {10.99999f, -0.00001f, u"N11°00.0' E000°00.0'"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(QString::fromUtf16(row.expected).toStdString());
+        EXPECT_EQ(FormatLatLon(row.lat, row.lon), QString::fromUtf16(row.expected));
+    }
+}
+
+TEST(FormatUtcTime, TakesHoursAndMinutesOfTheStamp) {
+    EXPECT_EQ(FormatUtcTime(u"20261121142305"), u"1423Z");
+    EXPECT_EQ(FormatUtcTime(u"20261121000000"), u"0000Z");
+    EXPECT_EQ(FormatUtcTime(u"2026112114230"), u"-");
+    EXPECT_EQ(FormatUtcTime(u"20261121256000"), u"-");
+    EXPECT_EQ(FormatUtcTime(u""), u"-");
+}
+
+TEST(OnlineTime, WholeMinutesFromLogonToTheDataTime) {
+    struct Row {
+        const char16_t* logon;
+        const char16_t* update;
+        const char16_t* expected;
+    };
+    const Row rows[] = {
+        {u"20261121121800", u"20261121142305", u"2h 05m"},
+        {u"20261121142305", u"20261121142305", u"0h 00m"},
+        {u"20261121142306", u"20261121142305", u"0h 00m"},
+        {u"20261121142206", u"20261121142305", u"0h 00m"},
+        {u"20261121142205", u"20261121142305", u"0h 01m"},
+        {u"20261120230000", u"20261121010000", u"2h 00m"},
+        {u"20261101000000", u"20261121015959", u"481h 59m"},
+        {u"20240228235900", u"20240301000100", u"24h 02m"},
+        {u"", u"20261121142305", u"-"},
+        {u"20261121121800", u"garbage", u"-"},
+        {u"20261321121800", u"20261121142305", u"-"},
+        {u"2026112112180x", u"20261121142305", u"-"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(QString::fromUtf16(row.logon).toStdString());
+        EXPECT_EQ(OnlineTime(QStringView(row.logon), QStringView(row.update)),
+                  QString::fromUtf16(row.expected));
+    }
+}
+
+} // namespace
+} // namespace sky::geo
