@@ -1,0 +1,108 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+#include <QDateTime>
+#include <QString>
+
+namespace sky::network {
+
+inline constexpr int kNetworkCount = 2; // 0 IVAO, 1 VATSIM
+inline constexpr int kMaxPilots = 1400;
+inline constexpr int kMaxControllers = 700;
+
+// The network's name as shown in status texts: "IVAO" or "VATSIM".
+QString NetworkName(int network);
+
+// A connected pilot, as read from one PILOT line of a whazzup file.
+struct PilotRecord {
+    QString Callsign;
+    QString VID;
+    QString RealName;
+    QString HomeBase;
+    std::int16_t Rating = 0;
+    std::int16_t AdminRating = 0;
+    float Latitude = 0.0f;
+    float Longitude = 0.0f;
+    float Altitude = 0.0f;    // feet, 0 to 100000
+    float GroundSpeed = 0.0f; // knots, 0 to 9999
+    std::int16_t Heading = 0;
+    std::int16_t Course = 0; // to the destination, or from the departure airport
+    QString AircraftCode;    // at most four characters, e.g. "B744"
+    QString FlightRules;
+    QString DepAirport;
+    float DepLatitude = 0.0f;
+    float DepLongitude = 0.0f;
+    QString DestAirport;
+    float DestLatitude = 0.0f;
+    float DestLongitude = 0.0f;
+    QString AltAirport;
+    QString Transponder;
+    std::int16_t POB = 0;
+    QString PlannedAltitude;
+    QString CruiseSpeed;
+    QString Route;
+    QString Remarks;
+    QString DepTime;     // "HHMM"
+    QString EnrouteTime; // "HHMM"
+    QString AircraftType;
+    QString FlightType;
+    QString TimeConnected; // yyyymmddhhmmss
+    QString Server;
+    QString Software;
+};
+
+// Facility types of a controller, from the end of its callsign. Below kFacilityAtis is an observer.
+enum FacilityType : std::int16_t {
+    kFacilityObserver = 0,
+    kFacilityAtis = 2,
+    kFacilityGround = 3, // delivery or ground
+    kFacilityTower = 4,
+    kFacilityApproach = 5, // departure or approach
+    kFacilityCentre = 6,
+    kFacilityFlightService = 7,
+};
+
+// A connected controller or observer, as read from one ATC line.
+struct ControllerRecord {
+    QString Callsign; // upper case
+    QString VID;
+    QString RealName;
+    std::int16_t FacilityType = kFacilityObserver;
+    std::int16_t Rating = 0;
+    std::int16_t AdminRating = 0;
+    QString Station; // the airport or FIR served
+    QString AtisMessage;
+    QString Frequency;
+    float DisplayLatitude = 0.0f; // where the station is drawn
+    float DisplayLongitude = 0.0f;
+    float Latitude = 0.0f; // where it reported itself
+    float Longitude = 0.0f;
+    float VisualRange = 0.0f; // nautical miles
+    QString TimeConnected;
+    QString Server;
+    QString Software;
+};
+
+// The clients and figures of one network. Slots are numbered from 1 as the counters count; slots above
+// a counter hold stale records of earlier downloads and are never read as clients. One slot past the
+// largest count exists and stays empty, so "the slot after the last pilot" is always a valid record.
+struct NetworkData {
+    NetworkData() : Pilots(kMaxPilots + 2), Controllers(kMaxControllers + 2) {}
+
+    std::vector<PilotRecord> Pilots;
+    std::vector<ControllerRecord> Controllers;
+    std::int16_t PilotCount = 0;
+    std::int16_t ControllerCount = 0;
+    std::int16_t ObserverCount = 0;
+    std::int16_t ConnectedClients = 0;
+    QString UpdateStamp;
+    std::int16_t ReloadMinutes = 0;
+    QDateTime LastDownload; // invalid until the first successful interpretation
+};
+
+using ClientTables = std::array<NetworkData, kNetworkCount>;
+
+} // namespace sky::network

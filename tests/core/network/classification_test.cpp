@@ -1,0 +1,120 @@
+#include "network/classification.h"
+
+#include <gtest/gtest.h>
+
+#include "network/client_records.h"
+
+using namespace Qt::StringLiterals;
+
+namespace sky::network {
+namespace {
+
+TEST(FacilityFromCallsign, ReadsTheLastFourCharacters) {
+    EXPECT_EQ(FacilityFromCallsign(u"EDDF_ATIS"), kFacilityAtis);
+    EXPECT_EQ(FacilityFromCallsign(u"EDDF_A_TWR"), kFacilityTower);
+    EXPECT_EQ(FacilityFromCallsign(u"EDDF_DEL"), kFacilityGround);
+    EXPECT_EQ(FacilityFromCallsign(u"EDDF_GND"), kFacilityGround);
+    EXPECT_EQ(FacilityFromCallsign(u"EDDF_DEP"), kFacilityApproach);
+    EXPECT_EQ(FacilityFromCallsign(u"EDDF_APP"), kFacilityApproach);
+    EXPECT_EQ(FacilityFromCallsign(u"EDGG_CTR"), kFacilityCentre);
+    EXPECT_EQ(FacilityFromCallsign(u"NAT_FSS"), kFacilityFlightService);
+    EXPECT_EQ(FacilityFromCallsign(u"EDDF_OBS"), kFacilityObserver);
+    EXPECT_EQ(FacilityFromCallsign(u"edgg_ctr"), kFacilityObserver); // callsigns arrive upper-cased
+    EXPECT_EQ(FacilityFromCallsign(u"TWR"), kFacilityObserver);
+    EXPECT_EQ(FacilityFromCallsign(u""), kFacilityObserver);
+}
+
+TEST(RatingTexts, FollowTheTablesOfEachNetwork) {
+    const char16_t* pilot[] = {u"", u"", u"SFO", u"FFO", u"C", u"FC", u"SC", u"SFC", u"CC", u"CFC", u"CSC"};
+    const char16_t* ivao[] = {u"", u"", u"S1", u"S2", u"S3", u"C1", u"C2", u"C3", u"I1", u"I2", u"I3"};
+    const char16_t* vatsim[] = {u"OBS",  u"OBS",  u"STU", u"STU+", u"STU+", u"CTR",
+                                u"CTR+", u"CTR+", u"INS", u"INS+", u"INS+"};
+    for (int rating = 0; rating <= 10; ++rating) {
+        SCOPED_TRACE(rating);
+        EXPECT_EQ(PilotRatingText(0, rating), QString::fromUtf16(pilot[rating]));
+        EXPECT_EQ(PilotRatingText(1, rating), u"");
+        EXPECT_EQ(ControllerRatingText(0, rating), QString::fromUtf16(ivao[rating]));
+        EXPECT_EQ(ControllerRatingText(1, rating), QString::fromUtf16(vatsim[rating]));
+    }
+    for (int rating : {-1, 11, 12, 32767, -32768}) {
+        EXPECT_EQ(PilotRatingText(0, rating), u"");
+        EXPECT_EQ(ControllerRatingText(0, rating), u"");
+        EXPECT_EQ(ControllerRatingText(1, rating), u"");
+    }
+}
+
+TEST(PlannedAltitudeFt, ReadsTheUsualWaysOfFilingALevel) {
+    EXPECT_EQ(PlannedAltitudeFt(u"FL350"), 35000.0);
+    EXPECT_EQ(PlannedAltitudeFt(u"F350"), 35000.0);
+    EXPECT_EQ(PlannedAltitudeFt(u"fl090"), 9000.0);
+    EXPECT_EQ(PlannedAltitudeFt(u"A045"), 4500.0);
+    EXPECT_EQ(PlannedAltitudeFt(u"35000"), 35000.0);
+    EXPECT_EQ(PlannedAltitudeFt(u"350"), 35000.0);
+    EXPECT_NEAR(PlannedAltitudeFt(u"S1130"), 37073.5, 0.1);
+    EXPECT_NEAR(PlannedAltitudeFt(u"M0900"), 2952.8, 0.1);
+    EXPECT_EQ(PlannedAltitudeFt(u""), 0.0);
+    EXPECT_EQ(PlannedAltitudeFt(u"VFR"), 0.0);
+}
+
+// A flight from Frankfurt (50N 8.5E) to a destination due east on the same parallel, 600 nm away.
+PilotRecord Flight(float lonOffsetDeg, float speedKts, float altitudeFt, const char16_t* planned = u"FL350") {
+    PilotRecord p;
+    p.DepLatitude = 50.0f;
+    p.DepLongitude = 8.5f;
+    p.DestLatitude = 50.0f;
+    p.DestLongitude = 24.0f;
+    p.Latitude = 50.0f;
+    p.Longitude = 8.5f + lonOffsetDeg;
+    p.GroundSpeed = speedKts;
+    p.Altitude = altitudeFt;
+    p.PlannedAltitude = QString::fromUtf16(planned);
+    return p;
+}
+
+TEST(FlightStatus, JudgesEachPhaseAtItsBoundaries) {
+    // One degree of longitude at 50N is about 38.6 nm.
+    struct Row {
+        float lonOffset, speed, altitude;
+        const char16_t* planned;
+        const char16_t* status;
+    };
+    const Row rows[] = {
+        {0.0f, 0, 364, u"FL350", u"Boarding"},
+        {0.0f, 4.9f, 364, u"FL350", u"Boarding"},
+        {0.0f, 5, 364, u"FL350", u"Departing"}, // taxiing
+        {0.25f, 39.9f, 364, u"FL350", u"Departing"},
+        {0.1f, 160, 1500, u"FL350", u"Departing"}, // taking off, within 10 nm
+        {0.3f, 250, 8000, u"FL350", u"Climbing"},  // past 10 nm, below the level
+        {5.0f, 460, 31500, u"FL350", u"En route"}, // at 90 % of the level
+        {5.0f, 460, 31400, u"FL350", u"Climbing"},
+        {12.0f, 460, 31400, u"FL350", u"Descending"}, // nearer the destination
+        {14.5f, 250, 9000, u"FL350", u"Approach"},    // within 40 nm of the destination
+        {15.4f, 140, 500, u"FL350", u"Approach"},
+        {15.4f, 39.9f, 300, u"FL350", u"Landed"},
+        {15.5f, 4.9f, 300, u"FL350", u"On blocks"},
+        {7.0f, 0, 300, u"FL350", u"Diverted"}, // on the ground away from both airports
+        {1.0f, 300, 6000, u"", u"Climbing"},   // no level filed: low and near the departure
+        {5.0f, 460, 6000, u"", u"En route"},
+        {12.0f, 400, 20000, u"", u"Descending"}, // within 150 nm of the destination
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(QString::fromUtf16(row.status).toStdString() + " at +" + std::to_string(row.lonOffset));
+        EXPECT_EQ(FlightStatus(Flight(row.lonOffset, row.speed, row.altitude, row.planned)),
+                  QString::fromUtf16(row.status));
+    }
+}
+
+TEST(FlightStatus, NeedsAtLeastOneKnownAirport) {
+    PilotRecord noPlan;
+    noPlan.Latitude = 50.0f;
+    noPlan.GroundSpeed = 450.0f;
+    EXPECT_EQ(FlightStatus(noPlan), u"Unknown");
+    PilotRecord onlyDestination = Flight(14.0f, 0, 0);
+    onlyDestination.DepLatitude = onlyDestination.DepLongitude = 0.0f;
+    EXPECT_EQ(FlightStatus(onlyDestination), u"Unknown"); // on the ground, away from the one airport
+    onlyDestination.Longitude = 23.9f;
+    EXPECT_EQ(FlightStatus(onlyDestination), u"On blocks");
+}
+
+} // namespace
+} // namespace sky::network

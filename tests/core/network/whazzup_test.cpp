@@ -1,0 +1,347 @@
+#include "network/whazzup.h"
+
+#include <random>
+
+#include <gtest/gtest.h>
+
+#include "network/whazzup_lines.h"
+#include "refdata/reference_data.h"
+
+using namespace Qt::StringLiterals;
+
+namespace sky::network {
+namespace {
+
+using testing::AtcLine;
+using testing::ClientLine;
+using testing::PilotLine;
+
+class Whazzup : public ::testing::Test {
+protected:
+    void SetUp() override {
+        m_reference.AddAirports(u"EDDF:Frankfurt:Frankfurt:DE:50.0333:8.5706\n"
+                                "KJFK:Kennedy:New York:US:40.6394:-73.7793\n"
+                                "EGLL:Heathrow:London:GB:51.4707:-0.4599\n");
+        m_reference.AddFirCentres(u"ABC:XX:10.0:20.0:Abc\n"
+                                  "LON:GB:51.9:-1.5:London\n"
+                                  "LON_S:GB:50.5:0.5:London South\n"
+                                  "KZNY_O:US:31.5:-58.5:New York Oceanic\n");
+    }
+
+    PilotRecord Pilot(int network, const testing::Fields& fields) {
+        PilotRecord pilot;
+        ParsePilot(network, PilotLine(network, fields), m_reference, pilot);
+        return pilot;
+    }
+
+    ControllerRecord Controller(int network, const testing::Fields& fields) {
+        ControllerRecord controller;
+        ParseController(network, AtcLine(network, fields), m_reference, controller, m_data);
+        return controller;
+    }
+
+    static QString File(const QStringList& lines, const QString& end = u"\r\n"_s) {
+        return lines.join(end) + end;
+    }
+
+    InterpretResult Interpret(int network, const QString& text) {
+        return InterpretWhazzup(network, text, m_reference, m_data, m_now);
+    }
+
+    ReferenceData m_reference;
+    NetworkData m_data;
+    QDateTime m_now = QDateTime(QDate(2026, 11, 21), QTime(14, 25));
+};
+
+TEST_F(Whazzup, PilotNamesLoseDegreeTailsAndDashesAndGiveUpTheirHomeBase) {
+    struct Row {
+        const char16_t* field;
+        const char16_t* name;
+        const char16_t* homeBase;
+    };
+    const Row rows[] = {
+        {u"John Smith EDDF", u"John Smith", u"EDDF"},
+        {u"John Smith eddf", u"John Smith eddf", u""},
+        {u"John Smith ED1F", u"John Smith ED1F", u""},
+        {u"Jane Roe°3 EGLL", u"Jane Roe", u""},
+        {u"Jane Roe EGLL°x", u"Jane Roe", u"EGLL"},
+        {u"Bob Miller - KLM EHAM", u"Bob Miller", u""},
+        {u"X EDDF", u"X", u"EDDF"},
+        {u" EDDF", u" EDDF", u""},
+        {u"", u"", u""},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(QString::fromUtf16(row.field).toStdString());
+        const PilotRecord pilot = Pilot(1, {{2, QString::fromUtf16(row.field)}});
+        EXPECT_EQ(pilot.RealName, QString::fromUtf16(row.name));
+        EXPECT_EQ(pilot.HomeBase, QString::fromUtf16(row.homeBase));
+    }
+}
+
+TEST_F(Whazzup, AltitudeAndSpeedAreLimited) {
+    struct Row {
+        const char16_t* altitude;
+        const char16_t* speed;
+        float altitudeFt, speedKts;
+    };
+    const Row rows[] = {
+        {u"35000", u"450", 35000, 450},
+        {u"120000", u"12000", 100000, 9999},
+        {u"99999", u"9999", 99999, 9999},
+        {u"99999.5", u"9999.5", 100000, 9999},
+        {u"-50", u"-1", 0, 0},
+        {u"abc", u"", 0, 0},
+        {u"1e308", u"1e999", 100000, 9999},
+        {u"NaN", u"inf", 0, 0},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(QString::fromUtf16(row.altitude).toStdString());
+        const PilotRecord pilot =
+            Pilot(0, {{7, QString::fromUtf16(row.altitude)}, {8, QString::fromUtf16(row.speed)}});
+        EXPECT_EQ(pilot.Altitude, row.altitudeFt);
+        EXPECT_EQ(pilot.GroundSpeed, row.speedKts);
+    }
+}
+
+TEST_F(Whazzup, AircraftCodeIsCutFromTheFiledType) {
+    struct Row {
+        const char16_t* field;
+        const char16_t* type;
+        const char16_t* code;
+    };
+    const Row rows[] = {
+        {u"H/B744/F", u"B744/F", u"B744"},
+        {u"B73/G", u"B73/G", u"B73"},
+        {u"B738", u"B738", u"B738"},
+        {u"A320/L", u"A320/L", u"A320"},
+        {u"A/B7/F", u"B7/F", u"B7"},
+        {u"C172", u"C172", u"C172"},
+        {u"DH8D-Q400", u"DH8D-Q400", u"DH8D"},
+        {u"C/", u"", u""},
+        {u"X", u"X", u"X"},
+        {u"", u"", u""},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(QString::fromUtf16(row.field).toStdString());
+        const PilotRecord pilot = Pilot(1, {{9, QString::fromUtf16(row.field)}});
+        EXPECT_EQ(pilot.AircraftType, QString::fromUtf16(row.type));
+        EXPECT_EQ(pilot.AircraftCode, QString::fromUtf16(row.code));
+    }
+}
+
+TEST_F(Whazzup, EachNetworkReadsItsOwnFieldsForRatingsHeadingAndSoftware) {
+    const PilotRecord ivao = Pilot(0, {{16, u"9"_s},
+                                       {38, u" IvAp"_s},
+                                       {39, u"2.0.2 "_s},
+                                       {40, u"2"_s},
+                                       {41, u"5"_s},
+                                       {43, u"S"_s},
+                                       {44, u"180"_s},
+                                       {45, u"271.5"_s}});
+    EXPECT_EQ(ivao.Rating, 5);
+    EXPECT_EQ(ivao.AdminRating, 2);
+    EXPECT_EQ(ivao.Heading, 272);
+    EXPECT_EQ(ivao.POB, 180);
+    EXPECT_EQ(ivao.FlightType, u"S");
+    EXPECT_EQ(ivao.Software, u"IvAp 2.0.2");
+
+    const PilotRecord vatsim = Pilot(1, {{16, u"3"_s}, {38, u"90.5"_s}, {40, u"7"_s}, {44, u"180"_s}});
+    EXPECT_EQ(vatsim.Rating, 3);
+    EXPECT_EQ(vatsim.AdminRating, 3);
+    EXPECT_EQ(vatsim.Heading, 90); // 90.5 to the even neighbour
+    EXPECT_EQ(vatsim.POB, 0);
+    EXPECT_EQ(vatsim.Software, u"");
+
+    // Numbers beyond a 16-bit field are clamped.
+    const PilotRecord wild = Pilot(0, {{41, u"99999"_s}, {40, u"-99999"_s}, {45, u"1e9"_s}, {44, u"NaN"_s}});
+    EXPECT_EQ(wild.Rating, 32767);
+    EXPECT_EQ(wild.AdminRating, -32768);
+    EXPECT_EQ(wild.Heading, 32767);
+    EXPECT_EQ(wild.POB, 0);
+}
+
+TEST_F(Whazzup, AirportsGivePositionsAndTheCourseToOrFromThem) {
+    const PilotRecord enRoute =
+        Pilot(1, {{5, u"50"_s}, {6, u"-30"_s}, {11, u"EDDF"_s}, {13, u"KJFK"_s}, {28, u"KBOS"_s}});
+    EXPECT_EQ(enRoute.DepLatitude, 50.0333f);
+    EXPECT_EQ(enRoute.DestLongitude, -73.7793f);
+    EXPECT_EQ(enRoute.AltAirport, u"KBOS");
+    EXPECT_EQ(enRoute.Course, -90); // towards New York, due west at first (-89.8), as a negative course
+
+    // Destination unknown: the course from the departure airport to the aircraft.
+    const PilotRecord outbound = Pilot(1, {{5, u"55"_s}, {6, u"8.5706"_s}, {11, u"eddf"_s}, {13, u"ZZZZ"_s}});
+    EXPECT_EQ(outbound.DestLatitude, 0.0f);
+    EXPECT_EQ(outbound.Course, 0); // due north of Frankfurt
+
+    // A departure that is not a four-letter code gives no course.
+    EXPECT_EQ(Pilot(1, {{5, u"50"_s}, {11, u"FRA"_s}, {13, u"KJFK"_s}}).Course, 0);
+}
+
+TEST_F(Whazzup, DepartureAndEnrouteTimesKeepTheSlotsValueWhenTooLong) {
+    PilotRecord pilot;
+    ParsePilot(1, PilotLine(1, {{22, u"930"_s}, {24, u"1"_s}, {25, u"5"_s}}), m_reference, pilot);
+    EXPECT_EQ(pilot.DepTime, u"0930");
+    EXPECT_EQ(pilot.EnrouteTime, u"0105");
+    ParsePilot(1, PilotLine(1, {{22, u"12345"_s}, {24, u"123"_s}, {25, u"5"_s}}), m_reference, pilot);
+    EXPECT_EQ(pilot.DepTime, u"0930");
+    EXPECT_EQ(pilot.EnrouteTime, u"0105");
+    ParsePilot(1, PilotLine(1, {{24, u"12"_s}, {25, u"345"_s}}), m_reference, pilot);
+    EXPECT_EQ(pilot.DepTime, u"0000");
+    EXPECT_EQ(pilot.EnrouteTime, u"0105");
+    ParsePilot(1, PilotLine(1, {{22, u"1200"_s}, {24, u"12"_s}, {25, u"30"_s}}), m_reference, pilot);
+    EXPECT_EQ(pilot.DepTime, u"1200");
+    EXPECT_EQ(pilot.EnrouteTime, u"1230");
+}
+
+TEST_F(Whazzup, ControllersAreClassifiedAndPlacedByTheirCallsign) {
+    struct Row {
+        const char16_t* callsign;
+        int facility;
+        const char16_t* station;
+        float latitude, longitude;
+    };
+    const Row rows[] = {
+        {u"ABC_CTR", kFacilityCentre, u"ABC", 10.0f, 20.0f},
+        {u"LON_S_CTR", kFacilityCentre, u"LON_S", 50.5f, 0.5f},
+        {u"LON_X_CTR", kFacilityCentre, u"LON", 51.9f, -1.5f},
+        {u"QQQ_CTR", kFacilityCentre, u"QQQ", -5.0f, 7.0f}, // unknown FIR: its own position
+        {u"KZNY_FSS", kFacilityFlightService, u"KZNY_O", 31.5f, -58.5f},
+        {u"jfk_twr", kFacilityTower, u"KJFK", 40.6394f, -73.7793f},
+        {u"EDDF_N_APP", kFacilityApproach, u"EDDF", 50.0333f, 8.5706f},
+        {u"EGLL_DEL", kFacilityGround, u"EGLL", 51.4707f, -0.4599f},
+        {u"EDDF_ATIS", kFacilityAtis, u"EDDF", 50.0333f, 8.5706f},
+        {u"LAX_TWR", kFacilityTower, u"LAX", -5.0f, 7.0f}, // no KLAX known: stays as sent
+        {u"X_TWR", kFacilityObserver, u"X", -5.0f, 7.0f},
+        {u"SMITH_OBS", kFacilityObserver, u"", -5.0f, 7.0f},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(QString::fromUtf16(row.callsign).toStdString());
+        const ControllerRecord c =
+            Controller(1, {{0, QString::fromUtf16(row.callsign)}, {5, u"-5"_s}, {6, u"7"_s}});
+        EXPECT_EQ(c.FacilityType, row.facility);
+        EXPECT_EQ(c.Station, QString::fromUtf16(row.station));
+        EXPECT_EQ(c.DisplayLatitude, row.latitude);
+        EXPECT_EQ(c.DisplayLongitude, row.longitude);
+        EXPECT_EQ(c.Latitude, -5.0f);
+    }
+    EXPECT_EQ(m_data.ObserverCount, 2);
+}
+
+TEST_F(Whazzup, ControllerFieldsAreReadAsSent) {
+    const ControllerRecord c = Controller(0, {{0, u"eddf_twr"_s},
+                                              {1, u"123456"_s},
+                                              {2, u"Hans Meier°x"_s},
+                                              {4, u"119.900"_s},
+                                              {14, u"EU1"_s},
+                                              {19, u"50"_s},
+                                              {35, u"Frankfurt Tower^§Info A"_s},
+                                              {37, u"20261121120000"_s},
+                                              {38, u"IvAc"_s},
+                                              {39, u"1.2"_s},
+                                              {40, u"11"_s},
+                                              {41, u"5"_s}});
+    EXPECT_EQ(c.Callsign, u"EDDF_TWR");
+    EXPECT_EQ(c.RealName, u"Hans Meier");
+    EXPECT_EQ(c.Frequency, u"119.900");
+    EXPECT_EQ(c.VisualRange, 50.0f);
+    EXPECT_EQ(c.AtisMessage, u"Frankfurt Tower^§Info A");
+    EXPECT_EQ(c.Rating, 5);
+    EXPECT_EQ(c.AdminRating, 11);
+    EXPECT_EQ(c.Software, u"IvAc 1.2");
+    EXPECT_EQ(c.TimeConnected, u"20261121120000");
+}
+
+TEST_F(Whazzup, InterpretationFillsTheTablesAndFigures) {
+    const QString text =
+        File({u"!GENERAL"_s, u"VERSION = 1"_s, u"RELOAD = 2"_s, u"UPDATE = 20261121142305"_s,
+              u"CONNECTED CLIENTS = 6"_s, u"!CLIENTS"_s, PilotLine(1, {{0, u"DLH1"_s}}),
+              PilotLine(1, {{0, u"BAW2"_s}}), AtcLine(1, {{0, u"EDDF_TWR"_s}}),
+              AtcLine(1, {{0, u"EDDF_ATIS"_s}}), AtcLine(1, {{0, u"JOHN_OBS"_s}}),
+              ClientLine(1, u"FOLME"_s, {{0, u"FM1"_s}}), u"!SERVERS"_s, u"EU1:1.2.3.4:Europe:Server:1"_s});
+    QStringList shown;
+    const InterpretResult result =
+        InterpretWhazzup(1, text, m_reference, m_data, m_now, [&](const QString& s) { shown.append(s); });
+    EXPECT_TRUE(result.Read);
+    EXPECT_TRUE(result.HasClients);
+    EXPECT_EQ(result.StatusText, u"VATSIM data interpreted");
+    EXPECT_EQ(shown, QStringList{u"VATSIM data downloaded, interpreting data..."_s});
+    EXPECT_EQ(m_data.PilotCount, 2);
+    EXPECT_EQ(m_data.ControllerCount, 3);
+    EXPECT_EQ(m_data.ObserverCount, 1);
+    EXPECT_EQ(m_data.ConnectedClients, 4); // 6 less the ATIS and the follow-me car
+    EXPECT_EQ(m_data.UpdateStamp, u"20261121142305");
+    EXPECT_EQ(m_data.ReloadMinutes, 2);
+    EXPECT_EQ(m_data.LastDownload, m_now);
+    EXPECT_EQ(m_data.Pilots[2].Callsign, u"BAW2");
+    EXPECT_EQ(m_data.Controllers[1].Callsign, u"EDDF_TWR");
+
+    // Unix line ends read the same.
+    NetworkData unix;
+    InterpretWhazzup(1, QString(text).replace(u"\r\n"_s, u"\n"_s), m_reference, unix, m_now);
+    EXPECT_EQ(unix.PilotCount, 2);
+    EXPECT_EQ(unix.ConnectedClients, 4);
+    EXPECT_EQ(unix.UpdateStamp, u"20261121142305");
+}
+
+TEST_F(Whazzup, DecrementsBeforeTheClientCountAreLost) {
+    const QString text =
+        File({u"!GENERAL"_s, ClientLine(0, u"FOLME"_s, {}), AtcLine(0, {{0, u"EDDF_ATIS"_s}}),
+              u"CONNECTED CLIENTS = 3"_s, ClientLine(0, u"FOLME"_s, {}), ClientLine(0, u"FOLME"_s, {}),
+              ClientLine(0, u"FOLME"_s, {}), ClientLine(0, u"FOLME"_s, {})});
+    const InterpretResult result = Interpret(0, text);
+    EXPECT_EQ(m_data.ConnectedClients, 0); // never below 0
+    EXPECT_FALSE(result.HasClients);
+    EXPECT_EQ(result.StatusText, u"No data to display");
+    EXPECT_FALSE(m_data.LastDownload.isValid());
+}
+
+TEST_F(Whazzup, FullTablesDropFurtherLinesAndOldSlotsStayStale) {
+    QStringList lines = {u"CONNECTED CLIENTS = 2500"_s, u"UPDATE = 20261121142305"_s};
+    for (int i = 1; i <= kMaxPilots + 5; ++i)
+        lines.append(PilotLine(1, {{0, u"P%1"_s.arg(i)}}));
+    for (int i = 1; i <= kMaxControllers + 5; ++i)
+        lines.append(AtcLine(1, {{0, u"C%1_CTR"_s.arg(i)}}));
+    Interpret(1, File(lines));
+    EXPECT_EQ(m_data.PilotCount, kMaxPilots);
+    EXPECT_EQ(m_data.ControllerCount, kMaxControllers);
+    EXPECT_EQ(m_data.Pilots[kMaxPilots].Callsign, u"P1400");
+    EXPECT_TRUE(m_data.Pilots[kMaxPilots + 1].Callsign.isEmpty());
+
+    Interpret(1, File({u"CONNECTED CLIENTS = 1"_s, PilotLine(1, {{0, u"NEW"_s}}), u""_s, u""_s, u""_s}));
+    EXPECT_EQ(m_data.PilotCount, 1);
+    EXPECT_EQ(m_data.Pilots[1].Callsign, u"NEW");
+    EXPECT_EQ(m_data.Pilots[2].Callsign, u"P2"); // stale, above the counter
+}
+
+TEST_F(Whazzup, TooFewLinesAreNoFile) {
+    m_data.PilotCount = 5;
+    const InterpretResult result = Interpret(0, u"CONNECTED CLIENTS = 1\nUPDATE = 1\n"_s);
+    EXPECT_FALSE(result.Read);
+    EXPECT_EQ(m_data.PilotCount, 0);
+}
+
+TEST_F(Whazzup, HostileTextNeverBreaksTheInterpreter) {
+    std::mt19937 random(42);
+    QString noise;
+    for (int i = 0; i < 200000; ++i)
+        noise.append(QChar(char16_t(random() % 0x3000)));
+    for (int i = 0; i < 50; ++i)
+        noise.append(u"\n:::PILOT:"_s + QString(random() % 80, u':') + u"\n::ATC:ATC:x_CTR\n"_s);
+    Interpret(0, noise);
+    Interpret(1, noise);
+    EXPECT_LE(m_data.PilotCount, kMaxPilots);
+
+    const QString longLine = u"X:1:n:PILOT:"_s + QString(1 << 20, u'7');
+    const QString wideLine = u"X:1:n:ATC:"_s + QStringList(10000, u"1e999"_s).join(u':');
+    const InterpretResult result =
+        Interpret(0, File({u"CONNECTED CLIENTS = 99999999"_s, longLine, wideLine, u"UPDATE"_s, u"RELOAD"_s}));
+    EXPECT_TRUE(result.HasClients);
+    EXPECT_EQ(m_data.ConnectedClients, 32767);
+    EXPECT_EQ(m_data.PilotCount, 1);
+    EXPECT_EQ(m_data.UpdateStamp, u"UPDATE");
+    EXPECT_EQ(m_data.ReloadMinutes, 0);
+    EXPECT_EQ(m_data.Controllers[1].VisualRange, std::numeric_limits<float>::max());
+}
+
+} // namespace
+} // namespace sky::network
