@@ -1,0 +1,93 @@
+#pragma once
+
+#include <array>
+#include <functional>
+
+#include <QDateTime>
+#include <QString>
+
+#include "network/client_records.h"
+#include "network/status_file.h"
+
+namespace sky {
+class ReferenceData;
+}
+
+namespace sky::network {
+
+class HttpClient;
+
+// The download state of one network: where its status file is, the servers it named, and the two
+// flags the map shows as the network's mark.
+struct NetworkDownloadState {
+    QString StatusFileAddress;
+    ServerLists Servers;
+    bool DownloadFailed = false; // the last download produced no clients
+    bool DownloadReady = false;  // a download was refused because the reload interval has not passed
+};
+
+struct DownloadState {
+    std::array<NetworkDownloadState, kNetworkCount> Networks;
+    // True while no fetch runs; false until start-up has finished.
+    bool DownloadIdle = false;
+};
+
+// The default status file addresses of the two networks.
+QString DefaultStatusFileAddress(int network);
+
+// What the download shows while it runs. The map implements it; the console and tests use their own.
+class DownloadView {
+public:
+    virtual ~DownloadView() = default;
+    // Sets the status text and shows it at once.
+    virtual void ShowStatus(const QString& text) = 0;
+    // The network's broadcast message, shown as plain text in a box titled "Important Network Message";
+    // returns when the user has closed it.
+    virtual void ShowNetworkMessage(const QString& text) = 0;
+    // The network's traffic is about to be replaced: its display lists go.
+    virtual void ClearTraffic(int network) = 0;
+    // A network's failure or ready flag changed.
+    virtual void MarksChanged() = 0;
+};
+
+enum class DownloadOutcome {
+    Busy,        // another fetch is running, or start-up has not finished
+    TooEarly,    // the network's reload interval has not passed; DownloadReady is set
+    NoServer,    // "Could not contact server" before any data server was tried
+    FetchFailed, // "Could not contact server"
+    FileError,   // "Error creating file"
+    UnzipError,  // "Error unzipping data"
+    NoClients,   // downloaded, but the file holds no clients
+    Interpreted, // the tables hold the new data
+};
+
+// What a download needs from the rest of the program.
+struct DownloadContext {
+    DownloadState& State;
+    ClientTables& Tables;
+    const ReferenceData& Reference;
+    HttpClient& Http;
+    DownloadView& View;
+    QString DataFolder;                   // where whazzup.txt(.gz) are kept
+    bool TextForce = false;               // never use the compressed servers
+    std::function<QDateTime()> Now;       // local time
+    std::function<int(int count)> Random; // uniform in 0 ... count - 1
+};
+
+// Fetches and reads the status file of network, refilling its server lists.
+void ReadStatusFile(DownloadContext& context, int network);
+
+// One whole download of network: the reload guard, the status file when no server is known yet, a
+// random server (compressed ones preferred), unpacking, and the interpretation into the tables. The
+// previous tables stay when anything fails before the interpretation.
+DownloadOutcome DownloadNetwork(DownloadContext& context, int network);
+
+// The member's profile page: the network's profile address, "?ID=" and the member number; empty when
+// that is not an http or https address, which is then never opened.
+QString ProfileAddress(const NetworkDownloadState& network, const QString& vid);
+
+// Opens the member's profile page through openUrl when it is an http or https address.
+void OpenProfile(const NetworkDownloadState& network, const QString& vid,
+                 const std::function<void(const QString&)>& openUrl);
+
+} // namespace sky::network

@@ -1,0 +1,233 @@
+#include "network/download.h"
+
+#include <zlib.h>
+
+#include <map>
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include "network/http_client.h"
+#include "network/whazzup_lines.h"
+#include "refdata/reference_data.h"
+
+using namespace Qt::StringLiterals;
+
+namespace sky::network {
+namespace {
+
+class FakeHttp : public HttpClient {
+public:
+    FetchResult Fetch(const QString& url) override {
+        Requests.append(url);
+        const auto it = Answers.find(url);
+        if (it == Answers.end())
+            return {false, {}, u"no such address"_s};
+        return {true, it->second, {}};
+    }
+    std::map<QString, QByteArray> Answers;
+    QStringList Requests;
+};
+
+class RecordingView : public DownloadView {
+public:
+    void ShowStatus(const QString& text) override { Statuses.append(text); }
+    void ShowNetworkMessage(const QString& text) override { Messages.append(text); }
+    void ClearTraffic(int network) override { Cleared.append(network); }
+    void MarksChanged() override { ++MarkChanges; }
+    QStringList Statuses;
+    QStringList Messages;
+    QList<int> Cleared;
+    int MarkChanges = 0;
+};
+
+QByteArray Gzip(const QByteArray& plain) {
+    QByteArray out(plain.size() + 1024, Qt::Uninitialized);
+    z_stream stream{};
+    deflateInit2(&stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, 16 + MAX_WBITS, 8, Z_DEFAULT_STRATEGY);
+    stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(plain.constData()));
+    stream.avail_in = uInt(plain.size());
+    stream.next_out = reinterpret_cast<Bytef*>(out.data());
+    stream.avail_out = uInt(out.size());
+    deflate(&stream, Z_FINISH);
+    out.resize(qsizetype(stream.total_out));
+    deflateEnd(&stream);
+    return out;
+}
+
+QByteArray WhazzupFile(int clients, const QString& callsign = u"DLH1"_s) {
+    QStringList lines = {u"!GENERAL"_s, u"RELOAD = 2"_s, u"UPDATE = 20261121142305"_s,
+                         u"CONNECTED CLIENTS = %1"_s.arg(clients), u"!CLIENTS"_s};
+    if (clients > 0)
+        lines.append(testing::PilotLine(1, {{0, callsign}}));
+    return (lines.join(u"\r\n") + u"\r\n").toUtf8();
+}
+
+class Download : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(m_home.isValid());
+        m_state.DownloadIdle = true;
+        m_state.Networks[1].StatusFileAddress = kStatus;
+    }
+
+    DownloadContext Context() {
+        return DownloadContext{m_state,
+                               m_tables,
+                               m_reference,
+                               m_http,
+                               m_view,
+                               m_home.filePath(u"data"_s),
+                               m_textForce,
+                               [this] { return m_now; },
+                               [](int count) { return count - 1; }};
+    }
+
+    DownloadOutcome Run() {
+        DownloadContext context = Context();
+        return DownloadNetwork(context, 1);
+    }
+
+    void ServeStatus(const QString& servers) {
+        m_http.Answers[kStatus] =
+            (u"; VATSIM status\n"_s + servers + u"\nuser0=https://stats.example/member\n\n\n"_s).toUtf8();
+    }
+
+    static inline const QString kStatus = u"http://status.example/data/status.txt"_s;
+    QTemporaryDir m_home;
+    DownloadState m_state;
+    ClientTables m_tables;
+    ReferenceData m_reference;
+    FakeHttp m_http;
+    RecordingView m_view;
+    bool m_textForce = false;
+    QDateTime m_now = QDateTime(QDate(2026, 11, 21), QTime(15, 0));
+};
+
+TEST_F(Download, ReadsTheStatusFilePrefersCompressedServersAndInterprets) {
+    ServeStatus(u"url0=http://a.example/w.txt\ngzurl0=http://b.example/w.gz\ngzurl0=http://c.example/w.gz"_s);
+    m_http.Answers[u"http://c.example/w.gz"_s] = Gzip(WhazzupFile(3));
+    EXPECT_EQ(Run(), DownloadOutcome::Interpreted);
+    EXPECT_EQ(m_http.Requests, (QStringList{kStatus, u"http://c.example/w.gz"_s}));
+    EXPECT_EQ(m_view.Statuses,
+              (QStringList{u"Locating VATSIM server..."_s,
+                           u"Downloading VATSIM data from http://c.example/w.gz..."_s,
+                           u"VATSIM data downloaded, interpreting data..."_s, u"VATSIM data interpreted"_s}));
+    EXPECT_EQ(m_view.Cleared, QList<int>{1});
+    EXPECT_TRUE(m_state.DownloadIdle);
+    EXPECT_FALSE(m_state.Networks[1].DownloadFailed);
+    EXPECT_EQ(m_tables[1].PilotCount, 1);
+    EXPECT_EQ(m_tables[1].LastDownload, m_now);
+    EXPECT_EQ(m_tables[0].PilotCount, 0);
+    EXPECT_TRUE(QFile::exists(m_home.filePath(u"data/whazzup.txt"_s)));
+    EXPECT_EQ(ProfileAddress(m_state.Networks[1], u"800123"_s), u"https://stats.example/member?ID=800123");
+}
+
+TEST_F(Download, ReloadIntervalAndBusyFlagRefuseADownload) {
+    ServeStatus(u"url0=http://a.example/w.txt"_s);
+    m_http.Answers[u"http://a.example/w.txt"_s] = WhazzupFile(3);
+    ASSERT_EQ(Run(), DownloadOutcome::Interpreted);
+    m_http.Requests.clear();
+
+    m_now = m_now.addSecs(119); // RELOAD = 2 minutes
+    EXPECT_EQ(Run(), DownloadOutcome::TooEarly);
+    EXPECT_TRUE(m_state.Networks[1].DownloadReady);
+    EXPECT_TRUE(m_http.Requests.isEmpty());
+
+    m_now = m_now.addSecs(1);
+    EXPECT_EQ(Run(), DownloadOutcome::Interpreted);
+    EXPECT_FALSE(m_state.Networks[1].DownloadReady);
+    EXPECT_EQ(m_http.Requests, QStringList{u"http://a.example/w.txt"_s}); // the server list is kept
+
+    m_state.DownloadIdle = false;
+    m_now = m_now.addSecs(3600);
+    EXPECT_EQ(Run(), DownloadOutcome::Busy);
+    EXPECT_FALSE(m_state.DownloadIdle);
+}
+
+TEST_F(Download, TextForceAndPlainOnlyServersFetchThePlainFile) {
+    ServeStatus(u"url0=http://a.example/w.txt\ngzurl0=http://b.example/w.gz"_s);
+    m_http.Answers[u"http://a.example/w.txt"_s] = WhazzupFile(2);
+    m_textForce = true;
+    EXPECT_EQ(Run(), DownloadOutcome::Interpreted);
+    EXPECT_EQ(m_http.Requests.last(), u"http://a.example/w.txt");
+    EXPECT_EQ(m_state.Networks[1].Servers.GzServerCount, 0);
+}
+
+TEST_F(Download, EveryFailureHasItsTextAndKeepsThePreviousTables) {
+    ServeStatus(u"gzurl0=http://b.example/w.gz"_s);
+    m_http.Answers[u"http://b.example/w.gz"_s] = Gzip(WhazzupFile(3, u"KEPT"_s));
+    ASSERT_EQ(Run(), DownloadOutcome::Interpreted);
+
+    struct Row {
+        QByteArray answer;
+        bool answered;
+        DownloadOutcome outcome;
+        QString status;
+    };
+    const QByteArray fresh = Gzip(WhazzupFile(3, u"NEW"_s));
+    const Row rows[] = {
+        {{}, false, DownloadOutcome::FetchFailed, u"Could not contact server"_s},
+        {fresh.first(fresh.size() / 2), true, DownloadOutcome::UnzipError, u"Error unzipping data"_s},
+        {"not gzip at all", true, DownloadOutcome::UnzipError, u"Error unzipping data"_s},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.status.toStdString());
+        if (row.answered)
+            m_http.Answers[u"http://b.example/w.gz"_s] = row.answer;
+        else
+            m_http.Answers.erase(u"http://b.example/w.gz"_s);
+        m_now = m_now.addSecs(3600);
+        EXPECT_EQ(Run(), row.outcome);
+        EXPECT_EQ(m_view.Statuses.last(), row.status);
+        EXPECT_EQ(m_tables[1].PilotCount, 1);
+        EXPECT_EQ(m_tables[1].Pilots[1].Callsign, u"KEPT");
+        EXPECT_TRUE(m_state.DownloadIdle);
+    }
+}
+
+TEST_F(Download, AFolderThatCannotHoldTheFileIsReported) {
+    ServeStatus(u"gzurl0=http://b.example/w.gz"_s);
+    m_http.Answers[u"http://b.example/w.gz"_s] = Gzip(WhazzupFile(3));
+    QFile blocker(m_home.filePath(u"data"_s));
+    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
+    blocker.close();
+    EXPECT_EQ(Run(), DownloadOutcome::FileError);
+    EXPECT_EQ(m_view.Statuses.last(), u"Error creating file");
+}
+
+TEST_F(Download, NoServerOrNoClientsMarksTheNetworkFailed) {
+    EXPECT_EQ(Run(), DownloadOutcome::NoServer);
+    EXPECT_EQ(m_view.Statuses, (QStringList{u"Locating VATSIM server..."_s, u"Could not contact server"_s}));
+    EXPECT_TRUE(m_state.Networks[1].DownloadFailed);
+    EXPECT_TRUE(m_state.DownloadIdle);
+
+    ServeStatus(u"url0=http://a.example/w.txt\nmsg0=Maintenance tonight"_s);
+    m_http.Answers[u"http://a.example/w.txt"_s] = WhazzupFile(0);
+    EXPECT_EQ(Run(), DownloadOutcome::NoClients);
+    EXPECT_EQ(m_view.Messages, QStringList{u"Maintenance tonight"_s});
+    EXPECT_EQ(m_view.Statuses.last(), u"No data to display");
+    EXPECT_TRUE(m_state.Networks[1].DownloadFailed);
+    EXPECT_FALSE(m_tables[1].LastDownload.isValid());
+}
+
+TEST(ProfileAddress, OnlyWebAddressesAreEverOpened) {
+    NetworkDownloadState network;
+    QStringList opened;
+    const auto open = [&](const QString& address) { opened += address; };
+    for (const QString& profile : {u"javascript:alert(1)"_s, u"file:///etc/passwd"_s, u""_s,
+                                   u"www.example.net"_s, u"http://"_s, u"mailto:x@example.net"_s}) {
+        network.Servers.ProfileUrl = profile;
+        EXPECT_EQ(ProfileAddress(network, u"1"_s), u"") << profile.toStdString();
+        OpenProfile(network, u"1"_s, open);
+    }
+    EXPECT_TRUE(opened.isEmpty());
+    network.Servers.ProfileUrl = u"HTTP://www.example.net/profile"_s;
+    OpenProfile(network, u"123456"_s, open);
+    EXPECT_EQ(opened, QStringList{u"HTTP://www.example.net/profile?ID=123456"_s});
+}
+
+} // namespace
+} // namespace sky::network

@@ -1,0 +1,77 @@
+#include "network/gunzip.h"
+
+#include <zlib.h>
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace sky::network {
+namespace {
+
+QByteArray Gzip(const QByteArray& plain) {
+    z_stream stream{};
+    deflateInit2(&stream, Z_BEST_COMPRESSION, Z_DEFLATED, 16 + MAX_WBITS, 8, Z_DEFAULT_STRATEGY);
+    QByteArray out(int(deflateBound(&stream, uLong(plain.size()))), Qt::Uninitialized);
+    stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(plain.constData()));
+    stream.avail_in = uInt(plain.size());
+    stream.next_out = reinterpret_cast<Bytef*>(out.data());
+    stream.avail_out = uInt(out.size());
+    deflate(&stream, Z_FINISH);
+    out.resize(qsizetype(stream.total_out));
+    deflateEnd(&stream);
+    return out;
+}
+
+TEST(GunzipBytes, UnpacksWholeFilesAndRefusesBrokenOnes) {
+    QByteArray plain;
+    for (int i = 0; i < 20000; ++i)
+        plain += "DLH" + QByteArray::number(i) + ":123456:Name:PILOT::50.1:8.6:35000:450\r\n";
+    const QByteArray packed = Gzip(plain);
+    EXPECT_EQ(GunzipBytes(packed), plain);
+    // Two members in a row, as some servers concatenate them.
+    EXPECT_EQ(GunzipBytes(packed + Gzip("more")), plain + "more");
+
+    EXPECT_FALSE(GunzipBytes(packed.first(packed.size() / 2)).has_value()); // cut in half
+    EXPECT_FALSE(GunzipBytes(packed.chopped(4)).has_value());               // no length trailer
+    QByteArray flipped = packed;
+    flipped[flipped.size() / 2] = char(flipped[flipped.size() / 2] ^ 0x55);
+    EXPECT_FALSE(GunzipBytes(flipped).has_value());
+    EXPECT_FALSE(GunzipBytes(plain).has_value()); // not gzip at all
+    EXPECT_FALSE(GunzipBytes(QByteArray()).has_value());
+    EXPECT_FALSE(GunzipBytes(packed + "trailing junk").has_value());
+    // A bomb: more output than allowed.
+    EXPECT_FALSE(GunzipBytes(Gzip(QByteArray(4 << 20, 'x')), 1 << 20).has_value());
+}
+
+TEST(GunzipFile, WritesBesideTheArchiveAndKeepsTheOldFileOnFailure) {
+    QTemporaryDir dir;
+    const QString gz = dir.filePath(u"whazzup.txt.gz"_s);
+    const QString txt = dir.filePath(u"whazzup.txt"_s);
+    const auto write = [](const QString& path, const QByteArray& bytes) {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+    };
+    const auto read = [](const QString& path) {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    };
+    write(gz, Gzip("first"));
+    ASSERT_TRUE(GunzipFile(gz));
+    EXPECT_EQ(read(txt), "first");
+
+    const QByteArray second = Gzip("second file");
+    write(gz, second.first(second.size() / 2));
+    EXPECT_FALSE(GunzipFile(gz));
+    EXPECT_EQ(read(txt), "first");
+
+    EXPECT_FALSE(GunzipFile(dir.filePath(u"missing.gz"_s)));
+    EXPECT_FALSE(GunzipFile(txt)); // not a ".gz" path
+}
+
+} // namespace
+} // namespace sky::network

@@ -1,0 +1,119 @@
+#include "network/download.h"
+
+#include <zlib.h>
+
+#include <QDir>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include "local_http_server.h"
+#include "qt_http_client.h"
+#include "refdata/reference_data.h"
+
+using namespace Qt::StringLiterals;
+
+namespace sky::net {
+namespace {
+
+QByteArray Gzip(const QByteArray& plain) {
+    QByteArray out(plain.size() + 1024, Qt::Uninitialized);
+    z_stream stream{};
+    deflateInit2(&stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, 16 + MAX_WBITS, 8, Z_DEFAULT_STRATEGY);
+    stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(plain.constData()));
+    stream.avail_in = uInt(plain.size());
+    stream.next_out = reinterpret_cast<Bytef*>(out.data());
+    stream.avail_out = uInt(out.size());
+    deflate(&stream, Z_FINISH);
+    out.resize(qsizetype(stream.total_out));
+    deflateEnd(&stream);
+    return out;
+}
+
+QByteArray Whazzup(const QByteArray& callsign) {
+    QByteArray text =
+        "!GENERAL\r\nRELOAD = 1\r\nUPDATE = 20261121142305\r\nCONNECTED CLIENTS = 2\r\n!CLIENTS\r\n";
+    text += callsign + ":800001:Jane Roe EDDF:PILOT::50.1:8.6:35000:450:B738:450:EDDF:FL350:KJFK" +
+            QByteArray(26, ':') + "\r\n";
+    return text;
+}
+
+class StatusView : public network::DownloadView {
+public:
+    void ShowStatus(const QString& text) override { Last = text; }
+    void ShowNetworkMessage(const QString& text) override { Messages += text; }
+    void ClearTraffic(int) override {}
+    void MarksChanged() override {}
+    QString Last;
+    QStringList Messages;
+};
+
+class DownloadAgainstLocalServer : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(m_server.IsRunning());
+        m_state.DownloadIdle = true;
+        m_state.Networks[0].StatusFileAddress = m_server.Url(u"status.txt"_s);
+    }
+
+    network::DownloadOutcome Run(bool textForce) {
+        m_now = m_now.addSecs(3600);
+        network::DownloadContext context{m_state,
+                                         m_tables,
+                                         m_reference,
+                                         m_client,
+                                         m_view,
+                                         m_home.filePath(u"data"_s),
+                                         textForce,
+                                         [this] { return m_now; },
+                                         [](int) { return 0; }};
+        return network::DownloadNetwork(context, 0);
+    }
+
+    testing::LocalHttpServer m_server;
+    QTemporaryDir m_home;
+    QtHttpClient m_client{5000, u"0"_s};
+    network::DownloadState m_state;
+    network::ClientTables m_tables;
+    ReferenceData m_reference;
+    StatusView m_view;
+    QDateTime m_now = QDateTime(QDate(2026, 11, 21), QTime(15, 0));
+};
+
+TEST_F(DownloadAgainstLocalServer, FetchesPlainAndGzipDataEndToEnd) {
+    m_server.Serve(u"status.txt"_s, "url0=whazzup.txt\ngzurl0=whazzup.txt.gz\nmsg0=<b>hello</b>\n\n\n");
+    m_server.Serve(u"whazzup.txt"_s, Whazzup("PLAIN1"));
+    m_server.Serve(u"whazzup.txt.gz"_s, Gzip(Whazzup("GZIP1")));
+
+    EXPECT_EQ(Run(false), network::DownloadOutcome::Interpreted);
+    EXPECT_EQ(m_view.Last, u"IVAO data interpreted");
+    EXPECT_EQ(m_view.Messages, QStringList{u"<b>hello</b>"_s});
+    EXPECT_EQ(m_tables[0].Pilots[1].Callsign, u"GZIP1");
+    EXPECT_EQ(m_tables[0].Pilots[1].HomeBase, u"EDDF");
+    EXPECT_TRUE(QFile::exists(m_home.filePath(u"data/whazzup.txt.gz"_s)));
+
+    m_state.Networks[0].Servers.ServerCount = 0;
+    m_state.Networks[0].Servers.GzServerCount = 0;
+    EXPECT_EQ(Run(true), network::DownloadOutcome::Interpreted);
+    EXPECT_EQ(m_tables[0].Pilots[1].Callsign, u"PLAIN1");
+}
+
+TEST_F(DownloadAgainstLocalServer, ReportsAMissingFileAndAGzipCutInHalf) {
+    m_server.Serve(u"status.txt"_s, "gzurl0=whazzup.txt.gz\n\n\n\n\n");
+    m_server.Serve(u"whazzup.txt.gz"_s, Gzip(Whazzup("FIRST")));
+    ASSERT_EQ(Run(false), network::DownloadOutcome::Interpreted);
+
+    const QByteArray packed = Gzip(Whazzup("SECOND"));
+    m_server.Serve(u"whazzup.txt.gz"_s, packed.first(packed.size() / 2));
+    EXPECT_EQ(Run(false), network::DownloadOutcome::UnzipError);
+    EXPECT_EQ(m_view.Last, u"Error unzipping data");
+    EXPECT_EQ(m_tables[0].Pilots[1].Callsign, u"FIRST");
+
+    QFile::remove(m_server.Folder().filePath(u"whazzup.txt.gz"_s));
+    EXPECT_EQ(Run(false), network::DownloadOutcome::FetchFailed);
+    EXPECT_EQ(m_view.Last, u"Could not contact server");
+    EXPECT_EQ(m_tables[0].PilotCount, 1);
+}
+
+} // namespace
+} // namespace sky::net
