@@ -1,21 +1,36 @@
 #!/usr/bin/env bash
-# Regenerates the shipped data files from the public sources and fails when any byte differs, so the
-# committed files and their converters never drift apart. Skips (exit 77) where the sources are absent.
+# Regenerates the shipped data files and fails when any byte differs, so the committed files and their
+# generators never drift apart: the demo feeds from the shipped reference data, and the reference data
+# from the public sources where those are present (skipped, exit 77, where they are not).
 set -euo pipefail
 root="$1"
-sources="${SKYLANTRA_DATA_SOURCES:-$root/../shared/data-sources}"
-if [ ! -d "$sources/ourairports" ] || [ ! -d "$sources/vatspy" ]; then
-    echo "data sources not found at $sources: skipped"
-    exit 77
-fi
 out="$(mktemp -d)"
 trap 'rm -rf "$out"' EXIT
-python3 "$root/tools/make_refdata.py" "$sources" "$out"
 status=0
-for file in airports.dat firlist.dat firdisplay.dat firdisplay.sup; do
-    if ! cmp -s "$out/$file" "$root/data/$file"; then
-        echo "data/$file differs from what tools/make_refdata.py generates"
+same() {
+    if ! cmp -s "$1" "$2"; then
+        echo "${2#"$root"/} differs from what its generator makes"
         status=1
     fi
+}
+
+mkdir -p "$out/demo-data"
+cp "$root/data/airports.dat" "$root/data/firlist.dat" "$out/demo-data/"
+python3 "$root/tools/make_demo_feeds.py" "$out/demo-data"
+for network in ivao vatsim; do
+    for file in status.txt whazzup.txt whazzup.txt.gz; do
+        same "$out/demo-data/demo/$network/$file" "$root/data/demo/$network/$file"
+    done
+done
+
+sources="${SKYLANTRA_DATA_SOURCES:-$root/../shared/data-sources}"
+if [ ! -d "$sources/ourairports" ] || [ ! -d "$sources/vatspy" ]; then
+    echo "data sources not found at $sources: reference data not checked"
+    [ $status -eq 0 ] && exit 77
+    exit $status
+fi
+python3 "$root/tools/make_refdata.py" "$sources" "$out/refdata"
+for file in airports.dat firlist.dat firdisplay.dat firdisplay.sup; do
+    same "$out/refdata/$file" "$root/data/$file"
 done
 exit $status

@@ -84,6 +84,8 @@ Settings ReadSettings(const IniFile& ini, const ScreenMetrics& screen) {
     s.Timeout = WholeMinutesInRange(Number(ini, u"Network", u"Timeout", u"15"_s), 5, 120);
     s.Proxy = ini.Value(u"Network", u"Proxy", u"0"_s);
     s.TextForce = Boolean(ini, u"Network", u"TextForce", false);
+    s.IVAOStatusURL = ini.Value(u"Network", u"IVAOStatusURL", QString()).trimmed();
+    s.VATSIMStatusURL = ini.Value(u"Network", u"VATSIMStatusURL", QString()).trimmed();
     const std::array<std::array<QString, 3>, 3> zoomDefaults = {{
         {u"1334"_s, u"-5415"_s, u"149"_s},
         {u"-9772"_s, u"-4623"_s, u"75"_s},

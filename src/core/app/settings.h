@@ -33,6 +33,9 @@ struct Settings {
     std::int16_t Timeout = 15; // seconds
     QString Proxy = QStringLiteral("0");
     bool TextForce = false;
+    // Where the networks' status files are; empty means the built-in addresses. Read, never written.
+    QString IVAOStatusURL;
+    QString VATSIMStatusURL;
     // [Zoom]: the three stored views, index 0 to 2 for views 1 to 3.
     std::array<float, 3> X = {13.34f, -97.72f, -27.68f};
     std::array<float, 3> Y = {-54.15f, -46.23f, -36.71f};
@@ -72,8 +75,8 @@ struct WindowPlacement {
 // twips (a window position of 0.1 centres the window on the screen).
 Settings ReadSettings(const IniFile& ini, const ScreenMetrics& screen);
 
-// Writes the settings into ini in their fixed order. Proxy and TextForce are never written, so a line
-// the user added by hand stays as it is.
+// Writes the settings into ini in their fixed order. Proxy, TextForce and the status addresses are never
+// written, so a line the user added by hand stays as it is.
 void WriteSettings(const Settings& settings, const WindowPlacement& window, float twipsPerPixel,
                    IniFile& ini);
 

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 #include <string>
+#include <string_view>
 
 namespace sky {
 namespace {
@@ -58,21 +59,29 @@ bool ScanNumber(QStringView text, qsizetype& begin, qsizetype& end) {
 }
 
 double ParseScanned(QStringView number) {
-    std::string ascii;
-    ascii.reserve(static_cast<size_t>(number.size()));
-    for (QChar c : number)
-        ascii.push_back(static_cast<char>(c.unicode()));
-    // from_chars does not take a leading plus sign.
-    const char* first = ascii.data();
-    const char* last = ascii.data() + ascii.size();
-    if (first != last && *first == '+')
+    // Numbers in the networks' files are short; a longer one still reads, through the heap.
+    char stackBuffer[64];
+    std::string heapBuffer;
+    char* ascii = stackBuffer;
+    if (number.size() > qsizetype(sizeof stackBuffer)) {
+        heapBuffer.resize(size_t(number.size()));
+        ascii = heapBuffer.data();
+    }
+    for (qsizetype i = 0; i < number.size(); ++i)
+        ascii[i] = static_cast<char>(number[i].unicode());
+    const char* first = ascii;
+    const char* last = ascii + number.size();
+    const bool negative = *first == '-';
+    // from_chars does not take a leading plus sign, and takes the minus itself.
+    if (*first == '+')
         ++first;
     double value = 0.0;
     const auto result = std::from_chars(first, last, value, std::chars_format::general);
     if (result.ec == std::errc::result_out_of_range) {
         // Too large saturates; too small is zero. Which one it is shows in the exponent's sign.
-        const bool negative = ascii.front() == '-';
-        const bool tiny = ascii.find("e-") != std::string::npos || ascii.find("E-") != std::string::npos;
+        const std::string_view text(ascii, size_t(number.size()));
+        const bool tiny =
+            text.find("e-") != std::string_view::npos || text.find("E-") != std::string_view::npos;
         if (tiny)
             return negative ? -0.0 : 0.0;
         return negative ? -std::numeric_limits<double>::max() : std::numeric_limits<double>::max();

@@ -43,6 +43,19 @@ QString DefaultStatusFileAddress(int network) {
                         : u"https://www.vatsim.net/data/status.txt"_s;
 }
 
+QString ChooseStatusFileAddress(int network, const QString& commandLine, bool demo, const QString& setting,
+                                const QString& home) {
+    if (!commandLine.trimmed().isEmpty())
+        return commandLine.trimmed();
+    if (demo) {
+        const QString folder = network == 0 ? u"data/demo/ivao"_s : u"data/demo/vatsim"_s;
+        return QUrl::fromLocalFile(QDir(home).filePath(folder + u"/status.txt"_s)).toString();
+    }
+    if (!setting.trimmed().isEmpty())
+        return setting.trimmed();
+    return DefaultStatusFileAddress(network);
+}
+
 void ReadStatusFile(DownloadContext& context, int network) {
     NetworkDownloadState& state = context.State.Networks[network];
     state.Servers.ServerCount = 0;

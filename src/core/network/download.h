@@ -35,6 +35,11 @@ struct DownloadState {
 // The default status file addresses of the two networks.
 QString DefaultStatusFileAddress(int network);
 
+// Where a network's status file is read from: an address given on the command line, else the bundled
+// demo feed under home when demo is set, else the address of the settings file, else the default.
+QString ChooseStatusFileAddress(int network, const QString& commandLine, bool demo, const QString& setting,
+                                const QString& home);
+
 // What the download shows while it runs. The map implements it; the console and tests use their own.
 class DownloadView {
 public:

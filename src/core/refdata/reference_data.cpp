@@ -15,6 +15,16 @@ QString Key(QStringView code) {
     return code.trimmed().toString().toUpper();
 }
 
+// The key to look a code up by. Codes nearly always arrive trimmed and in capitals; those are looked
+// up in place, without a copy.
+QString LookupKey(QStringView code) {
+    for (QChar c : code) {
+        if (c.isLower() || c.isSpace())
+            return Key(code);
+    }
+    return QString::fromRawData(code.data(), code.size());
+}
+
 template <typename Handler> void ForEachLine(QStringView text, Handler handle) {
     for (QStringView line : text.tokenize(u'\n', Qt::SkipEmptyParts)) {
         line = line.trimmed();
@@ -73,12 +83,12 @@ void ReferenceData::AddFirCentres(QStringView text) {
 }
 
 const Airport* ReferenceData::FindAirport(QStringView code) const {
-    const auto it = m_airports.constFind(Key(code));
+    const auto it = m_airports.constFind(LookupKey(code));
     return it == m_airports.cend() ? nullptr : &*it;
 }
 
 const FirCentre* ReferenceData::FindFirCentre(QStringView identifier) const {
-    const auto it = m_firCentres.constFind(Key(identifier));
+    const auto it = m_firCentres.constFind(LookupKey(identifier));
     return it == m_firCentres.cend() ? nullptr : &*it;
 }
 

@@ -236,6 +236,7 @@ TEST(WriteSettings, HandEditsOutsideTheWrittenKeysSurvive) {
                          "[Network]\n"
                          "Proxy=\"proxy.example:8080\"\n"
                          "TextForce=1\n"
+                         "VATSIMStatusURL= http://mirror.example/status.txt \n"
                          "Timeout=30\n"
                          "MyOwnKey=whatever\n"
                          "\n"
@@ -244,8 +245,11 @@ TEST(WriteSettings, HandEditsOutsideTheWrittenKeysSurvive) {
     const Settings s = Read(before);
     EXPECT_EQ(s.Proxy, u"proxy.example:8080");
     EXPECT_TRUE(s.TextForce);
+    EXPECT_EQ(s.VATSIMStatusURL, u"http://mirror.example/status.txt");
+    EXPECT_EQ(s.IVAOStatusURL, u"");
     const QByteArray after = Written(s, PlacementOf(s), before);
     EXPECT_TRUE(after.startsWith("; written by hand\n[Network]\nProxy=\"proxy.example:8080\"\nTextForce=1\n"
+                                 "VATSIMStatusURL= http://mirror.example/status.txt \n"
                                  "Timeout=30\nMyOwnKey=whatever\nAutoDownload=0\nDownloadMinutes=5\n\n"
                                  "[Map]\nShowPlanes=1\n"))
         << after.toStdString();

@@ -231,3 +231,23 @@ TEST(ProfileAddress, OnlyWebAddressesAreEverOpened) {
 
 } // namespace
 } // namespace sky::network
+
+namespace sky::network {
+namespace {
+
+TEST(ChooseStatusFileAddress, CommandLineBeatsDemoBeatsSettingsBeatsTheDefault) {
+    const QString home = u"/opt/sky"_s;
+    EXPECT_EQ(ChooseStatusFileAddress(0, u"http://cli/s.txt"_s, true, u"http://ini/s.txt"_s, home),
+              u"http://cli/s.txt");
+    EXPECT_EQ(ChooseStatusFileAddress(0, QString(), true, u"http://ini/s.txt"_s, home),
+              u"file:///opt/sky/data/demo/ivao/status.txt");
+    EXPECT_EQ(ChooseStatusFileAddress(1, QString(), true, QString(), home),
+              u"file:///opt/sky/data/demo/vatsim/status.txt");
+    EXPECT_EQ(ChooseStatusFileAddress(1, u"  "_s, false, u"http://ini/s.txt"_s, home), u"http://ini/s.txt");
+    EXPECT_EQ(ChooseStatusFileAddress(0, QString(), false, QString(), home), DefaultStatusFileAddress(0));
+    EXPECT_TRUE(DefaultStatusFileAddress(0).endsWith(u"/whazzup/status.txt"));
+    EXPECT_TRUE(DefaultStatusFileAddress(1).endsWith(u"/data/status.txt"));
+}
+
+} // namespace
+} // namespace sky::network

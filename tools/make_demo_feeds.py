@@ -1,0 +1,340 @@
+#!/usr/bin/env python3
+"""Writes the bundled demo feeds: data/demo/ivao/ and data/demo/vatsim/.
+
+    tools/make_demo_feeds.py DATA_DIR
+
+Each network gets a status.txt naming the data files beside it, whazzup.txt in that network's field
+layout and whazzup.txt.gz. The traffic is drawn from DATA_DIR/airports.dat and firlist.dat with a
+fixed seed, so the same reference data always give the same bytes.
+"""
+
+import gzip
+import math
+import os
+import random
+import sys
+
+UPDATE = "20261121142300"
+SEED = 20261121
+
+# Busy airports that demo flights connect; those missing from airports.dat are skipped.
+HUBS = """EDDF EDDM EDDB EDDH EDDL EGLL EGKK EGCC EHAM EBBR LFPG LFPO LFMN LEMD LEBL LPPT LIRF LIMC LSZH LOWW
+EKCH ESSA ENGM EFHK EPWA LKPR LHBP LROP LGAV LTFM UUEE OMDB OTHH OERK LLBG HECA DNMM FAOR HKJK VIDP VABB
+VTBS WSSS WMKK WIII RPLL VHHH RCTP ZBAA ZSPD ZGGG RJTT RJAA RKSI YSSY YMML YBBN NZAA KJFK KEWR KBOS KIAD
+KATL KORD KDFW KDEN KLAX KSFO KSEA KMIA KMCO KLAS KPHX KIAH KMSP KDTW CYYZ CYVR CYUL MMMX MPTO SKBO SEQM
+SPJC SCEL SAEZ SBGR SBGL SBBR TNCM MKJP BIKF BGSF PANC PHNL""".split()
+
+AIRCRAFT = ["A320", "A321", "A319", "A20N", "A21N", "B738", "B38M", "B739", "A333", "A359", "B77W", "B772",
+            "B789", "B788", "A388", "B744", "E190", "E195", "CRJ9", "DH8D", "AT76", "C172", "PA28", "BE58"]
+AIRLINES = ["DLH", "BAW", "AFR", "KLM", "UAL", "AAL", "DAL", "SWR", "AUA", "IBE", "EZY", "RYR", "UAE", "QTR",
+            "SIA", "QFA", "ANA", "JAL", "ACA", "THY", "SAS", "TAP", "AZA", "LOT", "FIN", "ETD", "CPA", "KAL"]
+FIRST = ["Anna", "Ben", "Carla", "David", "Elena", "Felix", "Greta", "Hugo", "Ines", "Jonas", "Karin", "Lars",
+         "Maria", "Nils", "Olga", "Pablo", "Quentin", "Rosa", "Sven", "Tomas", "Ute", "Victor", "Wiebke", "Yusuf",
+         "Zoe", "José", "Søren", "Chloé", "Björn", "Ana"]
+LAST = ["Becker", "Smith", "Dubois", "Rossi", "Novak", "García", "Jansen", "Kowalski", "Müller", "Olsen",
+        "Petit", "Quinn", "Schulz", "Tanaka", "Weber", "Nakamura", "Silva", "Larsen", "Fischer", "Moreau"]
+
+IVAO_FIELDS = 46   # fields 0 to 45
+VATSIM_FIELDS = 42  # fields 0 to 41
+
+
+def read_table(path, minimum):
+    table = {}
+    with open(path, encoding="utf-8") as f:
+        for line in f:
+            parts = line.rstrip("\n").split(":")
+            if len(parts) >= minimum:
+                table[parts[0]] = parts
+    return table
+
+
+def great_circle_point(lat1, lon1, lat2, lon2, fraction):
+    p1, l1, p2, l2 = map(math.radians, (lat1, lon1, lat2, lon2))
+    d = 2 * math.asin(math.sqrt(math.sin((p2 - p1) / 2) ** 2 +
+                                math.cos(p1) * math.cos(p2) * math.sin((l2 - l1) / 2) ** 2))
+    if d == 0:
+        return lat1, lon1
+    a = math.sin((1 - fraction) * d) / math.sin(d)
+    b = math.sin(fraction * d) / math.sin(d)
+    x = a * math.cos(p1) * math.cos(l1) + b * math.cos(p2) * math.cos(l2)
+    y = a * math.cos(p1) * math.sin(l1) + b * math.cos(p2) * math.sin(l2)
+    z = a * math.sin(p1) + b * math.sin(p2)
+    return math.degrees(math.atan2(z, math.hypot(x, y))), math.degrees(math.atan2(y, x))
+
+
+def distance_nm(lat1, lon1, lat2, lon2):
+    p1, l1, p2, l2 = map(math.radians, (lat1, lon1, lat2, lon2))
+    h = math.sin((p2 - p1) / 2) ** 2 + math.cos(p1) * math.cos(p2) * math.sin((l2 - l1) / 2) ** 2
+    return 2 * 3440.065 * math.asin(math.sqrt(h))
+
+
+def bearing(lat1, lon1, lat2, lon2):
+    p1, l1, p2, l2 = map(math.radians, (lat1, lon1, lat2, lon2))
+    y = math.sin(l2 - l1) * math.cos(p2)
+    x = math.cos(p1) * math.sin(p2) - math.sin(p1) * math.cos(p2) * math.cos(l2 - l1)
+    return (math.degrees(math.atan2(y, x)) + 360) % 360
+
+
+class Feed:
+    def __init__(self, network, rng, airports, firs):
+        self.network = network
+        self.rng = rng
+        self.airports = airports
+        self.hubs = [code for code in HUBS if code in airports]
+        self.firs = firs
+        self.width = IVAO_FIELDS if network == 0 else VATSIM_FIELDS
+        self.used_callsigns = set()
+        self.next_vid = 200000 if network == 0 else 800000
+
+    def vid(self):
+        self.next_vid += self.rng.randint(1, 97)
+        return str(self.next_vid)
+
+    def name(self, pilot):
+        r = self.rng.random()
+        base = "%s %s" % (self.rng.choice(FIRST), self.rng.choice(LAST))
+        if pilot and r < 0.15:
+            return base + " " + self.rng.choice(self.hubs)  # a home base at the end
+        if r < 0.22:
+            return base + "°" + str(self.rng.randint(1, 9))  # text after a degree sign is dropped
+        return base
+
+    def logon(self):
+        minutes = self.rng.randint(1, 600)
+        hh, mm = int(UPDATE[8:10]), int(UPDATE[10:12])
+        total = hh * 60 + mm - minutes
+        day = int(UPDATE[6:8]) - (1 if total < 0 else 0)
+        total %= 24 * 60
+        return "%s%02d%02d%02d%s" % (UPDATE[:6], day, total // 60, total % 60, "00")
+
+    def line(self, values):
+        fields = [""] * self.width
+        for index, value in values.items():
+            fields[index] = str(value).replace(":", " ")
+        return ":".join(fields)
+
+    def unique(self, make):
+        while True:
+            callsign = make()
+            if callsign not in self.used_callsigns:
+                self.used_callsigns.add(callsign)
+                return callsign
+
+    def common(self, callsign, kind, lat, lon):
+        return {0: callsign, 1: self.vid(), 3: kind, 5: "%.5f" % lat, 6: "%.5f" % lon,
+                14: self.rng.choice(["EU1", "EU2", "US1", "ASIA1"]), 37: self.logon()}
+
+    def pilot(self, phase):
+        rng = self.rng
+        dep, dest = rng.sample(self.hubs, 2)
+        d = self.airports[dep]
+        a = self.airports[dest]
+        dlat, dlon, alat, alon = float(d[4]), float(d[5]), float(a[4]), float(a[5])
+        total = distance_nm(dlat, dlon, alat, alon)
+        level = rng.choice([310, 330, 350, 370, 390]) if total > 300 else rng.choice([150, 190, 230])
+        cruise_kts = 450 if total > 300 else 280
+        # Phase: (fraction of the route flown, altitude, ground speed).
+        near = lambda nm: min(0.5, nm / max(total, 1.0))
+        phases = {
+            "boarding": (0.0, 0, 0),
+            "taxiing": (0.0, 0, 14),
+            "departing": (near(5), 2500, 180),
+            "climbing": (near(60), level * 100 * 0.5, 320),
+            "enroute": (rng.uniform(0.25, 0.75), level * 100, cruise_kts),
+            "descending": (1 - near(110), level * 100 * 0.45, 330),
+            "approach": (1 - near(20), 4000, 190),
+            "landed": (1.0, 0, 18),
+            "onblocks": (1.0, 0, 0),
+        }
+        if phase == "diverted":
+            alternate = rng.choice([h for h in self.hubs if h not in (dep, dest)])
+            x = self.airports[alternate]
+            lat, lon, alt, gs = float(x[4]), float(x[5]), 0, 0
+        else:
+            fraction, alt, gs = phases[phase]
+            lat, lon = great_circle_point(dlat, dlon, alat, alon, fraction)
+            if fraction in (0.0, 1.0):  # on the stand or taxiway: a few hundred metres off the reference
+                lat += rng.uniform(-0.01, 0.01)
+                lon += rng.uniform(-0.01, 0.01)
+        heading = bearing(lat, lon, alat, alon) if phase not in ("onblocks", "diverted") else rng.randint(0, 359)
+        callsign = self.unique(lambda: "%s%d" % (rng.choice(AIRLINES), rng.randint(1, 9999)))
+        aircraft = rng.choice(AIRCRAFT[:20])
+        prefix = "H/" if aircraft in ("A388", "B744", "B77W") else ""
+        suffix = rng.choice(["/L", "/G", ""]) if self.network == 1 else ""
+        values = self.common(callsign, "PILOT", lat, lon)
+        deptime = "%d" % rng.choice([630, 930, 1215, 1440, 1805, 2110])
+        minutes = int(total / cruise_kts * 60) + 20
+        values.update({
+            2: self.name(True), 7: int(alt), 8: int(gs), 9: prefix + aircraft + suffix, 10: cruise_kts,
+            11: dep, 12: "FL%03d" % level, 13: dest, 16: self.pilot_rating(), 17: "%04d" % rng.randint(1000, 7777),
+            21: "I", 22: deptime, 23: deptime, 24: minutes // 60, 25: minutes % 60, 26: minutes // 60 + 1,
+            27: rng.randint(0, 59), 28: rng.choice(self.hubs), 29: "PBN/A1B1C1D1 DOF/261121 /v/",
+            30: "DCT %s DCT" % rng.choice(["ABTAL", "NIVNU", "BELUS", "TOMPA", "KERAX", "RILAX"]),
+        })
+        values.update(self.network_fields(heading, pilot=True))
+        return self.line(values)
+
+    def pilot_without_plan(self):
+        rng = self.rng
+        base = self.airports[rng.choice(self.hubs)]
+        lat, lon = float(base[4]) + rng.uniform(-0.5, 0.5), float(base[5]) + rng.uniform(-0.5, 0.5)
+        callsign = self.unique(lambda: "D%s" % "".join(rng.choice("ABCDEFGHKLMNOPRSTUVWXYZ") for _ in range(4)))
+        values = self.common(callsign, "PILOT", lat, lon)
+        values.update({2: self.name(True), 7: rng.randint(1500, 4500), 8: rng.randint(90, 120),
+                       16: self.pilot_rating(), 17: "7000"})
+        values.update(self.network_fields(rng.randint(0, 359), pilot=True))
+        return self.line(values)
+
+    def pilot_rating(self):
+        return self.rng.randint(2, 10) if self.network == 0 else self.rng.choice([1, 1, 1, 3, 7])
+
+    def network_fields(self, heading, pilot, rating=None, admin=None):
+        rng = self.rng
+        if self.network == 0:
+            values = {38: rng.choice(["IvAp", "Altitude"]) if pilot else "Aurora", 39: rng.choice(["2.0.2", "1.1.4"]),
+                      40: admin if admin is not None else rng.choice([2, 2, 2, 5]),
+                      45: int(round(heading))}
+            values[41] = rating if rating is not None else rng.randint(2, 10)
+            if pilot:
+                values[43] = rng.choice(["S", "S", "N", "G", "M"])
+                values[44] = rng.randint(1, 300)
+            return values
+        return {38: int(round(heading)), 39: "29.92", 40: "1013"}
+
+    def controller(self, callsign, lat, lon, frequency, visual_range, rating, atis=None, admin=None):
+        values = self.common(callsign, "ATC", lat, lon)
+        values.update({2: self.name(False), 4: frequency, 18: 0, 19: visual_range})
+        if self.network == 1:
+            values[16] = rating
+        if atis:
+            values[35] = atis
+        values.update(self.network_fields(0, pilot=False, rating=rating, admin=admin))
+        return self.line(values)
+
+    def atis_text(self, icao, letter):
+        rng = self.rng
+        lines = ["%s information %s" % (icao, letter), "Time %s20Z" % UPDATE[8:10],
+                 "Wind %03d/%02d" % (rng.randrange(0, 360, 10), rng.randint(2, 25)),
+                 "QNH %d" % rng.randint(990, 1035), "Runway %02d in use" % rng.randint(1, 36)]
+        if self.network == 1:
+            lines.insert(0, "$ rw.liveatc.example/%s_ATIS" % icao)  # the voice server line
+        return "^§".join(lines)
+
+    def airport_stations(self, count):
+        rng = self.rng
+        candidates = []
+        for icao in self.hubs:
+            # Three-letter US codes stand for the K-code ("JFK_TWR" is KJFK's tower) on half the fields.
+            station = icao[1:] if icao.startswith("K") and rng.random() < 0.5 else icao
+            for suffix, freq, range_nm in (("DEL", "121.900", 5), ("GND", "121.700", 5), ("TWR", "118.700", 25),
+                                           ("APP", "119.100", 60), ("N_APP", "120.800", 60), ("ATIS", "128.250", 5)):
+                candidates.append((icao, station, suffix, freq, range_nm))
+        lines = []
+        for icao, station, suffix, freq, range_nm in rng.sample(candidates, min(count, len(candidates))):
+            a = self.airports[icao]
+            callsign = self.unique(lambda: "%s_%s" % (station, suffix))
+            atis = None
+            if suffix == "ATIS":
+                atis = self.atis_text(icao, rng.choice("ABCDEFGH"))
+            elif suffix == "TWR" and self.network == 0:
+                atis = "%s Tower^§Departures contact %s" % (a[1], freq)
+            rating = rng.randint(2, 7) if self.network == 0 else rng.choice([2, 3, 4, 5])
+            lines.append(self.controller(callsign, float(a[4]) + rng.uniform(-0.02, 0.02),
+                                         float(a[5]) + rng.uniform(-0.02, 0.02), freq, range_nm, rating, atis=atis))
+        return lines
+
+    def area_stations(self, count):
+        rng = self.rng
+        identifiers = sorted(k for k in self.firs if not k.endswith("_O") and "-" not in k)
+        oceanic = sorted(k for k in self.firs if k.endswith("_O"))
+        lines = []
+        for identifier in rng.sample(identifiers, count):
+            fir = self.firs[identifier]
+            callsign = self.unique(lambda: "%s_CTR" % identifier)
+            lines.append(self.controller(callsign, float(fir[2]) + rng.uniform(-1, 1), float(fir[3]) + rng.uniform(-1, 1),
+                                         "%d.%03d" % (rng.randint(118, 135), rng.randrange(0, 1000, 25)), 300,
+                                         rng.randint(5, 9) if self.network == 0 else rng.choice([5, 7, 8])))
+        for key in oceanic[:3]:
+            fir = self.firs[key]
+            callsign = self.unique(lambda: "%s_FSS" % key[:-2])
+            lines.append(self.controller(callsign, float(fir[2]), float(fir[3]), "131.800", 1500, 7))
+        return lines
+
+    def observers(self, count):
+        rng = self.rng
+        lines = []
+        for i in range(count):
+            lat, lon = rng.uniform(-50, 65), rng.uniform(-170, 170)
+            if i % 3 == 0:
+                callsign = self.unique(lambda: "%s_OBS" % rng.choice(LAST).upper().replace("Ü", "U").replace("Í", "I"))
+            else:
+                callsign = self.unique(lambda: "%s%d_OBS" % (rng.choice(["EDDF", "EGLL", "LFPG"]), rng.randint(1, 99)))
+            lines.append(self.controller(callsign, lat, lon, "199.998", 0, 1 if self.network == 1 else 2))
+        # Supervisors: an admin rating above 10.
+        for i in range(3):
+            callsign = self.unique(lambda: "XX-SUP%d" % (i + 1)) if self.network == 0 else self.unique(lambda: "SUP%d_SUP" % (i + 1))
+            lines.append(self.controller(callsign, rng.uniform(40, 55), rng.uniform(-5, 20), "199.998", 0,
+                                         11 if self.network == 1 else 10, admin=11 + i % 2))
+        return lines
+
+    def follow_me(self, count):
+        lines = []
+        for i in range(count):
+            a = self.airports[self.hubs[i]]
+            values = self.common("%s_FM%d" % (self.hubs[i], i + 1), "FOLME", float(a[4]), float(a[5]))
+            values.update({2: self.name(False), 8: 12})
+            lines.append(self.line(values))
+        return lines
+
+    def whazzup(self, pilots, controllers):
+        rng = self.rng
+        phases = ["boarding", "taxiing", "departing", "climbing", "enroute", "enroute", "enroute", "enroute",
+                  "descending", "approach", "landed", "onblocks", "diverted"]
+        pilot_lines = [self.pilot_without_plan() if i % 25 == 0 else self.pilot(phases[i % len(phases)])
+                       for i in range(pilots)]
+        rng.shuffle(pilot_lines)
+        atc = self.area_stations(controllers // 4)
+        observers = self.observers(max(6, controllers // 20))
+        atc += self.airport_stations(controllers - len(atc) - len(observers)) + observers
+        rng.shuffle(atc)
+        folme = self.follow_me(4) if self.network == 0 else []
+        clients = len(pilot_lines) + len(atc) + len(folme)
+        lines = ["; Skylantra demo data, generated by tools/make_demo_feeds.py", "!GENERAL", "VERSION = 8",
+                 "RELOAD = 1", "UPDATE = " + UPDATE, "CONNECTED CLIENTS = %d" % clients,
+                 "CONNECTED SERVERS = 4", "!CLIENTS"] + atc + pilot_lines + folme
+        lines += ["!SERVERS", "EU1:127.0.0.1:Europe:Demo server one:1:", "US1:127.0.0.1:Americas:Demo server two:1:"]
+        return lines
+
+
+def write_network(folder, name, feed, pilots, controllers, encoding, message):
+    os.makedirs(folder, exist_ok=True)
+    text = "\r\n".join(feed.whazzup(pilots, controllers)) + "\r\n"
+    data = text.encode(encoding)
+    with open(os.path.join(folder, "whazzup.txt"), "wb") as f:
+        f.write(data)
+    with open(os.path.join(folder, "whazzup.txt.gz"), "wb") as f:
+        f.write(gzip.compress(data, compresslevel=9, mtime=0))
+    status = ["; %s demo status file: the data files beside it" % name, "url0=whazzup.txt",
+              "gzurl0=whazzup.txt.gz", "user0=https://example.org/%s/member" % name.lower()]
+    if message:
+        status.append("msg0=" + message)
+    status += ["; end", ""]
+    with open(os.path.join(folder, "status.txt"), "w", encoding="utf-8", newline="\n") as f:
+        f.write("\n".join(status))
+
+
+def main():
+    if len(sys.argv) != 2:
+        sys.exit(__doc__)
+    data = sys.argv[1]
+    airports = read_table(os.path.join(data, "airports.dat"), 6)
+    firs = read_table(os.path.join(data, "firlist.dat"), 5)
+    rng = random.Random(SEED)
+    write_network(os.path.join(data, "demo", "ivao"), "IVAO", Feed(0, rng, airports, firs), 900, 300, "cp1252",
+                  None)
+    write_network(os.path.join(data, "demo", "vatsim"), "VATSIM", Feed(1, rng, airports, firs), 1300, 450,
+                  "utf-8", "This is demo data: the traffic is made up, and the network is not contacted.")
+
+
+if __name__ == "__main__":
+    main()
