@@ -1,20 +1,19 @@
 #include <cstdio>
-#include <random>
 
+#include <QApplication>
 #include <QCommandLineParser>
-#include <QCoreApplication>
-#include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
+#include <QLockFile>
+#include <QMessageBox>
+#include <QScreen>
 
-#include "app/colour_theme.h"
 #include "app/friends.h"
 #include "app/home_folder.h"
 #include "app/settings.h"
-#include "geo/text_format.h"
+#include "common/numbers.h"
+#include "map_window.h"
 #include "network/download.h"
-#include "qt_http_client.h"
-#include "refdata/reference_data.h"
 
 using namespace Qt::StringLiterals;
 
@@ -26,67 +25,29 @@ void Print(std::FILE* stream, const QString& text) {
     std::fflush(stream);
 }
 
-// Until the map window exists, a download reports its progress on standard output.
-class PrintedDownloadView final : public sky::network::DownloadView {
-public:
-    void ShowStatus(const QString& text) override { Print(stdout, text); }
-    void ShowNetworkMessage(const QString& text) override {
-        Print(stdout, u"Important Network Message: "_s + text);
-    }
-    void ClearTraffic(int) override {}
-    void MarksChanged() override {}
-};
-
-QString Summary(int network, const sky::network::NetworkData& data) {
-    return u"%1 data of %2: %3 pilots, %4 controllers and %5 observers, %6 clients connected"_s
-        .arg(sky::network::NetworkName(network), sky::geo::FormatUtcTime(data.UpdateStamp))
-        .arg(data.PilotCount)
-        .arg(data.ControllerCount - data.ObserverCount)
-        .arg(data.ObserverCount)
-        .arg(data.ConnectedClients);
+QStringList Arguments(int argc, char* argv[]) {
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    return arguments;
 }
 
-int Download(const QString& home, const sky::Settings& settings, const QStringList& networks,
-             const std::array<QString, 2>& statusAddresses) {
-    const sky::ReferenceData reference = sky::ReferenceData::Load(QDir(home).filePath(u"data"_s));
-    sky::net::QtHttpClient http(settings.Timeout * 1000, settings.Proxy);
-    sky::network::DownloadState state;
-    sky::network::ClientTables tables;
-    PrintedDownloadView view;
-    for (int network = 0; network < sky::network::kNetworkCount; ++network)
-        state.Networks[network].StatusFileAddress = statusAddresses[network];
-    state.DownloadIdle = true;
-    std::mt19937 random(static_cast<unsigned>(QDateTime::currentMSecsSinceEpoch()));
-    sky::network::DownloadContext context{
-        state,
-        tables,
-        reference,
-        http,
-        view,
-        QDir(home).filePath(u"data"_s),
-        settings.TextForce,
-        [] { return QDateTime::currentDateTime(); },
-        [&](int count) { return std::uniform_int_distribution<int>(0, count - 1)(random); }};
-    int failures = 0;
-    for (int network = 0; network < sky::network::kNetworkCount; ++network) {
-        if (!networks.contains(sky::network::NetworkName(network).toLower()))
-            continue;
-        const auto outcome = sky::network::DownloadNetwork(context, network);
-        if (outcome == sky::network::DownloadOutcome::Interpreted)
-            Print(stdout, Summary(network, tables[network]));
-        else
-            ++failures;
-    }
-    return failures == 0 ? 0 : 1;
+// "LON,LAT,ZOOM" as a view, or nullopt.
+std::optional<sky::geo::ViewState> ParseView(const QString& text) {
+    const QStringList parts = text.split(u',');
+    if (parts.size() != 3)
+        return std::nullopt;
+    bool ok[3] = {};
+    const double lon = parts[0].toDouble(&ok[0]), lat = parts[1].toDouble(&ok[1]),
+                 zoom = parts[2].toDouble(&ok[2]);
+    if (!ok[0] || !ok[1] || !ok[2])
+        return std::nullopt;
+    return sky::geo::ViewState{sky::ToSingle(lon), sky::ToSingle(-lat), sky::ToSingle(zoom)};
 }
 
 } // namespace
 
 int main(int argc, char* argv[]) {
-    QCoreApplication app(argc, argv);
-    QCoreApplication::setApplicationName(u"Skylantra"_s);
-    QCoreApplication::setApplicationVersion(QStringLiteral(SKYLANTRA_VERSION));
-
     QCommandLineParser parser;
     parser.setApplicationDescription(
         u"Skylantra shows the live traffic of the IVAO and VATSIM flight-simulation networks on a globe."_s);
@@ -99,36 +60,50 @@ int main(int argc, char* argv[]) {
                                               u"URL"_s);
     const QCommandLineOption vatsimStatusOption(u"vatsim-status"_s, u"Read VATSIM's status file from URL."_s,
                                                 u"URL"_s);
-    const QCommandLineOption downloadOption(u"download"_s, u"Download the data of ivao, vatsim or both."_s,
-                                            u"NETWORK"_s);
+    const QCommandLineOption downloadOption(
+        u"download"_s, u"Download the data of ivao, vatsim or both once the map is ready."_s, u"NETWORK"_s);
+    const QCommandLineOption snapshotOption(
+        u"snapshot"_s, u"Render one frame after start-up and any download, save it as FILE.png and exit."_s,
+        u"FILE"_s);
+    const QCommandLineOption viewOption(u"view"_s, u"Start with the view LON,LAT,ZOOM."_s, u"LON,LAT,ZOOM"_s);
     const QCommandLineOption helpOption(QStringList{u"h"_s, u"help"_s}, u"Show this help and exit."_s);
     const QCommandLineOption versionOption(u"version"_s, u"Show the version and exit."_s);
     parser.addOptions({homeOption, demoOption, ivaoStatusOption, vatsimStatusOption, downloadOption,
-                       helpOption, versionOption});
-    if (!parser.parse(QCoreApplication::arguments())) {
+                       snapshotOption, viewOption, helpOption, versionOption});
+    // Help and version need no display, so they are answered before any window system is touched.
+    if (!parser.parse(Arguments(argc, argv))) {
         Print(stderr, parser.errorText() + u"\nTry skylantra --help."_s);
         return 2;
     }
     if (parser.isSet(helpOption)) {
         Print(stdout,
-              parser.helpText().trimmed() +
+              parser.helpText()
+                      .replace(QFileInfo(QString::fromLocal8Bit(argv[0])).filePath(), u"skylantra"_s)
+                      .trimmed() +
                   u"\n\nThe home folder can also be set with the SKYLANTRA_HOME environment variable."_s);
         return 0;
     }
     if (parser.isSet(versionOption)) {
-        Print(stdout, u"Skylantra "_s + QCoreApplication::applicationVersion());
+        Print(stdout, u"Skylantra " SKYLANTRA_VERSION ""_s);
         return 0;
     }
-    QStringList networks;
-    if (parser.isSet(downloadOption)) {
-        const QString which = parser.value(downloadOption).toLower();
-        if (which != u"ivao" && which != u"vatsim" && which != u"both") {
-            Print(stderr, u"--download takes ivao, vatsim or both."_s);
+    const QString download = parser.value(downloadOption).toLower();
+    if (parser.isSet(downloadOption) && download != u"ivao" && download != u"vatsim" && download != u"both") {
+        Print(stderr, u"--download takes ivao, vatsim or both."_s);
+        return 2;
+    }
+    std::optional<sky::geo::ViewState> view;
+    if (parser.isSet(viewOption)) {
+        view = ParseView(parser.value(viewOption));
+        if (!view) {
+            Print(stderr, u"--view takes LON,LAT,ZOOM, e.g. 8.5,50,2."_s);
             return 2;
         }
-        networks = which == u"both" ? QStringList{u"ivao"_s, u"vatsim"_s} : QStringList{which};
     }
 
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(u"Skylantra"_s);
+    QApplication::setApplicationVersion(QStringLiteral(SKYLANTRA_VERSION));
     const QString home =
         sky::ResolveHomeFolder(parser.value(homeOption), qEnvironmentVariable("SKYLANTRA_HOME"),
                                QCoreApplication::applicationDirPath());
@@ -136,29 +111,41 @@ int main(int argc, char* argv[]) {
         Print(stderr, u"Skylantra: the home folder "_s + home + u" does not exist."_s);
         return 1;
     }
-    sky::Friends friends;
-    const sky::Settings settings = sky::LoadSettings(home, sky::ScreenMetrics{}, friends);
-    const bool demo = parser.isSet(demoOption);
-    const std::array<QString, 2> statusAddresses = {
-        sky::network::ChooseStatusFileAddress(0, parser.value(ivaoStatusOption), demo, settings.IVAOStatusURL,
-                                              home),
-        sky::network::ChooseStatusFileAddress(1, parser.value(vatsimStatusOption), demo,
-                                              settings.VATSIMStatusURL, home)};
-    if (!networks.isEmpty())
-        return Download(home, settings, networks, statusAddresses);
+    // One program per home folder; a second start ends at once.
+    QLockFile lock(QDir(home).filePath(u"skylantra.lock"_s));
+    if (!lock.tryLock(0))
+        return 0;
 
-    const QString themePath = QDir(home).filePath(u"colours/"_s + settings.ColourTheme);
-    Print(stdout, u"Skylantra "_s + QCoreApplication::applicationVersion());
-    Print(stdout, u"Home folder: "_s + home);
-    Print(stdout,
-          u"Settings:    "_s + sky::SettingsPath(home) +
-              (QFileInfo::exists(sky::SettingsPath(home)) ? QString() : u" (not yet written: defaults)"_s));
-    Print(stdout, u"Theme:       "_s + themePath +
-                      (QFileInfo::exists(themePath) ? QString() : u" (missing: built-in colours)"_s));
-    Print(stdout, u"Friends:     "_s + QString::number(friends.Count()));
-    Print(stdout, u"IVAO:        "_s + statusAddresses[0]);
-    Print(stdout, u"VATSIM:      "_s + statusAddresses[1]);
-    Print(stdout,
-          u"The map window is not part of this build yet; --download shows what the networks send."_s);
-    return 0;
+    QScreen* screen = QGuiApplication::primaryScreen();
+    if (!screen) {
+        Print(stderr, u"Skylantra: no screen to show the map on."_s);
+        return 1;
+    }
+    if (screen->logicalDotsPerInchX() != screen->logicalDotsPerInchY()) {
+        QMessageBox::critical(nullptr, u"Error"_s, u"Anisotropic screen. Skylantra will now exit."_s);
+        return 1;
+    }
+    const float twipsPerPixel = float(1440.0 / screen->logicalDotsPerInchX());
+
+    sky::Friends friends;
+    const QSize screenSize = screen->geometry().size();
+    sky::Settings settings =
+        sky::LoadSettings(home, {twipsPerPixel, screenSize.width(), screenSize.height()}, friends);
+    const bool demo = parser.isSet(demoOption);
+    sky::ui::MapOptions options;
+    options.Home = home;
+    options.Config = settings;
+    options.FriendList = friends;
+    options.TwipsPerPixel = twipsPerPixel;
+    options.StatusAddresses = {sky::network::ChooseStatusFileAddress(0, parser.value(ivaoStatusOption), demo,
+                                                                     settings.IVAOStatusURL, home),
+                               sky::network::ChooseStatusFileAddress(1, parser.value(vatsimStatusOption),
+                                                                     demo, settings.VATSIMStatusURL, home)};
+    options.DownloadNetworks = download;
+    options.SnapshotPath = parser.value(snapshotOption);
+    options.View = view;
+
+    sky::ui::MapWindow window(std::move(options));
+    window.show();
+    return app.exec();
 }

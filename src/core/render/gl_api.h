@@ -1,0 +1,56 @@
+#pragma once
+
+namespace sky::render {
+
+enum class Primitive { Points, Lines, LineStrip, LineLoop, Triangles, TriangleFan, Quads, Polygon };
+enum class Capability { Blend, LineSmooth, PointSmooth, StencilTest };
+enum class BlendFactor { Zero, One, SrcAlpha, OneMinusSrcAlpha };
+enum class StencilTest { Always, Equal, NotEqual };
+enum class StencilAction { Keep, Zero, Invert };
+
+// The small slice of OpenGL 1.1 the map is drawn with. Scene builders record display lists through it
+// and never call OpenGL themselves: the map binds it to the real context, tests to a recorder.
+class GlApi {
+public:
+    virtual ~GlApi() = default;
+
+    // Display lists, by fixed number (see list_numbers.h).
+    virtual void NewList(int list) = 0; // records, does not execute
+    virtual void EndList() = 0;
+    virtual void DeleteList(int list) = 0;
+    virtual bool IsList(int list) const = 0;
+    virtual void CallList(int list) = 0;
+    virtual void ListBase(int base) = 0;
+    // Calls list base + code, as a text's glyphs are printed.
+    virtual void CallListByte(unsigned char code) = 0;
+
+    virtual void Begin(Primitive primitive) = 0;
+    virtual void End() = 0;
+    virtual void Vertex(float x, float y, float z) = 0;
+    virtual void Colour(float red, float green, float blue, float alpha) = 0;
+    virtual void RasterPos(float x, float y, float z) = 0;
+    // Moves the raster position by whole pixels, as an empty bitmap does.
+    virtual void BitmapMove(float dx, float dy) = 0;
+
+    virtual void LineWidth(float width) = 0;
+    virtual void PointSize(float size) = 0;
+    virtual void Enable(Capability capability) = 0;
+    virtual void Disable(Capability capability) = 0;
+    virtual void BlendFunc(BlendFactor source, BlendFactor destination) = 0;
+    virtual void StencilFunc(StencilTest test, int reference, unsigned mask) = 0;
+    virtual void StencilOp(StencilAction fail, StencilAction depthFail, StencilAction pass) = 0;
+    virtual void ColourMask(bool write) = 0;
+
+    virtual void ClearColour(float red, float green, float blue, float alpha) = 0;
+    virtual void Clear() = 0; // the colour buffer
+    virtual void Viewport(int x, int y, int width, int height) = 0;
+    virtual void LoadIdentity() = 0;
+    virtual void Ortho(double left, double right, double bottom, double top, double zNear, double zFar) = 0;
+    virtual void PushMatrix() = 0;
+    virtual void PopMatrix() = 0;
+    virtual void Translate(float x, float y, float z) = 0;
+    virtual void Rotate(float angleDeg, float x, float y, float z) = 0;
+    virtual void Scale(float x, float y, float z) = 0;
+};
+
+} // namespace sky::render

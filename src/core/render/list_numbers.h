@@ -1,0 +1,38 @@
+#pragma once
+
+// Every layer of the map is a display list with a fixed number; nothing is allocated by a generator.
+namespace sky::render::lists {
+
+// The nine traffic lists of a network n are TrafficBase(n) + the offsets below; n = 2 is the
+// comparison of both networks (lists 30 to 38).
+constexpr int TrafficBase(int network) {
+    return 10 * network + 10;
+}
+inline constexpr int kPlanes = 0;
+inline constexpr int kPlaneLabels = 1;
+inline constexpr int kAirports = 2;
+inline constexpr int kAirportLabels = 3;
+inline constexpr int kInbounds = 4;
+inline constexpr int kSectorFills = 5;
+inline constexpr int kOutlines = 6;
+inline constexpr int kAtcLabels = 7;
+inline constexpr int kAtcMarkers = 8;
+inline constexpr int kTrafficListCount = 9;
+
+inline constexpr int kInfoBox = 40;
+inline constexpr int kListPanel = 41;
+inline constexpr int kHighlight = 42;
+inline constexpr int kFrame = 50;
+inline constexpr int kGrid = 51;
+inline constexpr int kGlobe = 52;
+inline constexpr int kCoastlines = 53;
+inline constexpr int kBorders = 54;
+inline constexpr int kStatusLine = 55;
+inline constexpr int kClientCount = 56;
+inline constexpr int kNetworkMarks = 57;
+inline constexpr int kTitleBox = 58;
+inline constexpr int kSmallFontBase = 64725; // glyphs of codes 0 to 254
+inline constexpr int kBoldFontBase = 65000;
+inline constexpr int kGlyphCount = 255;
+
+} // namespace sky::render::lists

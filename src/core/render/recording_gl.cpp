@@ -1,0 +1,58 @@
+#include "render/recording_gl.h"
+
+#include <algorithm>
+
+namespace sky::render {
+
+void RecordingGl::NewList(int list) {
+    m_recording = list;
+    m_lists[list].clear();
+}
+
+void RecordingGl::EndList() {
+    m_recording = -1;
+}
+
+void RecordingGl::DeleteList(int list) {
+    m_lists.erase(list);
+    m_immediate.push_back({Op::DeleteList, list});
+}
+
+void RecordingGl::Add(const Call& call) {
+    if (m_recording >= 0)
+        m_lists[m_recording].push_back(call);
+    else
+        m_immediate.push_back(call);
+}
+
+const std::vector<RecordingGl::Call>& RecordingGl::List(int list) const {
+    static const std::vector<Call> empty;
+    const auto it = m_lists.find(list);
+    return it == m_lists.end() ? empty : it->second;
+}
+
+std::set<int> RecordingGl::ListNumbers() const {
+    std::set<int> numbers;
+    for (const auto& [number, calls] : m_lists)
+        numbers.insert(number);
+    return numbers;
+}
+
+int RecordingGl::Count(const std::vector<Call>& calls, Op what) {
+    return int(std::count_if(calls.begin(), calls.end(), [&](const Call& c) { return c.What == what; }));
+}
+
+int RecordingGl::CountBytes(const std::vector<Call>& calls) {
+    return Count(calls, Op::CallListByte);
+}
+
+std::vector<unsigned char> RecordingGl::Printed(const std::vector<Call>& calls) {
+    std::vector<unsigned char> codes;
+    for (const Call& call : calls) {
+        if (call.What == Op::CallListByte)
+            codes.push_back(static_cast<unsigned char>(call.Number));
+    }
+    return codes;
+}
+
+} // namespace sky::render

@@ -1,0 +1,111 @@
+#pragma once
+
+#include <map>
+#include <set>
+#include <vector>
+
+#include "render/gl_api.h"
+
+namespace sky::render {
+
+// A GlApi that draws nothing and remembers everything: what each display list holds, and the calls
+// made outside lists (a frame). Tests and benchmarks read it back.
+class RecordingGl final : public GlApi {
+public:
+    enum class Op {
+        CallList,
+        ListBase,
+        CallListByte,
+        Begin,
+        End,
+        Vertex,
+        Colour,
+        RasterPos,
+        BitmapMove,
+        LineWidth,
+        PointSize,
+        Enable,
+        Disable,
+        BlendFunc,
+        StencilFunc,
+        StencilOp,
+        ColourMask,
+        ClearColour,
+        Clear,
+        Viewport,
+        LoadIdentity,
+        Ortho,
+        PushMatrix,
+        PopMatrix,
+        Translate,
+        Rotate,
+        Scale,
+        DeleteList
+    };
+    struct Call {
+        Op What;
+        int Number = 0; // list, primitive, capability ...
+        float Values[6] = {};
+    };
+
+    void NewList(int list) override;
+    void EndList() override;
+    void DeleteList(int list) override;
+    bool IsList(int list) const override { return m_lists.count(list) != 0; }
+    void CallList(int list) override { Add({Op::CallList, list}); }
+    void ListBase(int base) override { Add({Op::ListBase, base}); }
+    void CallListByte(unsigned char code) override { Add({Op::CallListByte, code}); }
+    void Begin(Primitive primitive) override { Add({Op::Begin, int(primitive)}); }
+    void End() override { Add({Op::End}); }
+    void Vertex(float x, float y, float z) override { Add({Op::Vertex, 0, {x, y, z}}); }
+    void Colour(float r, float g, float b, float a) override { Add({Op::Colour, 0, {r, g, b, a}}); }
+    void RasterPos(float x, float y, float z) override { Add({Op::RasterPos, 0, {x, y, z}}); }
+    void BitmapMove(float dx, float dy) override { Add({Op::BitmapMove, 0, {dx, dy}}); }
+    void LineWidth(float width) override { Add({Op::LineWidth, 0, {width}}); }
+    void PointSize(float size) override { Add({Op::PointSize, 0, {size}}); }
+    void Enable(Capability capability) override { Add({Op::Enable, int(capability)}); }
+    void Disable(Capability capability) override { Add({Op::Disable, int(capability)}); }
+    void BlendFunc(BlendFactor s, BlendFactor d) override { Add({Op::BlendFunc, int(s), {float(int(d))}}); }
+    void StencilFunc(StencilTest t, int reference, unsigned mask) override {
+        Add({Op::StencilFunc, int(t), {float(reference), float(mask)}});
+    }
+    void StencilOp(StencilAction f, StencilAction z, StencilAction p) override {
+        Add({Op::StencilOp, int(f), {float(int(z)), float(int(p))}});
+    }
+    void ColourMask(bool write) override { Add({Op::ColourMask, write ? 1 : 0}); }
+    void ClearColour(float r, float g, float b, float a) override { Add({Op::ClearColour, 0, {r, g, b, a}}); }
+    void Clear() override { Add({Op::Clear}); }
+    void Viewport(int x, int y, int w, int h) override {
+        Add({Op::Viewport, 0, {float(x), float(y), float(w), float(h)}});
+    }
+    void LoadIdentity() override { Add({Op::LoadIdentity}); }
+    void Ortho(double l, double r, double b, double t, double n, double f) override {
+        Add({Op::Ortho, 0, {float(l), float(r), float(b), float(t), float(n), float(f)}});
+    }
+    void PushMatrix() override { Add({Op::PushMatrix}); }
+    void PopMatrix() override { Add({Op::PopMatrix}); }
+    void Translate(float x, float y, float z) override { Add({Op::Translate, 0, {x, y, z}}); }
+    void Rotate(float a, float x, float y, float z) override { Add({Op::Rotate, 0, {a, x, y, z}}); }
+    void Scale(float x, float y, float z) override { Add({Op::Scale, 0, {x, y, z}}); }
+
+    // The calls recorded into a list; empty for a list that does not exist.
+    const std::vector<Call>& List(int list) const;
+    std::set<int> ListNumbers() const;
+    // Calls made outside any list, in order.
+    const std::vector<Call>& Immediate() const { return m_immediate; }
+    void ClearImmediate() { m_immediate.clear(); }
+
+    static int Count(const std::vector<Call>& calls, Op what);
+    static int CountBytes(const std::vector<Call>& calls); // glyphs printed
+    // The Windows-1252 codes printed into calls, as a text.
+    static std::vector<unsigned char> Printed(const std::vector<Call>& calls);
+
+private:
+    void Add(const Call& call);
+
+    std::map<int, std::vector<Call>> m_lists;
+    std::vector<Call> m_immediate;
+    int m_recording = -1;
+};
+
+} // namespace sky::render

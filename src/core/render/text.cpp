@@ -1,0 +1,41 @@
+#include "render/text.h"
+
+#include "common/text_codec.h"
+#include "render/gl_api.h"
+#include "render/list_numbers.h"
+
+namespace sky::render {
+namespace {
+
+void Print(GlApi& gl, const QString& text, int base) {
+    if (text.isEmpty())
+        return;
+    gl.ListBase(base);
+    for (QChar c : text) {
+        const unsigned char code = ToWindows1252(c);
+        if (code < lists::kGlyphCount)
+            gl.CallListByte(code);
+    }
+}
+
+} // namespace
+
+void PrintText(GlApi& gl, const QString& text) {
+    Print(gl, text, lists::kSmallFontBase);
+}
+
+void PrintBoldText(GlApi& gl, const QString& text) {
+    Print(gl, text, lists::kBoldFontBase);
+}
+
+void BuildStatusLine(GlApi& gl, const QString& statusText, int width, int height) {
+    width = std::max(width, 1);
+    height = std::max(height, 1);
+    gl.DeleteList(lists::kStatusLine);
+    gl.NewList(lists::kStatusLine);
+    gl.RasterPos(OverlayX(65, width), OverlayY(6, height), 0.0f);
+    PrintText(gl, statusText);
+    gl.EndList();
+}
+
+} // namespace sky::render

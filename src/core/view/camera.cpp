@@ -1,0 +1,113 @@
+#include "view/camera.h"
+
+#include <cmath>
+
+#include "app/colour_theme.h"
+#include "app/settings.h"
+#include "render/gl_api.h"
+#include "render/list_numbers.h"
+#include "view/display_state.h"
+
+namespace sky::view {
+
+using render::Capability;
+namespace lists = render::lists;
+
+void DrawScene(render::GlApi& gl, const FrameInputs& in, geo::ViewState& view) {
+    gl.Clear();
+    gl.LoadIdentity();
+    gl.Ortho(-1, 1, -1, 1, -10, 1);
+    geo::ClampView(view);
+    gl.PushMatrix();
+    // With the far plane at 1 the near surface sits at depth +1 when zoomed in, and the globe is cut at
+    // its centre plane when zoomed out: only the near side is ever drawn.
+    if (view.ViewZ > 2.0f)
+        gl.Translate(0.0f, 0.0f, 1.0f - view.ViewZ);
+    else
+        gl.Translate(0.0f, 0.0f, -1.0f);
+    gl.Rotate(view.ViewY, -1.0f, 0.0f, 0.0f);
+    gl.Rotate(view.ViewX, 0.0f, -1.0f, 0.0f);
+    const int w = in.WidthPx;
+    const int h = in.HeightPx;
+    gl.Viewport(w / 2 - h, -h / 2, 2 * h, 2 * h);
+    gl.Scale(view.ViewZ, view.ViewZ, view.ViewZ);
+    gl.BlendFunc(render::BlendFactor::SrcAlpha, render::BlendFactor::OneMinusSrcAlpha);
+    DrawCore(gl, in, view);
+
+    gl.Viewport(0, 0, w, h);
+    gl.LoadIdentity();
+    gl.LineWidth(2.0f);
+    gl.CallList(lists::kFrame);
+    gl.CallList(lists::kNetworkMarks);
+    if (in.Display.ShowAbout)
+        gl.CallList(lists::kTitleBox);
+    gl.Colour(in.Colours.Red[kSlotScreenBorder], in.Colours.Green[kSlotScreenBorder],
+              in.Colours.Blue[kSlotScreenBorder], 1.0f);
+    gl.CallList(lists::kStatusLine);
+    gl.LineWidth(1.0f);
+    gl.CallList(lists::kClientCount);
+    switch (in.Display.PanelMode) {
+    case 1:
+    case 2:
+        gl.CallList(lists::kInfoBox);
+        break;
+    case 3:
+    case 5:
+        gl.CallList(lists::kListPanel);
+        break;
+    case 4:
+    case 6:
+        gl.CallList(lists::kListPanel);
+        gl.CallList(lists::kInfoBox);
+        break;
+    default:
+        break;
+    }
+    gl.PopMatrix();
+}
+
+void DrawCore(render::GlApi& gl, const FrameInputs& in, const geo::ViewState& view) {
+    const Settings& s = in.Config;
+    const int base = lists::TrafficBase(in.Display.ShownNetwork);
+    gl.Enable(Capability::PointSmooth);
+    gl.PointSize(float(3.0 * std::pow(2.0 * view.ViewZ, 0.2)));
+    if (!s.DisableSmooth)
+        gl.Enable(Capability::LineSmooth);
+    gl.CallList(lists::kGlobe);
+    if (s.ShowLatLon)
+        gl.CallList(lists::kGrid);
+    if (in.Display.ShowCountries && !s.DisableCountries)
+        gl.CallList(lists::kBorders);
+    gl.Disable(Capability::LineSmooth);
+    if (s.ShowATC) {
+        gl.CallList(base + lists::kSectorFills);
+        gl.CallList(base + lists::kOutlines);
+    }
+    if (!s.DisableSmooth)
+        gl.Enable(Capability::LineSmooth);
+    gl.CallList(lists::kCoastlines);
+    gl.Disable(Capability::LineSmooth);
+    gl.LineWidth(1.0f);
+    if (s.ShowAirports) {
+        gl.CallList(base + lists::kAirports);
+        if (s.ShowAirportLabels)
+            gl.CallList(base + lists::kAirportLabels);
+    }
+    if (s.ShowATC) {
+        if (s.ShowATCLabels)
+            gl.CallList(base + lists::kAtcLabels);
+        gl.CallList(base + lists::kAtcMarkers);
+    }
+    gl.LineWidth(2.0f);
+    gl.CallList(lists::kHighlight);
+    gl.LineWidth(1.0f);
+    if (s.ShowInbounds && s.ShowAirports && !in.Display.FriendsOnly)
+        gl.CallList(base + lists::kInbounds);
+    if (s.ShowPlanes) {
+        gl.CallList(base + lists::kPlanes);
+        if (s.ShowPlaneLabels)
+            gl.CallList(base + lists::kPlaneLabels);
+    }
+}
+
+} // namespace sky::view

@@ -1,0 +1,364 @@
+#include "map_window.h"
+
+#include <cstdio>
+
+#include <GL/gl.h>
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QContextMenuEvent>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QOpenGLContext>
+#include <QMessageBox>
+#include <QMouseEvent>
+#include <QScreen>
+#include <QWheelEvent>
+#include <QWindow>
+
+#include "app/colour_theme.h"
+#include "app/window_geometry.h"
+#include "common/numbers.h"
+#include "glyph_fonts.h"
+#include "key_codes.h"
+#include "view/camera.h"
+#include "view/keys.h"
+
+using namespace Qt::StringLiterals;
+
+namespace sky::ui {
+namespace {
+
+QSurfaceFormat MapFormat() {
+    QSurfaceFormat format;
+    format.setRenderableType(QSurfaceFormat::OpenGL);
+    format.setProfile(QSurfaceFormat::CompatibilityProfile);
+    format.setVersion(2, 1);
+    format.setRedBufferSize(8);
+    format.setGreenBufferSize(8);
+    format.setBlueBufferSize(8);
+    format.setDepthBufferSize(16);
+    format.setStencilBufferSize(1); // for the sector fills
+    format.setSwapBehavior(QSurfaceFormat::DoubleBuffer);
+    return format;
+}
+
+int Pixels(std::int32_t twips, double twipsPerPixel) {
+    return int(RoundHalfEven(twips / twipsPerPixel));
+}
+std::int32_t Twips(int pixels, double twipsPerPixel) {
+    return ToInt32(pixels * twipsPerPixel);
+}
+
+void PrintError(const QString& text) {
+    const QByteArray bytes = text.toUtf8() + '\n';
+    std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stderr);
+}
+
+} // namespace
+
+MapWindow::MapWindow(MapOptions options)
+    : m_options(std::move(options)), m_http(m_options.Config.Timeout * 1000, m_options.Config.Proxy) {
+    setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
+    setWindowTitle(u"Skylantra"_s);
+    setFormat(MapFormat());
+    setFocusPolicy(Qt::StrongFocus);
+    setMouseTracking(false);
+    m_session = std::make_unique<view::MapSession>(m_options.Home, m_options.Config, m_options.FriendList,
+                                                   m_gl, *this, m_http);
+    for (int n = 0; n < network::kNetworkCount; ++n)
+        m_session->Downloads().Networks[n].StatusFileAddress = m_options.StatusAddresses[n];
+    if (m_options.View)
+        m_session->View() = *m_options.View;
+    m_autoDownloadTimer.setInterval(1000);
+    m_downloadTimer.setInterval(1000);
+    connect(&m_autoDownloadTimer, &QTimer::timeout, this, [this] {
+        makeCurrent();
+        m_session->AutoDownloadTimerTick();
+    });
+    connect(&m_downloadTimer, &QTimer::timeout, this, [this] {
+        makeCurrent();
+        m_session->DownloadTimerTick();
+    });
+    PlaceFromSettings();
+}
+
+MapWindow::~MapWindow() = default;
+
+void MapWindow::PlaceFromSettings() {
+    const Settings& s = m_session->Config();
+    const double tpp = m_options.TwipsPerPixel;
+    setGeometry(Pixels(s.WindowLeft, tpp), Pixels(s.WindowTop, tpp), Pixels(s.WindowWidth, tpp),
+                Pixels(s.WindowHeight, tpp));
+}
+
+void MapWindow::initializeGL() {
+    BuildGlyphFonts();
+    const ColourTable& c = m_session->Colours();
+    glClearColor(c.Red[kSlotScreenBackground], c.Green[kSlotScreenBackground], c.Blue[kSlotScreenBackground],
+                 0.0f);
+    glEnable(GL_BLEND);
+    glHint(GL_POINT_SMOOTH_HINT, GL_NICEST);
+    glMatrixMode(GL_MODELVIEW);
+    glLineStipple(1, 0x0F0F);
+    if (!m_started)
+        QTimer::singleShot(0, this, [this] { StartUp(); });
+}
+
+void MapWindow::StartUp() {
+    if (m_started)
+        return;
+    m_started = true;
+    if (!context() || !context()->isValid()) {
+        QMessageBox::critical(nullptr, u"Error"_s, u"Could not enable OpenGL"_s);
+        std::exit(1);
+    }
+    makeCurrent();
+    m_session->Resize(width(), height());
+    const QString missing = m_session->StartUp();
+    if (!missing.isEmpty()) {
+        PrintError(u"Skylantra: cannot read "_s + missing + u"; the map needs it."_s);
+        QMessageBox::critical(nullptr, u"Error"_s, u"Cannot read "_s + missing);
+        std::exit(1);
+    }
+    m_downloadTimer.start();
+    const QString which = m_options.DownloadNetworks;
+    if (which == u"ivao")
+        m_session->BtnDownload(0);
+    else if (which == u"vatsim")
+        m_session->BtnDownload(1);
+    else if (which == u"both")
+        m_session->BtnDownload(2);
+    if (!m_options.SnapshotPath.isEmpty())
+        SaveSnapshotAndExit();
+}
+
+void MapWindow::SaveSnapshotAndExit() {
+    makeCurrent();
+    const QImage image = grabFramebuffer();
+    if (!image.save(m_options.SnapshotPath)) {
+        PrintError(u"Skylantra: cannot write the snapshot "_s + m_options.SnapshotPath);
+        std::exit(1);
+    }
+    // A snapshot leaves the settings as they were.
+    m_shutDown = true;
+    QCoreApplication::exit(0);
+}
+
+void MapWindow::resizeGL(int w, int h) {
+    if (!m_started)
+        return;
+    m_session->Resize(w, h);
+}
+
+void MapWindow::paintGL() {
+    const view::FrameInputs inputs{m_session->Config(), m_session->Display(), m_session->Colours(), width(),
+                                   height()};
+    view::DrawScene(m_gl, inputs, m_session->View());
+}
+
+void MapWindow::Redraw() {
+    if (isVisible())
+        repaint();
+}
+
+void MapWindow::ShowCompanion() {}
+
+void MapWindow::OpenListPanel() {}
+
+void MapWindow::ShowNetworkMessage(const QString& text) {
+    if (!m_options.SnapshotPath.isEmpty()) {
+        PrintError(u"Important Network Message: "_s + text);
+        return;
+    }
+    QMessageBox box(QMessageBox::Information, u"Important Network Message"_s, text, QMessageBox::Ok, this);
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
+}
+
+void MapWindow::EnableAutoDownload(bool enabled) {
+    if (enabled)
+        m_autoDownloadTimer.start();
+    else
+        m_autoDownloadTimer.stop();
+}
+
+void MapWindow::RunKey(int keyCode, int modifiers) {
+    if (!m_started)
+        return;
+    makeCurrent();
+    m_session->KeyUp(keyCode, modifiers);
+}
+
+void MapWindow::keyPressEvent(QKeyEvent* event) {
+    const int code = ClassicKeyCode(event->key());
+    if (code == 0 || !m_started) {
+        QOpenGLWidget::keyPressEvent(event);
+        return;
+    }
+    makeCurrent();
+    m_session->KeyDown(code, ClassicModifiers(event->modifiers()));
+}
+
+void MapWindow::keyReleaseEvent(QKeyEvent* event) {
+    const int code = ClassicKeyCode(event->key());
+    if (code == 0 || event->isAutoRepeat()) {
+        QOpenGLWidget::keyReleaseEvent(event);
+        return;
+    }
+    RunKey(code, ClassicModifiers(event->modifiers()));
+}
+
+void MapWindow::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton)
+        return;
+    const QPoint p = event->position().toPoint();
+    switch (TitleStripZone(p.x(), p.y(), width())) {
+    case TitleZone::Close:
+        close();
+        return;
+    case TitleZone::Maximise:
+        ToggleMaximised();
+        return;
+    case TitleZone::Minimise:
+        showMinimized();
+        return;
+    case TitleZone::Caption:
+        if (!m_maximised && windowHandle())
+            windowHandle()->startSystemMove();
+        return;
+    case TitleZone::None:
+        break;
+    }
+    m_pressPosition = m_lastPosition = p;
+    m_dragging = false;
+}
+
+void MapWindow::mouseMoveEvent(QMouseEvent* event) {
+    if (!(event->buttons() & Qt::LeftButton) || !m_started)
+        return;
+    const QPoint p = event->position().toPoint();
+    if (!m_dragging && (p - m_pressPosition).manhattanLength() < 4)
+        return;
+    m_dragging = true;
+    makeCurrent();
+    m_session->Drag(m_lastPosition.x(), m_lastPosition.y(), p.x(), p.y());
+    m_lastPosition = p;
+}
+
+void MapWindow::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton || !m_started)
+        return;
+    const QPoint p = event->position().toPoint();
+    if (TitleStripZone(m_pressPosition.x(), m_pressPosition.y(), width()) != TitleZone::None)
+        return;
+    if (!m_dragging) {
+        makeCurrent();
+        m_session->Click(p.x(), p.y());
+    }
+    m_dragging = false;
+}
+
+void MapWindow::mouseDoubleClickEvent(QMouseEvent* event) {
+    const QPoint p = event->position().toPoint();
+    if (TitleStripZone(p.x(), p.y(), width()) == TitleZone::Caption)
+        ToggleMaximised();
+    else
+        mousePressEvent(event);
+}
+
+void MapWindow::wheelEvent(QWheelEvent* event) {
+    const int steps = event->angleDelta().y() / 120;
+    if (steps == 0 || !m_started)
+        return;
+    makeCurrent();
+    m_session->Wheel(steps);
+}
+
+void MapWindow::contextMenuEvent(QContextMenuEvent* event) {
+    if (!m_started)
+        return;
+    namespace keys = view::keys;
+    QMenu menu(this);
+    const auto key = [&](QMenu* into, const QString& text, int code, int modifiers = 0) {
+        into->addAction(text, this, [this, code, modifiers] { RunKey(code, modifiers); });
+    };
+    key(&menu, u"Download IVAO\tI"_s, keys::Letter('I'));
+    key(&menu, u"Download VATSIM\tV"_s, keys::Letter('V'));
+    key(&menu, u"Download both (compare)\tB"_s, keys::Letter('B'));
+    QAction* automatic = menu.addAction(u"Automatic download"_s);
+    automatic->setCheckable(true);
+    automatic->setChecked(m_session->Config().AutoDownload);
+    connect(automatic, &QAction::toggled, this, [this](bool on) {
+        m_session->Config().AutoDownload = on;
+        EnableAutoDownload(on);
+    });
+    menu.addSeparator();
+    QMenu* layers = menu.addMenu(u"Layers"_s);
+    key(layers, u"Lat/Lon grid\tG"_s, keys::Letter('G'));
+    key(layers, u"Country borders\tC"_s, keys::Letter('C'));
+    key(layers, u"Airports\tShift+F4"_s, keys::F(4), keys::kShift);
+    key(layers, u"ATC\tShift+F5"_s, keys::F(5), keys::kShift);
+    key(layers, u"Planes\tShift+F6"_s, keys::F(6), keys::kShift);
+    key(layers, u"Inbound lines\tF3"_s, keys::F(3));
+    QMenu* labels = menu.addMenu(u"Labels"_s);
+    key(labels, u"All labels\tF1"_s, keys::F(1));
+    key(labels, u"Airport labels\tF4"_s, keys::F(4));
+    key(labels, u"ATC labels\tF5"_s, keys::F(5));
+    key(labels, u"Plane labels\tF6"_s, keys::F(6));
+    key(&menu, u"Friends only\tF2"_s, keys::F(2));
+    QMenu* views = menu.addMenu(u"Views"_s);
+    for (int k = 1; k <= 3; ++k)
+        key(views, u"Restore view %1\t%1"_s.arg(k), keys::Digit(k));
+    for (int k = 1; k <= 3; ++k)
+        key(views, u"Store view %1\tShift+%1"_s.arg(k), keys::Digit(k), keys::kShift);
+    key(&menu, u"Centre on myself\t4"_s, keys::Digit(4));
+    key(&menu, u"Companion\tSpace"_s, keys::kSpace);
+    menu.addSeparator();
+    menu.addAction(u"Exit"_s, this, [this] { close(); });
+    menu.exec(event->globalPos());
+}
+
+void MapWindow::ToggleMaximised() {
+    const double tpp = m_options.TwipsPerPixel;
+    QScreen* screen = this->screen() ? this->screen() : QGuiApplication::primaryScreen();
+    const QRect monitor = screen->geometry();
+    const MonitorInfo info{monitor.left(), monitor.top(), monitor.right() + 1, monitor.bottom() + 1,
+                           screen->availableGeometry().height()};
+    const QRect now = geometry();
+    const TwipsRect current{Twips(now.x(), tpp), Twips(now.y(), tpp), Twips(now.width(), tpp),
+                            Twips(now.height(), tpp)};
+    m_session->Display().PanelMode = 0;
+    const TwipsRect next =
+        sky::ToggleMaximised(m_maximised, current, info, m_options.TwipsPerPixel, m_session->Config());
+    setGeometry(Pixels(next.Left, tpp), Pixels(next.Top, tpp), Pixels(next.Width, tpp),
+                Pixels(next.Height, tpp));
+}
+
+void MapWindow::closeEvent(QCloseEvent* event) {
+    ShutDown();
+    event->accept();
+}
+
+void MapWindow::ShutDown() {
+    if (m_shutDown)
+        return;
+    m_shutDown = true;
+    m_autoDownloadTimer.stop();
+    m_downloadTimer.stop();
+    const double tpp = m_options.TwipsPerPixel;
+    const QRect now = geometry();
+    const WindowPlacement placement{m_maximised, Twips(now.x(), tpp), Twips(now.y(), tpp),
+                                    Twips(now.width(), tpp), Twips(now.height(), tpp)};
+    const Settings& config = m_session->Config();
+    // The stored views are those of the session, which the keys may have changed.
+    for (const WriteResult& result :
+         SaveSettings(m_options.Home, config, m_session->FriendList(), placement, m_options.TwipsPerPixel)) {
+        if (!result.Ok)
+            PrintError(u"Skylantra: "_s + result.Message);
+    }
+    QCoreApplication::quit();
+}
+
+} // namespace sky::ui

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <array>
+#include <memory>
+#include <optional>
+
+#include <QOpenGLWidget>
+#include <QTimer>
+
+#include "app/friends.h"
+#include "app/settings.h"
+#include "gl_backend.h"
+#include "qt_http_client.h"
+#include "view/map_session.h"
+
+namespace sky::ui {
+
+// How the map window starts.
+struct MapOptions {
+    QString Home;
+    Settings Config;
+    Friends FriendList;
+    float TwipsPerPixel = 15.0f;
+    std::array<QString, 2> StatusAddresses;
+    QString DownloadNetworks;           // "", "ivao", "vatsim" or "both": downloaded once "Ready" shows
+    QString SnapshotPath;               // render one frame after start-up and downloads, save it, exit
+    std::optional<geo::ViewState> View; // instead of stored view 1
+};
+
+// The map window frmMap: a frameless window with its own title strip, drawing the globe with OpenGL.
+// It turns window events into calls of the core's map session and owns nothing else of substance.
+class MapWindow final : public QOpenGLWidget, public view::MapHost {
+public:
+    explicit MapWindow(MapOptions options);
+    ~MapWindow() override;
+
+    view::MapSession& Session() { return *m_session; }
+
+    // MapHost
+    void Redraw() override;
+    void ShowCompanion() override;
+    void OpenListPanel() override;
+    void ShowNetworkMessage(const QString& text) override;
+    void EnableAutoDownload(bool enabled) override;
+
+protected:
+    void initializeGL() override;
+    void resizeGL(int width, int height) override;
+    void paintGL() override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void StartUp();
+    void ShutDown();
+    void ToggleMaximised();
+    void RunKey(int keyCode, int modifiers);
+    void SaveSnapshotAndExit();
+    void PlaceFromSettings();
+
+    MapOptions m_options;
+    GlBackend m_gl;
+    net::QtHttpClient m_http;
+    std::unique_ptr<view::MapSession> m_session;
+    QTimer m_autoDownloadTimer;
+    QTimer m_downloadTimer;
+    bool m_started = false;
+    bool m_shutDown = false;
+    bool m_maximised = false;
+    bool m_dragging = false;
+    QPoint m_pressPosition;
+    QPoint m_lastPosition;
+};
+
+} // namespace sky::ui
