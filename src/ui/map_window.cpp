@@ -197,8 +197,11 @@ void MapWindow::keyPressEvent(QKeyEvent* event) {
         QOpenGLWidget::keyPressEvent(event);
         return;
     }
+    const int modifiers = ClassicModifiers(event->modifiers());
+    if (!event->isAutoRepeat())
+        m_pressModifiers[code] = modifiers;
     makeCurrent();
-    m_session->KeyDown(code, ClassicModifiers(event->modifiers()));
+    m_session->KeyDown(code, modifiers);
 }
 
 void MapWindow::keyReleaseEvent(QKeyEvent* event) {
@@ -207,7 +210,13 @@ void MapWindow::keyReleaseEvent(QKeyEvent* event) {
         QOpenGLWidget::keyReleaseEvent(event);
         return;
     }
-    RunKey(code, ClassicModifiers(event->modifiers()));
+    // A chord counts as pressed: Shift+1 stores a view even when Shift is let go before the 1.
+    const auto pressed = m_pressModifiers.find(code);
+    const int modifiers =
+        pressed != m_pressModifiers.end() ? pressed->second : ClassicModifiers(event->modifiers());
+    if (pressed != m_pressModifiers.end())
+        m_pressModifiers.erase(pressed);
+    RunKey(code, modifiers);
 }
 
 void MapWindow::mousePressEvent(QMouseEvent* event) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <map>
 #include <memory>
 #include <optional>
 
@@ -77,6 +78,7 @@ private:
     bool m_dragging = false;
     QPoint m_pressPosition;
     QPoint m_lastPosition;
+    std::map<int, int> m_pressModifiers; // classic key code -> modifiers when it went down
 };
 
 } // namespace sky::ui

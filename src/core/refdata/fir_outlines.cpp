@@ -32,9 +32,13 @@ void FirOutlines::Add(QStringView text) {
             m_outlines.pop_back();
         } else {
             const int index = int(m_outlines.size() - 1);
-            for (const QString& identifier : current->Identifiers)
-                m_byIdentifier[identifier.toUpper()].push_back(index);
-            m_byIdentifier[current->BoundaryId.toUpper()].push_back(index);
+            QStringList keys = current->Identifiers;
+            keys.append(current->BoundaryId);
+            for (QString& key : keys)
+                key = key.toUpper();
+            keys.removeDuplicates();
+            for (const QString& key : keys)
+                m_byIdentifier[key].push_back(index);
         }
         current = nullptr;
     };

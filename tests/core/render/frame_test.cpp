@@ -1,0 +1,60 @@
+#include "render/frame.h"
+
+#include <gtest/gtest.h>
+
+#include "app/colour_theme.h"
+#include "render/list_numbers.h"
+#include "render/recording_gl.h"
+
+using namespace Qt::StringLiterals;
+
+namespace sky::render {
+namespace {
+
+using Op = RecordingGl::Op;
+
+std::string Printed(const std::vector<RecordingGl::Call>& calls) {
+    const auto codes = RecordingGl::Printed(calls);
+    return std::string(codes.begin(), codes.end());
+}
+
+TEST(BuildFrame, HoldsTheProductLineAndRecordsTheStatusLine) {
+    RecordingGl gl;
+    BuildFrame(gl, DefaultColourTable(), 800, 600, u"Ready"_s);
+    EXPECT_EQ(Printed(gl.List(lists::kFrame)), "Skylantra 1.0.0");
+    EXPECT_EQ(Printed(gl.List(lists::kStatusLine)), "Ready");
+}
+
+TEST(BuildNetworkMarks, MarksOnlyFlaggedNetworksSideBySide) {
+    RecordingGl gl;
+    const auto vertexXs = [&](int width) {
+        std::vector<float> xs;
+        for (const auto& call : gl.List(lists::kNetworkMarks)) {
+            if (call.What == Op::Vertex)
+                xs.push_back((call.Values[0] + 1.0f) * float(width) / 2.0f);
+        }
+        return xs;
+    };
+    BuildNetworkMarks(gl, DefaultColourTable(), 800, 600, {false, false});
+    EXPECT_TRUE(vertexXs(800).empty());
+    BuildNetworkMarks(gl, DefaultColourTable(), 800, 600, {false, true});
+    const auto xs = vertexXs(800);
+    ASSERT_EQ(xs.size(), 4u);
+    for (float x : xs) {
+        EXPECT_GE(x, 27.0f - 1e-3f);
+        EXPECT_LE(x, 33.0f + 1e-3f);
+    }
+    BuildNetworkMarks(gl, DefaultColourTable(), 800, 600, {true, true});
+    EXPECT_EQ(vertexXs(800).size(), 8u);
+}
+
+TEST(BuildTitleBox, NamesTheProgramAndItsSources) {
+    RecordingGl gl;
+    BuildTitleBox(gl, DefaultColourTable(), 800, 600);
+    const std::string text = Printed(gl.List(lists::kTitleBox));
+    EXPECT_NE(text.find("Skylantra v1.0.0"), std::string::npos);
+    EXPECT_NE(text.find("Natural Earth"), std::string::npos);
+}
+
+} // namespace
+} // namespace sky::render

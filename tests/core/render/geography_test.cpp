@@ -1,0 +1,127 @@
+#include "render/geography.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include "app/colour_theme.h"
+#include "render/list_numbers.h"
+#include "render/recording_gl.h"
+
+using namespace Qt::StringLiterals;
+
+namespace sky::render {
+namespace {
+
+using Op = RecordingGl::Op;
+using Call = RecordingGl::Call;
+
+// The strips of a list: the vertex count between each Begin and End.
+std::vector<int> Strips(const std::vector<Call>& calls) {
+    std::vector<int> counts;
+    for (const Call& call : calls) {
+        if (call.What == Op::Begin)
+            counts.push_back(0);
+        else if (call.What == Op::Vertex)
+            ++counts.back();
+    }
+    return counts;
+}
+
+int Segments(RecordingGl& gl, const char16_t* text) {
+    BuildLineFile(gl, lists::kCoastlines, text, DefaultColourTable(), true);
+    return RecordingGl::Count(gl.List(lists::kCoastlines), Op::Vertex) / 2;
+}
+
+TEST(BuildGrid, Draws37MeridiansTo80DegreesAnd19Parallels) {
+    RecordingGl gl;
+    BuildGrid(gl, DefaultColourTable());
+    const std::vector<int> strips = Strips(gl.List(lists::kGrid));
+    ASSERT_EQ(strips.size(), 37u + 19u);
+    EXPECT_EQ(std::count(strips.begin(), strips.begin() + 37, 81), 37);
+    EXPECT_EQ(std::count(strips.begin() + 37, strips.end(), 181), 19);
+}
+
+TEST(BuildGlobe, ShadesNinetyBandsByTheirSouthernEdge) {
+    RecordingGl gl;
+    const ColourTable colours = DefaultColourTable();
+    BuildGlobe(gl, colours);
+    const auto& list = gl.List(lists::kGlobe);
+    EXPECT_EQ(RecordingGl::Count(list, Op::Begin), 90 * 36);
+    std::vector<Call> bands;
+    for (const Call& call : list) {
+        if (call.What == Op::Colour)
+            bands.push_back(call);
+    }
+    ASSERT_EQ(bands.size(), 90u);
+    EXPECT_FLOAT_EQ(bands.front().Values[0], colours.Red[kSlotGlobePoles]);
+    EXPECT_FLOAT_EQ(bands.front().Values[2], colours.Blue[kSlotGlobePoles]);
+    float rgb[3];
+    GradientColour(colours, kSlotGlobeEquator, kSlotGlobePoles, 88.0f, rgb);
+    EXPECT_FLOAT_EQ(bands.back().Values[2], rgb[2]);
+    EXPECT_NE(bands.back().Values[2], colours.Blue[kSlotGlobePoles]);
+}
+
+TEST(BuildLineFile, JoinsPointsUnlessTheOneBeforeSumsToZero) {
+    RecordingGl gl;
+    EXPECT_EQ(Segments(gl, u"10:20\n11:21\n12:22\n"), 2); // the first line starts the polyline
+    EXPECT_EQ(Segments(gl, u"10:20\n11:21\nend\n12:22\n13:23\nend\n"), 2);
+    EXPECT_EQ(Segments(gl, u"end\nend\n10:20\n"), 0);
+    EXPECT_EQ(Segments(gl, u"1:2\n10:-10\n3:4\n5:6\n"), 2); // (10, -10) breaks the line like "end"
+    EXPECT_EQ(Segments(gl, u"1:2\n\n3:4\n5:6\n"), 2);       // so does a blank line
+    EXPECT_EQ(Segments(gl, u"1:2\r\n3:4\r\n"), 1);
+    EXPECT_EQ(Segments(gl, u"5\n6\n"), 1); // a single field: longitude 0
+    EXPECT_EQ(Segments(gl, u""), 0);
+}
+
+TEST(BuildLineFile, CoastlinesShadePerSegmentBordersTakeOneColour) {
+    RecordingGl gl;
+    const ColourTable colours = DefaultColourTable();
+    BuildLineFile(gl, lists::kCoastlines, u"0:1\n45:2\n89:3\n", colours, true);
+    EXPECT_EQ(RecordingGl::Count(gl.List(lists::kCoastlines), Op::Colour), 2);
+    BuildLineFile(gl, lists::kBorders, u"0:1\n45:2\n89:3\n", colours, false);
+    const auto& borders = gl.List(lists::kBorders);
+    ASSERT_EQ(RecordingGl::Count(borders, Op::Colour), 1);
+    const Call colour =
+        *std::find_if(borders.begin(), borders.end(), [](const Call& c) { return c.What == Op::Colour; });
+    EXPECT_FLOAT_EQ(colour.Values[0], colours.Red[kSlotCountryBorders]);
+}
+
+class LoadGeographyFiles : public ::testing::Test {
+protected:
+    void Write(const QString& name, const QByteArray& bytes) {
+        QFile file(m_dir.filePath(name));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+    }
+    QTemporaryDir m_dir;
+    RecordingGl m_gl;
+};
+
+TEST_F(LoadGeographyFiles, BuildsEveryLayerAndRedrawsTwice) {
+    Write(u"coastline.dat"_s, "1:2\n3:4\nend\n");
+    Write(u"countries.dat"_s, "5:6\n7:8\nend\n");
+    int redraws = 0;
+    const GeographyResult result =
+        LoadGeography(m_gl, DefaultColourTable(), m_dir.path(), false, [&] { ++redraws; });
+    EXPECT_TRUE(result.MissingFile.isEmpty());
+    EXPECT_EQ(redraws, 2);
+    for (int list : {lists::kGrid, lists::kGlobe, lists::kCoastlines, lists::kBorders})
+        EXPECT_TRUE(m_gl.IsList(list)) << list;
+}
+
+TEST_F(LoadGeographyFiles, NamesAMissingFileAndSkipsBordersWhenDisabled) {
+    EXPECT_TRUE(LoadGeography(m_gl, DefaultColourTable(), m_dir.path(), false)
+                    .MissingFile.endsWith(u"coastline.dat"));
+    Write(u"coastline.dat"_s, "1:2\n3:4\n");
+    EXPECT_TRUE(LoadGeography(m_gl, DefaultColourTable(), m_dir.path(), false)
+                    .MissingFile.endsWith(u"countries.dat"));
+    EXPECT_TRUE(LoadGeography(m_gl, DefaultColourTable(), m_dir.path(), true).MissingFile.isEmpty());
+    EXPECT_TRUE(m_gl.IsList(lists::kCoastlines));
+    EXPECT_FALSE(m_gl.IsList(lists::kBorders));
+}
+
+} // namespace
+} // namespace sky::render

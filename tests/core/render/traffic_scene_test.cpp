@@ -1,0 +1,177 @@
+#include "render/traffic_scene.h"
+
+#include <gtest/gtest.h>
+
+#include "app/colour_theme.h"
+#include "app/friends.h"
+#include "network/whazzup.h"
+#include "network/whazzup_lines.h"
+#include "refdata/fir_outlines.h"
+#include "refdata/reference_data.h"
+#include "render/list_numbers.h"
+#include "render/recording_gl.h"
+
+using namespace Qt::StringLiterals;
+
+namespace sky::render {
+namespace {
+
+using Op = RecordingGl::Op;
+using network::testing::AtcLine;
+using network::testing::PilotLine;
+
+class TrafficScene : public ::testing::Test {
+protected:
+    void SetUp() override {
+        m_reference.AddAirports(
+            u"EDDF:Frankfurt:Frankfurt:DE:50.0333:8.5706\nEGLL:Heathrow:London:GB:51.47:-0.46\n");
+        m_reference.AddFirCentres(u"EDGG:DE:50.28:8.25:Langen\nXXXX:ZZ:10:10:Nowhere\n");
+        m_outlines.Add(u"B:EDGG:0:EDGG\nR\n49:6\n49:10\n50:8\n51:10\n51:6\n49:6\n");
+        const QStringList lines = {
+            u"!GENERAL"_s,
+            u"UPDATE = 20261121142305"_s,
+            u"CONNECTED CLIENTS = 9"_s,
+            u"!CLIENTS"_s,
+            PilotLine(1, {{0, u"DLH1"_s},
+                          {1, u"100"_s},
+                          {5, u"50.5"_s},
+                          {6, u"5"_s},
+                          {7, u"35000"_s},
+                          {8, u"450"_s},
+                          {11, u"EDDF"_s},
+                          {13, u"EGLL"_s}}),
+            PilotLine(1, {{0, u"BAW2"_s},
+                          {1, u"200"_s},
+                          {5, u"51"_s},
+                          {6, u"-0.4"_s},
+                          {11, u"EGLL"_s},
+                          {13, u"EDDF"_s}}),
+            AtcLine(1, {{0, u"EDGG_CTR"_s}, {1, u"300"_s}}),
+            AtcLine(1, {{0, u"XXXX_CTR"_s}, {1, u"301"_s}, {19, u"100"_s}}),
+            AtcLine(1, {{0, u"EDDF_APP"_s}, {1, u"302"_s}}),
+            AtcLine(1, {{0, u"EDDF_TWR"_s}, {1, u"303"_s}}),
+            AtcLine(1, {{0, u"EDDF_GND"_s}, {1, u"304"_s}}),
+            AtcLine(1, {{0, u"EDDF_ATIS"_s}, {1, u"305"_s}}),
+            AtcLine(1, {{0, u"JOE_OBS"_s}, {1, u"306"_s}}),
+        };
+        network::InterpretWhazzup(1, lines.join(u"\r\n"), m_reference, m_tables[1], QDateTime());
+    }
+
+    TrafficInputs Inputs(bool friendsOnly = false, float viewZ = 1.0f) {
+        return TrafficInputs{m_tables, m_friends, friendsOnly, m_colours, m_outlines, false, viewZ};
+    }
+
+    int List(int offset) const { return lists::TrafficBase(1) + offset; }
+
+    ReferenceData m_reference;
+    FirOutlines m_outlines;
+    network::ClientTables m_tables;
+    Friends m_friends;
+    ColourTable m_colours = DefaultColourTable();
+    RecordingGl m_gl;
+};
+
+TEST_F(TrafficScene, RecordsTheNineListsInTheirOrderAndDropsTheHighlight) {
+    m_gl.NewList(lists::kHighlight);
+    m_gl.EndList();
+    BuildTrafficLists(m_gl, 1, Inputs());
+    std::vector<int> deleted;
+    for (const auto& call : m_gl.Immediate()) {
+        if (call.What == Op::DeleteList)
+            deleted.push_back(call.Number);
+    }
+    EXPECT_EQ(deleted, (std::vector<int>{20, 21, 22, 23, 24, lists::kHighlight, 25, 26, 27, 28}));
+    for (int offset = 0; offset < lists::kTrafficListCount; ++offset)
+        EXPECT_TRUE(m_gl.IsList(List(offset))) << offset;
+    EXPECT_FALSE(m_gl.IsList(lists::kHighlight));
+    EXPECT_FALSE(m_gl.IsList(lists::TrafficBase(0)));
+}
+
+TEST_F(TrafficScene, DrawsEveryShownClientAndLabelsThem) {
+    BuildTrafficLists(m_gl, 1, Inputs());
+    // Two aircraft, each a filled symbol and its outline.
+    EXPECT_EQ(RecordingGl::Count(m_gl.List(List(lists::kPlanes)), Op::Begin), 4);
+    const auto labels = RecordingGl::Printed(m_gl.List(List(lists::kPlaneLabels)));
+    EXPECT_EQ(std::string(labels.begin(), labels.end()), "DLH1BAW2");
+    // A point at each departure and destination.
+    EXPECT_EQ(RecordingGl::Count(m_gl.List(List(lists::kAirports)), Op::Vertex), 4);
+    const auto airports = RecordingGl::Printed(m_gl.List(List(lists::kAirportLabels)));
+    EXPECT_EQ(std::string(airports.begin(), airports.end()), "EDDFEGLLEGLLEDDF");
+    // Station labels for all but the observer; the centres in the bold font.
+    const auto& atcLabels = m_gl.List(List(lists::kAtcLabels));
+    EXPECT_EQ(RecordingGl::Count(atcLabels, Op::RasterPos), 6);
+    int bold = 0;
+    for (const auto& call : atcLabels)
+        bold += call.What == Op::ListBase && call.Number == lists::kBoldFontBase;
+    EXPECT_EQ(bold, 2);
+    EXPECT_EQ(RecordingGl::Count(m_gl.List(List(lists::kAtcMarkers)), Op::Vertex), 6);
+}
+
+TEST_F(TrafficScene, FillsKnownSectorsThroughTheStencilAndOthersAsCircles) {
+    BuildTrafficLists(m_gl, 1, Inputs());
+    const auto& fills = m_gl.List(List(lists::kSectorFills));
+    // EDGG has an outline: two passes through the stencil; XXXX has none: one fan of its range.
+    EXPECT_EQ(RecordingGl::Count(fills, Op::StencilFunc), 2);
+    EXPECT_EQ(RecordingGl::Count(fills, Op::ColourMask), 2);
+    // Fans: two for EDGG's stencil passes, one for XXXX, one each for the approach and tower discs.
+    int fans = 0;
+    for (const auto& call : fills)
+        fans += call.What == Op::Begin && call.Number == int(Primitive::TriangleFan);
+    EXPECT_EQ(fans, 5);
+    const auto& outlines = m_gl.List(List(lists::kOutlines));
+    // EDGG's ring, XXXX's circle, the approach, tower and ground circles and the ATIS diamond.
+    EXPECT_EQ(RecordingGl::Count(outlines, Op::Begin), 6);
+}
+
+TEST_F(TrafficScene, FriendsOnlyDrawsFriendsAlone) {
+    m_friends.Add(u"200"_s);
+    m_friends.Add(u"303"_s);
+    BuildTrafficLists(m_gl, 1, Inputs(true));
+    const auto labels = RecordingGl::Printed(m_gl.List(List(lists::kPlaneLabels)));
+    EXPECT_EQ(std::string(labels.begin(), labels.end()), "BAW2");
+    const auto atc = RecordingGl::Printed(m_gl.List(List(lists::kAtcLabels)));
+    EXPECT_EQ(std::string(atc.begin(), atc.end()), "EDDF_TWR");
+
+    Friends nobody;
+    const TrafficInputs empty{m_tables, nobody, true, m_colours, m_outlines, false, 1.0f};
+    BuildTrafficLists(m_gl, 1, empty);
+    EXPECT_EQ(RecordingGl::Count(m_gl.List(List(lists::kPlanes)), Op::Vertex), 0);
+    EXPECT_TRUE(m_gl.IsList(List(lists::kAtcMarkers)));
+}
+
+TEST_F(TrafficScene, LabelsAddLevelAndSpeedWhenZoomedIn) {
+    BuildTrafficLists(m_gl, 1, Inputs(false, 1.0f));
+    const size_t far = RecordingGl::Printed(m_gl.List(List(lists::kPlaneLabels))).size();
+    BuildPlaneLists(m_gl, 1, Inputs(false, kDetailedLabelZoom));
+    const auto near = RecordingGl::Printed(m_gl.List(List(lists::kPlaneLabels)));
+    EXPECT_GT(near.size(), far);
+    EXPECT_NE(std::string(near.begin(), near.end()).find("FL350 450kt"), std::string::npos);
+    EXPECT_NE(SymbolBand(1.0f), SymbolBand(16.0f));
+    EXPECT_EQ(SymbolBand(0.1f), SymbolBand(0.3f));
+}
+
+TEST_F(TrafficScene, ComparisonNeedsBothNetworksAndUsesTheirColours) {
+    EXPECT_EQ(ComparisonStatusText(m_tables), u"Missing IVAO data. No comparison possible.");
+    m_tables[0] = m_tables[1];
+    m_tables[0].UpdateStamp = u"20261121142000"_s;
+    EXPECT_EQ(ComparisonStatusText(m_tables), u"Merged data of 1420Z/1423Z displayed");
+    BuildComparisonLists(m_gl, Inputs());
+    const auto& planes = m_gl.List(lists::TrafficBase(2) + lists::kPlanes);
+    std::set<float> fillReds;
+    for (const auto& call : planes) {
+        if (call.What == Op::Colour && call.Values[0] != m_colours.Red[kSlotPlaneBorder])
+            fillReds.insert(call.Values[0]);
+    }
+    EXPECT_EQ(fillReds, (std::set<float>{m_colours.Red[kSlotIVAO], m_colours.Red[kSlotVATSIM]}));
+}
+
+TEST_F(TrafficScene, ClientCountPanelShowsEachNetworksFigures) {
+    BuildClientCountPanel(m_gl, m_tables, m_colours, 800, 600);
+    const auto codes = RecordingGl::Printed(m_gl.List(lists::kClientCount));
+    const std::string text(codes.begin(), codes.end());
+    EXPECT_NE(text.find("IVAO0 pilots0 ATC0 obs0 total"), std::string::npos);
+    EXPECT_NE(text.find("VATSIM2 pilots6 ATC1 obs8 total"), std::string::npos);
+}
+
+} // namespace
+} // namespace sky::render

@@ -1,0 +1,205 @@
+#include "view/keyboard.h"
+
+#include <gtest/gtest.h>
+
+#include "app/friends.h"
+#include "app/settings.h"
+#include "view/display_state.h"
+#include "view/keys.h"
+
+using namespace Qt::StringLiterals;
+
+namespace sky::view {
+namespace {
+
+class RecordingCommands : public MapCommands {
+public:
+    void ShowCompanion() override { Log.append(u"companion"_s); }
+    void Download(int network) override { Log.append(u"download %1"_s.arg(network)); }
+    void OpenListPanel() override { Log.append(u"list"_s); }
+    void RebuildScene(int network) override { Log.append(u"rebuild %1"_s.arg(network)); }
+    void DeleteHighlight() override { Log.append(u"unhighlight"_s); }
+    void StatusChanged() override {}
+    void Redraw() override { ++Redraws; }
+    QStringList Log;
+    int Redraws = 0;
+};
+
+class Keys : public ::testing::Test {
+protected:
+    void SetUp() override {
+        m_display.PanelMode = 0;
+        m_display.StatusText = u"before"_s;
+    }
+    void Online() {
+        m_tables[0].PilotCount = 2;
+        m_tables[0].Pilots[1].VID = u"100"_s;
+        m_tables[0].Pilots[1].Callsign = u"FIRST"_s;
+        m_tables[0].Pilots[1].Latitude = 10.0f;
+        m_tables[0].Pilots[2].VID = u"555"_s;
+        m_tables[0].Pilots[2].Callsign = u"MINE"_s;
+        m_tables[0].Pilots[2].Latitude = 50.0f;
+        m_tables[0].Pilots[2].Longitude = 8.0f;
+        m_tables[0].ControllerCount = 1;
+        m_tables[0].Controllers[1].VID = u"555"_s;
+        m_tables[0].Controllers[1].Callsign = u"EDDF_TWR"_s;
+        m_tables[0].Controllers[1].DisplayLatitude = 50.03f;
+    }
+    void Up(int key, int modifiers = 0) {
+        KeyContext context{m_settings, m_display, m_view, m_friends, m_tables, m_commands};
+        KeyUp(context, key, modifiers);
+    }
+    void Down(int key, int modifiers = 0) {
+        KeyContext context{m_settings, m_display, m_view, m_friends, m_tables, m_commands};
+        KeyDown(context, key, modifiers);
+    }
+
+    Settings m_settings;
+    DisplayState m_display;
+    geo::ViewState m_view{0.0f, 0.0f, 2.0f};
+    Friends m_friends;
+    network::ClientTables m_tables;
+    RecordingCommands m_commands;
+};
+
+TEST_F(Keys, CameraKeysStepByFiveOverTheZoomUnlessShiftOrAPanel) {
+    Down(keys::kRight);
+    Down(keys::kDown);
+    Down(keys::F(11));
+    EXPECT_EQ(m_view.ViewX, 2.5f);
+    EXPECT_EQ(m_view.ViewY, 2.5f);
+    EXPECT_FLOAT_EQ(m_view.ViewZ, 2.2f);
+    Down(keys::kLeft, keys::kShift);
+    EXPECT_EQ(m_view.ViewX, 2.5f);
+    Down(keys::kLeft, keys::kShift | keys::kCtrl);
+    EXPECT_LT(m_view.ViewX, 2.5f);
+    m_display.PanelMode = 3;
+    Down(keys::kUp);
+    EXPECT_EQ(m_view.ViewY, 2.5f);
+}
+
+TEST_F(Keys, EscapeClosesAnOpenPanelAndNothingElseActsMeanwhile) {
+    Up(keys::kEscape);
+    EXPECT_EQ(m_commands.Redraws, 0);
+    m_display.PanelMode = 5;
+    Up(keys::Letter('G'));
+    EXPECT_TRUE(m_settings.ShowLatLon);
+    Up(keys::kEscape);
+    EXPECT_EQ(m_display.PanelMode, 0);
+    EXPECT_TRUE(m_settings.ShowLatLon);
+    Up(keys::kSpace);
+    EXPECT_EQ(m_commands.Log, QStringList{u"companion"_s});
+}
+
+TEST_F(Keys, BeforeTheFirstDownloadOnlyTheGeneralKeysAct) {
+    Up(keys::F(1));
+    Up(keys::F(6), keys::kShift);
+    Up(keys::Letter('L'));
+    EXPECT_TRUE(m_settings.ShowPlaneLabels);
+    EXPECT_TRUE(m_settings.ShowPlanes);
+    EXPECT_TRUE(m_commands.Log.isEmpty());
+    Up(keys::Letter('G'));
+    EXPECT_FALSE(m_settings.ShowLatLon);
+    EXPECT_EQ(m_display.StatusText, u"Lat/Lon grid toggle");
+    Up(keys::Letter('C'));
+    EXPECT_FALSE(m_display.ShowCountries);
+    EXPECT_EQ(m_display.StatusText, u"Country borders toggle");
+    Up(keys::Letter('I'), keys::kCtrl);
+    Up(keys::Letter('V'));
+    Up(keys::Letter('B'));
+    EXPECT_EQ(m_commands.Log, (QStringList{u"download 0"_s, u"download 1"_s, u"download 2"_s}));
+}
+
+TEST_F(Keys, CountryBordersDisabledGiveNoMessage) {
+    m_settings.DisableCountries = true;
+    Up(keys::Letter('C'));
+    EXPECT_TRUE(m_display.ShowCountries);
+    EXPECT_EQ(m_display.StatusText, u"before");
+}
+
+TEST_F(Keys, ShiftAloneStoresAViewAnyOtherModifierRestores) {
+    m_view = {1.0f, 2.0f, 3.0f};
+    Up(keys::Digit(2), keys::kShift);
+    EXPECT_EQ(m_settings.X[1], 1.0f);
+    EXPECT_EQ(m_settings.Z[1], 3.0f);
+    EXPECT_EQ(m_display.StatusText, u"Current view stored as View 2");
+    Up(keys::Digit(1), keys::kCtrl);
+    EXPECT_EQ(m_view.ViewX, m_settings.X[0]);
+    EXPECT_EQ(m_display.StatusText, u"View 1 restored");
+    Up(keys::Digit(2));
+    EXPECT_EQ(m_view.ViewZ, 3.0f);
+    EXPECT_EQ(m_display.StatusText, u"View 2 restored");
+}
+
+TEST_F(Keys, LayerKeysWithShiftLabelKeysWithoutAndOnlyWhileTheLayerShows) {
+    Online();
+    Up(keys::F(4), keys::kShift);
+    EXPECT_FALSE(m_settings.ShowAirports);
+    EXPECT_EQ(m_display.StatusText, u"Airport display toggle");
+    const int redraws = m_commands.Redraws;
+    Up(keys::F(4));
+    EXPECT_TRUE(m_settings.ShowAirportLabels); // the layer is off: nothing but a redraw
+    EXPECT_EQ(m_display.StatusText, u"Airport display toggle");
+    EXPECT_EQ(m_commands.Redraws, redraws + 1);
+    Up(keys::F(5));
+    EXPECT_FALSE(m_settings.ShowATCLabels);
+    EXPECT_EQ(m_display.StatusText, u"ATC labels toggle");
+    Up(keys::F(6), keys::kShift);
+    EXPECT_EQ(m_commands.Log.last(), u"unhighlight");
+    Up(keys::F(1));
+    EXPECT_FALSE(m_settings.ShowPlaneLabels || m_settings.ShowATCLabels || m_settings.ShowAirportLabels);
+    Up(keys::F(1));
+    EXPECT_TRUE(m_settings.ShowPlaneLabels && m_settings.ShowATCLabels && m_settings.ShowAirportLabels);
+    EXPECT_EQ(m_display.StatusText, u"All labels toggle");
+}
+
+TEST_F(Keys, FriendsFilterCountsFriendsOnlineAndComparisonViewIgnoresNetworkKeys) {
+    Online();
+    Up(keys::F(2));
+    EXPECT_FALSE(m_display.FriendsOnly); // an empty friends list: nothing
+    m_friends.Add(u"999"_s);
+    Up(keys::F(2));
+    EXPECT_EQ(m_display.StatusText, u"No friends online");
+    m_friends.Add(u"555"_s);
+    Up(keys::F(2), keys::kShift);
+    EXPECT_FALSE(m_display.FriendsOnly);
+    Up(keys::F(2));
+    EXPECT_TRUE(m_display.FriendsOnly);
+    EXPECT_EQ(m_display.StatusText, u"Friends toggle (2 online)");
+    Up(keys::F(3));
+    EXPECT_FALSE(m_settings.ShowInbounds); // no inbound lines among friends
+    Up(keys::F(2));
+    EXPECT_FALSE(m_display.FriendsOnly);
+    EXPECT_EQ(m_display.StatusText, u"Friends toggle");
+    EXPECT_EQ(m_commands.Log, (QStringList{u"rebuild 0"_s, u"rebuild 0"_s}));
+
+    m_display.ShownNetwork = 2;
+    m_commands.Log.clear();
+    Up(keys::Letter('L'));
+    Up(keys::F(3));
+    Up(keys::Digit(4));
+    Up(keys::F(2));
+    EXPECT_TRUE(m_commands.Log.isEmpty());
+    EXPECT_FALSE(m_settings.ShowInbounds);
+}
+
+TEST_F(Keys, CentreOnMyselfLetsTheLastMatchingPilotWin) {
+    Online();
+    m_settings.IVAO_ID = u"555"_s;
+    m_settings.ShowATC = false;
+    m_settings.ShowPlanes = false;
+    Up(keys::Digit(4));
+    EXPECT_EQ(m_view.ViewY, -50.0f);
+    EXPECT_EQ(m_view.ViewX, 8.0f);
+    EXPECT_EQ(m_view.ViewZ, 16.0f);
+    EXPECT_TRUE(m_settings.ShowATC && m_settings.ShowPlanes);
+    EXPECT_EQ(m_display.StatusText, u"Centered on myself (MINE)");
+
+    m_settings.IVAO_ID = u"123"_s;
+    m_view = {};
+    Up(keys::Digit(4));
+    EXPECT_EQ(m_view.ViewZ, 1.0f); // not online: nothing changes
+}
+
+} // namespace
+} // namespace sky::view

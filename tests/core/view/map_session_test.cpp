@@ -1,0 +1,197 @@
+#include "view/map_session.h"
+
+#include <map>
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include "common/file_io.h"
+#include "geo/projection.h"
+#include "network/http_client.h"
+#include "render/list_numbers.h"
+#include "render/recording_gl.h"
+#include "view/keys.h"
+
+using namespace Qt::StringLiterals;
+
+namespace sky::view {
+namespace {
+
+namespace lists = render::lists;
+using render::RecordingGl;
+
+// Serves the bundled demo feeds as if they were on a web server.
+class DemoServer : public network::HttpClient {
+public:
+    DemoServer() {
+        const QString demo = QStringLiteral(SKYLANTRA_SOURCE_DIR) + u"/data/demo/"_s;
+        for (const QString& network : {u"ivao"_s, u"vatsim"_s}) {
+            for (const QString& file : {u"status.txt"_s, u"whazzup.txt"_s, u"whazzup.txt.gz"_s})
+                Files[u"http://demo.example/"_s + network + u'/' + file] =
+                    ReadWholeFile(demo + network + u'/' + file).value_or(QByteArray());
+        }
+    }
+    network::FetchResult Fetch(const QString& url) override {
+        ++Fetches;
+        const auto it = Files.find(url);
+        if (it == Files.end())
+            return {false, {}, u"not found"_s};
+        return {true, it->second, {}};
+    }
+    std::map<QString, QByteArray> Files;
+    int Fetches = 0;
+};
+
+class FakeHost : public MapHost {
+public:
+    void Redraw() override { ++Redraws; }
+    void ShowCompanion() override {}
+    void OpenListPanel() override {}
+    void ShowNetworkMessage(const QString& text) override { Messages.append(text); }
+    void EnableAutoDownload(bool enabled) override { AutoDownload = enabled; }
+    int Redraws = 0;
+    QStringList Messages;
+    bool AutoDownload = false;
+};
+
+class Session : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(m_home.isValid());
+        QDir(m_home.path()).mkpath(u"data"_s);
+        Write(u"data/coastline.dat"_s, "50:0\n51:1\nend\n");
+        Write(u"data/countries.dat"_s, "50:5\n51:6\nend\n");
+        const QString source = QStringLiteral(SKYLANTRA_SOURCE_DIR) + u"/data/"_s;
+        for (const QString& file : {u"airports.dat"_s, u"firlist.dat"_s, u"firdisplay.dat"_s})
+            QFile::copy(source + file, m_home.filePath(u"data/"_s + file));
+        m_session =
+            std::make_unique<MapSession>(m_home.path(), Settings{}, Friends{}, m_gl, m_host, m_server);
+        m_session->Downloads().Networks[0].StatusFileAddress = u"http://demo.example/ivao/status.txt"_s;
+        m_session->Downloads().Networks[1].StatusFileAddress = u"http://demo.example/vatsim/status.txt"_s;
+        m_session->Now = [this] { return m_now; };
+        m_session->Random = [](int) { return 0; };
+    }
+
+    void Write(const QString& name, const QByteArray& bytes) {
+        QFile file(m_home.filePath(name));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+    }
+
+    void StartAndDownload(int network) {
+        ASSERT_TRUE(m_session->StartUp().isEmpty());
+        m_session->BtnDownload(network);
+    }
+
+    QTemporaryDir m_home;
+    RecordingGl m_gl;
+    FakeHost m_host;
+    DemoServer m_server;
+    QDateTime m_now = QDateTime(QDate(2026, 11, 21), QTime(15, 0));
+    std::unique_ptr<MapSession> m_session;
+};
+
+TEST_F(Session, StartUpBuildsTheMapAndEndsReady) {
+    EXPECT_TRUE(m_session->StartUp().isEmpty());
+    for (int list : {lists::kFrame, lists::kGrid, lists::kGlobe, lists::kCoastlines, lists::kBorders,
+                     lists::kStatusLine, lists::kClientCount, lists::kNetworkMarks})
+        EXPECT_TRUE(m_gl.IsList(list)) << list;
+    EXPECT_FALSE(m_gl.IsList(lists::kTitleBox));
+    EXPECT_EQ(m_session->Display().StatusText, u"Ready");
+    EXPECT_FALSE(m_session->Display().ShowAbout);
+    EXPECT_EQ(m_session->Display().PanelMode, 0);
+    EXPECT_TRUE(m_session->Downloads().DownloadIdle);
+    EXPECT_GE(m_host.Redraws, 3);
+    EXPECT_GT(m_session->Reference().Airports().size(), 1000);
+}
+
+TEST_F(Session, StartUpNamesAMissingGeographyFile) {
+    QFile::remove(m_home.filePath(u"data/countries.dat"_s));
+    EXPECT_TRUE(m_session->StartUp().endsWith(u"countries.dat"));
+    EXPECT_FALSE(m_session->Downloads().DownloadIdle);
+}
+
+TEST_F(Session, TheDownloadButtonShowsTheNetworksTraffic) {
+    Write(u"data/whazzup.txt"_s, "stale");
+    StartAndDownload(0);
+    EXPECT_EQ(m_session->Display().ShownNetwork, 0);
+    EXPECT_EQ(m_session->Display().StatusText, u"IVAO data of 1423Z displayed");
+    EXPECT_EQ(m_session->Tables()[0].PilotCount, 900);
+    for (int offset = 0; offset < lists::kTrafficListCount; ++offset)
+        EXPECT_TRUE(m_gl.IsList(10 + offset)) << offset;
+    // The IVAO data file is not kept once drawn.
+    EXPECT_FALSE(QFile::exists(m_home.filePath(u"data/whazzup.txt"_s)));
+    EXPECT_EQ(m_session->AutoDownloadCountdown(), 5 * 60);
+    EXPECT_TRUE(m_session->Display().SceneBuilt[0]);
+}
+
+TEST_F(Session, AFailedDownloadKeepsTheOldTrafficAndSaysWhy) {
+    StartAndDownload(1);
+    EXPECT_EQ(m_host.Messages.size(), 1); // the demo status file's broadcast
+
+    // Within the reload interval nothing is fetched at all.
+    const int fetches = m_server.Fetches;
+    m_session->BtnDownload(1);
+    EXPECT_EQ(m_server.Fetches, fetches);
+    EXPECT_TRUE(m_session->Downloads().Networks[1].DownloadReady);
+
+    m_server.Files.clear();
+    m_now = m_now.addSecs(3600);
+    m_session->BtnDownload(1);
+    EXPECT_EQ(m_session->Display().StatusText, u"Could not contact server");
+    EXPECT_TRUE(m_gl.IsList(lists::TrafficBase(1) + lists::kPlanes));
+    EXPECT_EQ(m_session->Tables()[1].PilotCount, 1300);
+}
+
+TEST_F(Session, BothNetworksAreComparedInTheirOwnLists) {
+    StartAndDownload(2);
+    EXPECT_EQ(m_session->Display().ShownNetwork, 2);
+    EXPECT_EQ(m_session->Display().StatusText, u"Merged data of 1423Z/1423Z displayed");
+    for (int offset = 0; offset < lists::kTrafficListCount; ++offset)
+        EXPECT_TRUE(m_gl.IsList(30 + offset)) << offset;
+}
+
+TEST_F(Session, AClickSelectsTheNearestClientAndBesideTheGlobeClears) {
+    StartAndDownload(0);
+    const network::PilotRecord* pilot = nullptr;
+    std::optional<geo::ScreenPoint> point;
+    for (int slot = 1; slot <= m_session->Tables()[0].PilotCount && !point; ++slot) {
+        pilot = &m_session->Tables()[0].Pilots[slot];
+        point = geo::LatLonToScreen(pilot->Latitude, pilot->Longitude, 800, 600, m_session->View());
+    }
+    ASSERT_TRUE(point.has_value());
+    m_session->Click(point->X + 1, point->Y);
+    ASSERT_TRUE(m_session->Selected().has_value());
+    EXPECT_TRUE(m_gl.IsList(lists::kHighlight));
+    EXPECT_TRUE(m_session->Display().StatusText.startsWith(
+        m_session->Tables()[0].Pilots[m_session->Selected()->Slot].Callsign));
+    m_session->View().ViewZ = 0.3f;
+    m_session->Click(1, 30);
+    EXPECT_FALSE(m_session->Selected().has_value());
+    EXPECT_FALSE(m_gl.IsList(lists::kHighlight));
+}
+
+TEST_F(Session, ZoomingInRerecordsSymbolsAndDetailedLabels) {
+    StartAndDownload(0);
+    const size_t before = RecordingGl::Printed(m_gl.List(lists::kPlaneLabels + 10)).size();
+    m_session->Wheel(10);
+    EXPECT_FLOAT_EQ(m_session->View().ViewZ, std::min(50.0f, 1.49f * float(std::pow(1.2, 10))));
+    EXPECT_GT(RecordingGl::Printed(m_gl.List(lists::kPlaneLabels + 10)).size(), before);
+}
+
+TEST_F(Session, KeysReachTheDownloadAndTheLayers) {
+    ASSERT_TRUE(m_session->StartUp().isEmpty());
+    m_session->KeyUp(keys::Letter('V'), 0);
+    EXPECT_EQ(m_session->Display().ShownNetwork, 1);
+    EXPECT_EQ(m_session->Tables()[1].PilotCount, 1300);
+    m_session->KeyUp(keys::F(6), keys::kShift);
+    EXPECT_FALSE(m_session->Config().ShowPlanes);
+    EXPECT_EQ(RecordingGl::Printed(m_gl.List(lists::kStatusLine)).size(),
+              QString(u"Plane display toggle"_s).size());
+}
+
+} // namespace
+} // namespace sky::view

@@ -1,0 +1,151 @@
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QImage>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QThread>
+
+#include <gtest/gtest.h>
+
+#include "app/ini_file.h"
+
+using namespace Qt::StringLiterals;
+
+// The real program in a real window: run under an X server (xvfb-run), with a copy of the build's home
+// folder, so nothing a test does touches the build.
+namespace {
+
+const QString kBuild = QStringLiteral(SKYLANTRA_BINARY_DIR);
+
+bool CopyFolder(const QString& from, const QString& to) {
+    QDir().mkpath(to);
+    const QDir source(from);
+    for (const QString& name : source.entryList(QDir::Files)) {
+        if (!QFile::copy(source.filePath(name), QDir(to).filePath(name)))
+            return false;
+    }
+    for (const QString& name : source.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        if (!CopyFolder(source.filePath(name), QDir(to).filePath(name)))
+            return false;
+    }
+    return true;
+}
+
+// Counts pixels within a few units of colour.
+int CountNear(const QImage& image, QRgb colour, int tolerance = 12) {
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const QRgb p = image.pixel(x, y);
+            if (std::abs(qRed(p) - qRed(colour)) <= tolerance &&
+                std::abs(qGreen(p) - qGreen(colour)) <= tolerance &&
+                std::abs(qBlue(p) - qBlue(colour)) <= tolerance)
+                ++count;
+        }
+    }
+    return count;
+}
+
+class Gui : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(m_home.isValid());
+        ASSERT_TRUE(CopyFolder(kBuild + u"/data"_s, m_home.filePath(u"data"_s)));
+        ASSERT_TRUE(CopyFolder(kBuild + u"/colours"_s, m_home.filePath(u"colours"_s)));
+        if (qEnvironmentVariableIsEmpty("DISPLAY"))
+            GTEST_SKIP() << "no X display: run under xvfb-run";
+    }
+
+    int Run(const QStringList& arguments, int timeoutMs = 60000) {
+        QProcess process;
+        process.setProcessChannelMode(QProcess::ForwardedChannels);
+        process.start(kBuild + u"/skylantra"_s, QStringList{u"--home"_s, m_home.path()} + arguments);
+        if (!process.waitForFinished(timeoutMs)) {
+            process.kill();
+            return -1;
+        }
+        return process.exitCode();
+    }
+
+    QImage Snapshot(const QStringList& arguments) {
+        const QString path = m_home.filePath(u"shot.png"_s);
+        EXPECT_EQ(Run(arguments + QStringList{u"--snapshot"_s, path}), 0);
+        return QImage(path);
+    }
+
+    static QString Xdotool(const QStringList& arguments) {
+        QProcess process;
+        process.start(u"xdotool"_s, arguments);
+        process.waitForFinished(10000);
+        return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+    }
+
+    QTemporaryDir m_home;
+};
+
+TEST_F(Gui, ASnapshotShowsTheGlobeAndTheCoastlines) {
+    const QImage image = Snapshot({u"--demo"_s});
+    ASSERT_FALSE(image.isNull());
+    EXPECT_EQ(image.size(), QSize(800, 600));
+    // The globe's colours between its equator and poles fill much of the window; the coastlines draw.
+    EXPECT_GT(CountNear(image, qRgb(0x10, 0x10, 0x2A), 8), 20000);
+    EXPECT_GT(CountNear(image, qRgb(0x40, 0x5E, 0x85), 16), 500);
+    // No traffic before a download: nothing in the plane colours.
+    EXPECT_LT(CountNear(image, qRgb(0xFF, 0xFF, 0x2A), 20), 50);
+}
+
+TEST_F(Gui, AfterDownloadingIvaoThePlanesShow) {
+    const QImage image = Snapshot({u"--demo"_s, u"--download"_s, u"ivao"_s, u"--view"_s, u"10,50,1.5"_s});
+    ASSERT_FALSE(image.isNull());
+    EXPECT_GT(CountNear(image, qRgb(0xFF, 0xFF, 0x2A), 20), 300); // plane outlines
+    EXPECT_GT(CountNear(image, qRgb(0x32, 0x32, 0x74), 10), 100); // plane fills
+    // A snapshot writes no settings.
+    EXPECT_FALSE(QFile::exists(m_home.filePath(u"skln.ini"_s)));
+}
+
+TEST_F(Gui, KeysChangeTheMapAndClosingSavesTheView) {
+    QProcess program;
+    program.setProcessChannelMode(QProcess::ForwardedChannels);
+    program.start(kBuild + u"/skylantra"_s, {u"--home"_s, m_home.path(), u"--demo"_s});
+    ASSERT_TRUE(program.waitForStarted(10000));
+    QString window;
+    QElapsedTimer waited;
+    waited.start();
+    while (window.isEmpty() && waited.elapsed() < 20000) {
+        QThread::msleep(200);
+        window = Xdotool({u"search"_s, u"--name"_s, u"^Skylantra$"_s}).section(u'\n', 0, 0);
+    }
+    ASSERT_FALSE(window.isEmpty()) << "the map window did not appear";
+    QThread::msleep(1500); // start-up to "Ready"
+    Xdotool({u"windowfocus"_s, u"--sync"_s, window});
+    const auto key = [&](const QString& name) {
+        Xdotool({u"key"_s, u"--delay"_s, u"150"_s, name});
+        QThread::msleep(250);
+    };
+    key(u"i"_s); // download IVAO
+    QThread::msleep(1500);
+    key(u"g"_s);  // grid off
+    key(u"c"_s);  // borders off
+    key(u"F1"_s); // all labels off (works only once clients are online)
+    key(u"Right"_s);
+    key(u"Right"_s);
+    key(u"Up"_s);
+    key(u"shift+1"_s); // store this view as view 1
+    key(u"Escape"_s);
+    // Close with the window's own close button, top right.
+    Xdotool({u"mousemove"_s, u"--window"_s, window, u"795"_s, u"8"_s, u"click"_s, u"1"_s});
+    ASSERT_TRUE(program.waitForFinished(20000));
+    EXPECT_EQ(program.exitCode(), 0);
+
+    const sky::IniFile ini = sky::IniFile::Load(m_home.filePath(u"skln.ini"_s));
+    EXPECT_EQ(ini.Value(u"Map", u"ShowLatLon", u""_s), u"0");
+    EXPECT_EQ(ini.Value(u"Map", u"ShowPlaneLabels", u""_s), u"0");
+    EXPECT_EQ(ini.Value(u"Map", u"ShowATCLabels", u""_s), u"0");
+    // View 1 moved two steps east and one north of where it started (5 / 1.49 degrees a step).
+    EXPECT_EQ(ini.Value(u"Zoom", u"X1", u""_s), u"2005");
+    EXPECT_EQ(ini.Value(u"Zoom", u"Y1", u""_s), u"-5751");
+    EXPECT_EQ(ini.Value(u"Zoom", u"Z1", u""_s), u"149");
+}
+
+} // namespace
