@@ -119,7 +119,8 @@ void MapWindow::StartUp() {
     const QString missing = m_session->StartUp();
     if (!missing.isEmpty()) {
         PrintError(u"Skylantra: cannot read "_s + missing + u"; the map needs it."_s);
-        QMessageBox::critical(nullptr, u"Error"_s, u"Cannot read "_s + missing);
+        if (m_options.SnapshotPath.isEmpty())
+            QMessageBox::critical(nullptr, u"Error"_s, u"Cannot read "_s + missing);
         std::exit(1);
     }
     m_downloadTimer.start();

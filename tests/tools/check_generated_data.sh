@@ -30,7 +30,8 @@ if [ ! -d "$sources/ourairports" ] || [ ! -d "$sources/vatspy" ]; then
     exit $status
 fi
 python3 "$root/tools/make_refdata.py" "$sources" "$out/refdata"
-for file in airports.dat firlist.dat firdisplay.dat firdisplay.sup; do
+python3 "$root/tools/make_geography.py" "$sources" "$out/refdata"
+for file in airports.dat firlist.dat firdisplay.dat firdisplay.sup coastline.dat countries.dat; do
     same "$out/refdata/$file" "$root/data/$file"
 done
 exit $status

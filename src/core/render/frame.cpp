@@ -43,6 +43,8 @@ struct Overlay {
 };
 
 constexpr double kBandPx = 6.0;
+// The bottom band carries the status line and the network marks.
+constexpr double kStatusBandPx = 20.0;
 
 } // namespace
 
@@ -60,7 +62,7 @@ void BuildFrame(GlApi& gl, const ColourTable& colours, int width, int height, co
     o.Band(kSlotWindowShading, 0, h, w, h, w, top, 0, top);
     o.Band(kSlotWindowShading, 0, 0, 0, top, kBandPx, top, kBandPx, 0);
     o.Band(kSlotWindowShading, w, 0, w, top, w - kBandPx, top, w - kBandPx, 0);
-    o.Band(kSlotWindowShading, 0, 0, w, 0, w, kBandPx, 0, kBandPx);
+    o.Band(kSlotWindowShading, 0, 0, w, 0, w, kStatusBandPx, 0, kStatusBandPx);
 
     // Fading lines under the title strip and inside the side bands.
     gl.Begin(Primitive::Lines);

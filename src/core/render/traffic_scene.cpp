@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include <QSet>
+
 #include "app/colour_theme.h"
 #include "app/friends.h"
 #include "geo/geodesy.h"
@@ -146,7 +148,11 @@ double SymbolSize(float viewZ) {
 
 void AircraftSymbols(GlApi& gl, const NetworkData& data, const TrafficInputs& in, const Style& style) {
     const double size = SymbolSize(in.ViewZ);
-    std::vector<Vec3> outline(std::size(kSymbol));
+    constexpr size_t kCorners = std::size(kSymbol);
+    std::vector<Vec3> centres;
+    std::vector<Vec3> outlines; // kCorners points per aircraft
+    centres.reserve(size_t(data.PilotCount));
+    outlines.reserve(size_t(data.PilotCount) * kCorners);
     for (int slot = 1; slot <= data.PilotCount; ++slot) {
         const PilotRecord& p = data.Pilots[slot];
         if (!PassesFriendFilter(in, p.VID))
@@ -158,21 +164,33 @@ void AircraftSymbols(GlApi& gl, const NetworkData& data, const TrafficInputs& in
         const Vec3 forward = north * std::cos(heading) + east * std::sin(heading);
         const Vec3 right = east * std::cos(heading) + north * -std::sin(heading);
         const Vec3 centre = OnGlobe(p.Latitude, p.Longitude);
-        for (size_t i = 0; i < std::size(kSymbol); ++i)
-            outline[i] = centre + right * (kSymbol[i][0] * size) + forward * (kSymbol[i][1] * size);
-        SetColour(gl, in.Colours, style.PlaneFill, 1.0f);
-        gl.Begin(Primitive::TriangleFan);
-        Emit(gl, centre);
-        for (const Vec3& v : outline)
-            Emit(gl, v);
-        Emit(gl, outline.front());
-        gl.End();
-        SetColour(gl, in.Colours, kSlotPlaneBorder, 1.0f);
-        gl.Begin(Primitive::LineLoop);
-        for (const Vec3& v : outline)
-            Emit(gl, v);
-        gl.End();
+        centres.push_back(centre);
+        for (const auto& corner : kSymbol)
+            outlines.push_back(centre + right * (corner[0] * size) + forward * (corner[1] * size));
     }
+    // All symbols in one primitive each for fill and outline: a triangle from the centre to every edge
+    // of the outline fills it, and one segment per edge draws it.
+    SetColour(gl, in.Colours, style.PlaneFill, 1.0f);
+    gl.Begin(Primitive::Triangles);
+    for (size_t plane = 0; plane < centres.size(); ++plane) {
+        const Vec3* ring = &outlines[plane * kCorners];
+        for (size_t i = 0; i < kCorners; ++i) {
+            Emit(gl, centres[plane]);
+            Emit(gl, ring[i]);
+            Emit(gl, ring[(i + 1) % kCorners]);
+        }
+    }
+    gl.End();
+    SetColour(gl, in.Colours, kSlotPlaneBorder, 1.0f);
+    gl.Begin(Primitive::Lines);
+    for (size_t plane = 0; plane < centres.size(); ++plane) {
+        const Vec3* ring = &outlines[plane * kCorners];
+        for (size_t i = 0; i < kCorners; ++i) {
+            Emit(gl, ring[i]);
+            Emit(gl, ring[(i + 1) % kCorners]);
+        }
+    }
+    gl.End();
 }
 
 QString LevelText(float altitudeFt) {
@@ -215,16 +233,24 @@ void AirportMarkers(GlApi& gl, const NetworkData& data, const TrafficInputs& in)
 
 void AirportLabels(GlApi& gl, const NetworkData& data, const TrafficInputs& in) {
     SetColour(gl, in.Colours, kSlotAirports, 1.0f);
+    // Every flight labels its two airports; an airport that many flights share is labelled once, which
+    // draws the same pixels as labelling it for each of them.
+    QSet<QString> labelled;
+    const auto label = [&](const QString& code, float lat, float lon) {
+        const QString key = code + u'@' + QString::number(lat) + u',' + QString::number(lon);
+        if (labelled.contains(key))
+            return;
+        labelled.insert(key);
+        RasterAt(gl, lat, lon);
+        gl.BitmapMove(4, 4);
+        PrintText(gl, code);
+    };
     for (int slot = 1; slot <= data.PilotCount; ++slot) {
         const PilotRecord& p = data.Pilots[slot];
         if (!PassesFriendFilter(in, p.VID))
             continue;
-        RasterAt(gl, p.DepLatitude, p.DepLongitude);
-        gl.BitmapMove(4, 4);
-        PrintText(gl, p.DepAirport);
-        RasterAt(gl, p.DestLatitude, p.DestLongitude);
-        gl.BitmapMove(4, 4);
-        PrintText(gl, p.DestAirport);
+        label(p.DepAirport, p.DepLatitude, p.DepLongitude);
+        label(p.DestAirport, p.DestLatitude, p.DestLongitude);
     }
 }
 
@@ -456,6 +482,17 @@ void BuildClientCountPanel(GlApi& gl, const network::ClientTables& tables, const
     gl.NewList(lists::kClientCount);
     const int columns[] = {0, 62, 130, 186, 236};
     const int left = width - 300;
+    // A translucent box keeps the figures readable over the traffic.
+    const float boxLeft = OverlayX(left - 6, width), boxRight = OverlayX(width - 4, width);
+    const float boxBottom = OverlayY(height - 36 - 14 - 5, height), boxTop = OverlayY(height - 22, height);
+    gl.Colour(colours.Red[kSlotWindowBackground], colours.Green[kSlotWindowBackground],
+              colours.Blue[kSlotWindowBackground], 0.7f);
+    gl.Begin(Primitive::Quads);
+    gl.Vertex(boxLeft, boxBottom, 0.0f);
+    gl.Vertex(boxRight, boxBottom, 0.0f);
+    gl.Vertex(boxRight, boxTop, 0.0f);
+    gl.Vertex(boxLeft, boxTop, 0.0f);
+    gl.End();
     for (int n = 0; n < network::kNetworkCount; ++n) {
         const NetworkData& d = tables[n];
         const int y = height - 36 - 14 * n;

@@ -89,14 +89,17 @@ TEST_F(TrafficScene, RecordsTheNineListsInTheirOrderAndDropsTheHighlight) {
 
 TEST_F(TrafficScene, DrawsEveryShownClientAndLabelsThem) {
     BuildTrafficLists(m_gl, 1, Inputs());
-    // Two aircraft, each a filled symbol and its outline.
-    EXPECT_EQ(RecordingGl::Count(m_gl.List(List(lists::kPlanes)), Op::Begin), 4);
+    // All symbols in one filled primitive and one outline primitive; 18 corners per aircraft.
+    const auto& planes = m_gl.List(List(lists::kPlanes));
+    EXPECT_EQ(RecordingGl::Count(planes, Op::Begin), 2);
+    EXPECT_EQ(RecordingGl::Count(planes, Op::Vertex), 2 * (18 * 3 + 18 * 2));
     const auto labels = RecordingGl::Printed(m_gl.List(List(lists::kPlaneLabels)));
     EXPECT_EQ(std::string(labels.begin(), labels.end()), "DLH1BAW2");
     // A point at each departure and destination.
     EXPECT_EQ(RecordingGl::Count(m_gl.List(List(lists::kAirports)), Op::Vertex), 4);
     const auto airports = RecordingGl::Printed(m_gl.List(List(lists::kAirportLabels)));
-    EXPECT_EQ(std::string(airports.begin(), airports.end()), "EDDFEGLLEGLLEDDF");
+    // Each airport is labelled once, however many flights use it.
+    EXPECT_EQ(std::string(airports.begin(), airports.end()), "EDDFEGLL");
     // Station labels for all but the observer; the centres in the bold font.
     const auto& atcLabels = m_gl.List(List(lists::kAtcLabels));
     EXPECT_EQ(RecordingGl::Count(atcLabels, Op::RasterPos), 6);

@@ -1,0 +1,204 @@
+#include <fstream>
+#include <string>
+
+#include <benchmark/benchmark.h>
+
+#include <GL/gl.h>
+
+#include <QGuiApplication>
+#include <QOffscreenSurface>
+#include <QOpenGLContext>
+#include <QOpenGLFramebufferObject>
+#include <QUrl>
+
+#include "common/file_io.h"
+#include "gl_backend.h"
+#include "glyph_fonts.h"
+#include "network/http_client.h"
+#include "view/camera.h"
+#include "view/map_session.h"
+
+using namespace Qt::StringLiterals;
+
+// The map on real OpenGL (Mesa's software rasteriser under Xvfb): start-up, the scene build of the
+// VATSIM demo feed and one frame, against an empty frame.
+namespace {
+
+const QString kBuild = QStringLiteral(SKYLANTRA_BINARY_DIR);
+
+class DemoFiles : public sky::network::HttpClient {
+public:
+    sky::network::FetchResult Fetch(const QString& url) override {
+        const auto bytes = sky::ReadWholeFile(QUrl(url).toLocalFile());
+        return bytes ? sky::network::FetchResult{true, *bytes, {}} : sky::network::FetchResult{false, {}, {}};
+    }
+};
+
+class NoHost : public sky::view::MapHost {
+public:
+    void Redraw() override {}
+    void ShowCompanion() override {}
+    void OpenListPanel() override {}
+    void ShowNetworkMessage(const QString&) override {}
+    void EnableAutoDownload(bool) override {}
+};
+
+// A current GL context with an 800 x 600 frame buffer that has a stencil, as the map window has.
+struct GlTarget {
+    GlTarget() {
+        QSurfaceFormat format;
+        format.setProfile(QSurfaceFormat::CompatibilityProfile);
+        format.setVersion(2, 1);
+        format.setStencilBufferSize(1);
+        surface.setFormat(format);
+        surface.create();
+        context.setFormat(format);
+        context.create();
+        context.makeCurrent(&surface);
+        QOpenGLFramebufferObjectFormat fboFormat;
+        fboFormat.setAttachment(QOpenGLFramebufferObject::CombinedDepthStencil);
+        fbo = std::make_unique<QOpenGLFramebufferObject>(800, 600, fboFormat);
+        fbo->bind();
+        sky::ui::BuildGlyphFonts();
+    }
+    QOffscreenSurface surface;
+    QOpenGLContext context;
+    std::unique_ptr<QOpenGLFramebufferObject> fbo;
+};
+
+GlTarget& Target() {
+    static GlTarget target;
+    return target;
+}
+
+std::unique_ptr<sky::view::MapSession> NewSession(sky::render::GlApi& gl, NoHost& host, DemoFiles& files) {
+    auto session =
+        std::make_unique<sky::view::MapSession>(kBuild, sky::Settings{}, sky::Friends{}, gl, host, files);
+    for (int n = 0; n < 2; ++n)
+        session->Downloads().Networks[n].StatusFileAddress =
+            QUrl::fromLocalFile(
+                kBuild + (n == 0 ? u"/data/demo/ivao/status.txt"_s : u"/data/demo/vatsim/status.txt"_s))
+                .toString();
+    session->Resize(800, 600);
+    return session;
+}
+
+long ResidentKb() {
+    std::ifstream status("/proc/self/status");
+    std::string line;
+    while (std::getline(status, line)) {
+        if (line.rfind("VmRSS:", 0) == 0)
+            return std::stol(line.substr(6));
+    }
+    return 0;
+}
+
+void BM_StartUpToReady(benchmark::State& state) {
+    Target();
+    sky::ui::GlBackend gl;
+    NoHost host;
+    DemoFiles files;
+    // From the context to "Ready": the glyph fonts, the frame, the reference data and the geography.
+    for (auto _ : state) {
+        sky::ui::BuildGlyphFonts();
+        auto session = NewSession(gl, host, files);
+        benchmark::DoNotOptimize(session->StartUp());
+        glFinish();
+    }
+}
+BENCHMARK(BM_StartUpToReady)->Unit(benchmark::kMillisecond);
+
+void BM_BuildTrafficSceneVatsimDemo(benchmark::State& state) {
+    Target();
+    sky::ui::GlBackend gl;
+    NoHost host;
+    DemoFiles files;
+    auto session = NewSession(gl, host, files);
+    session->StartUp();
+    session->BtnDownload(1);
+    for (auto _ : state) {
+        session->Display().SceneBuilt[1] = false;
+        session->BuildTrafficScene(1);
+        glFinish();
+    }
+    state.counters["resident_MB"] = double(ResidentKb()) / 1024.0;
+}
+BENCHMARK(BM_BuildTrafficSceneVatsimDemo)->Unit(benchmark::kMillisecond);
+
+void BM_DrawSceneVatsimDemo(benchmark::State& state) {
+    Target();
+    sky::ui::GlBackend gl;
+    NoHost host;
+    DemoFiles files;
+    auto session = NewSession(gl, host, files);
+    session->StartUp();
+    session->BtnDownload(1);
+    session->Config().ShowInbounds = true;
+    const sky::view::FrameInputs inputs{session->Config(), session->Display(), session->Colours(), 800, 600};
+    for (auto _ : state) {
+        sky::view::DrawScene(gl, inputs, session->View());
+        glFinish();
+    }
+}
+BENCHMARK(BM_DrawSceneVatsimDemo)->Unit(benchmark::kMillisecond);
+
+void BM_DrawEmptyFrame(benchmark::State& state) {
+    Target();
+    for (auto _ : state) {
+        glClear(GL_COLOR_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
+        glFinish();
+    }
+}
+BENCHMARK(BM_DrawEmptyFrame)->Unit(benchmark::kMillisecond);
+
+// One layer's list alone, at view 1: where a frame's time goes.
+void BM_DrawOneLayer(benchmark::State& state) {
+    Target();
+    sky::ui::GlBackend gl;
+    NoHost host;
+    DemoFiles files;
+    static auto session = [&] {
+        auto demo = NewSession(gl, host, files);
+        demo->StartUp();
+        demo->BtnDownload(1);
+        return demo;
+    }();
+    const int list = int(state.range(0));
+    for (auto _ : state) {
+        glClear(GL_COLOR_BUFFER_BIT);
+        glLoadIdentity();
+        glOrtho(-1, 1, -1, 1, -10, 1);
+        glTranslatef(0, 0, -1);
+        glRotatef(-54.15f, -1, 0, 0);
+        glRotatef(13.34f, 0, -1, 0);
+        glViewport(400 - 600, -300, 1200, 1200);
+        glScalef(1.49f, 1.49f, 1.49f);
+        glCallList(GLuint(list));
+        glFinish();
+    }
+}
+BENCHMARK(BM_DrawOneLayer)
+    ->ArgName("list")
+    ->Arg(51)
+    ->Arg(52)
+    ->Arg(53)
+    ->Arg(54)
+    ->Arg(20)
+    ->Arg(21)
+    ->Arg(22)
+    ->Arg(23)
+    ->Arg(25)
+    ->Arg(26)
+    ->Arg(27)
+    ->Arg(28)
+    ->Unit(benchmark::kMillisecond);
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QGuiApplication app(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
