@@ -66,9 +66,11 @@ struct GlTarget {
     std::unique_ptr<QOpenGLFramebufferObject> fbo;
 };
 
+// Made and destroyed by main, inside the application object's lifetime.
+GlTarget* g_target = nullptr;
+
 GlTarget& Target() {
-    static GlTarget target;
-    return target;
+    return *g_target;
 }
 
 std::unique_ptr<sky::view::MapSession> NewSession(sky::render::GlApi& gl, NoHost& host, DemoFiles& files) {
@@ -157,12 +159,9 @@ void BM_DrawOneLayer(benchmark::State& state) {
     sky::ui::GlBackend gl;
     NoHost host;
     DemoFiles files;
-    static auto session = [&] {
-        auto demo = NewSession(gl, host, files);
-        demo->StartUp();
-        demo->BtnDownload(1);
-        return demo;
-    }();
+    auto session = NewSession(gl, host, files);
+    session->StartUp();
+    session->BtnDownload(1);
     const int list = int(state.range(0));
     for (auto _ : state) {
         glClear(GL_COLOR_BUFFER_BIT);
@@ -198,7 +197,12 @@ BENCHMARK(BM_DrawOneLayer)
 int main(int argc, char** argv) {
     QGuiApplication app(argc, argv);
     benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
+    {
+        GlTarget target;
+        g_target = &target;
+        benchmark::RunSpecifiedBenchmarks();
+        g_target = nullptr;
+    }
     benchmark::Shutdown();
     return 0;
 }
