@@ -41,6 +41,7 @@ public:
     void OpenListPanel() override {}
     void ShowNetworkMessage(const QString&) override {}
     void EnableAutoDownload(bool) override {}
+    void OpenUrl(const QString&) override {}
 };
 
 // A current GL context with an 800 x 600 frame buffer that has a stencil, as the map window has.

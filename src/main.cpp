@@ -12,6 +12,7 @@
 #include "app/home_folder.h"
 #include "app/settings.h"
 #include "common/numbers.h"
+#include "console_mode.h"
 #include "map_window.h"
 #include "network/download.h"
 
@@ -45,6 +46,28 @@ std::optional<sky::geo::ViewState> ParseView(const QString& text) {
     return sky::geo::ViewState{sky::ToSingle(lon), sky::ToSingle(-lat), sky::ToSingle(zoom)};
 }
 
+// The Companion in the terminal: no window system at all.
+int RunConsoleMode(int argc, char* argv[], const QString& homeOption, bool demo,
+                   const std::array<QString, 2>& statusOptions, const QString& download) {
+    QCoreApplication app(argc, argv);
+    const QString home = sky::ResolveHomeFolder(homeOption, qEnvironmentVariable("SKYLANTRA_HOME"),
+                                                QCoreApplication::applicationDirPath());
+    if (!QFileInfo(home).isDir()) {
+        Print(stderr, u"Skylantra: the home folder "_s + home + u" does not exist."_s);
+        return 1;
+    }
+    sky::ui::ConsoleOptions options;
+    options.Home = home;
+    options.Config = sky::LoadSettings(home, sky::ScreenMetrics{}, options.FriendList);
+    for (int n = 0; n < 2; ++n) {
+        const QString& setting = n == 0 ? options.Config.IVAOStatusURL : options.Config.VATSIMStatusURL;
+        options.StatusAddresses[n] =
+            sky::network::ChooseStatusFileAddress(n, statusOptions[n], demo, setting, home);
+    }
+    options.DownloadNetworks = download;
+    return sky::ui::RunConsole(options);
+}
+
 } // namespace
 
 int main(int argc, char* argv[]) {
@@ -65,11 +88,14 @@ int main(int argc, char* argv[]) {
     const QCommandLineOption snapshotOption(
         u"snapshot"_s, u"Render one frame after start-up and any download, save it as FILE.png and exit."_s,
         u"FILE"_s);
+    const QCommandLineOption consoleOption(
+        u"console"_s,
+        u"The Companion in this terminal: commands from standard input, answers on standard output."_s);
     const QCommandLineOption viewOption(u"view"_s, u"Start with the view LON,LAT,ZOOM."_s, u"LON,LAT,ZOOM"_s);
     const QCommandLineOption helpOption(QStringList{u"h"_s, u"help"_s}, u"Show this help and exit."_s);
     const QCommandLineOption versionOption(u"version"_s, u"Show the version and exit."_s);
     parser.addOptions({homeOption, demoOption, ivaoStatusOption, vatsimStatusOption, downloadOption,
-                       snapshotOption, viewOption, helpOption, versionOption});
+                       snapshotOption, viewOption, consoleOption, helpOption, versionOption});
     // Help and version need no display, so they are answered before any window system is touched.
     if (!parser.parse(Arguments(argc, argv))) {
         Print(stderr, parser.errorText() + u"\nTry skylantra --help."_s);
@@ -100,6 +126,10 @@ int main(int argc, char* argv[]) {
             return 2;
         }
     }
+
+    if (parser.isSet(consoleOption))
+        return RunConsoleMode(argc, argv, parser.value(homeOption), parser.isSet(demoOption),
+                              {parser.value(ivaoStatusOption), parser.value(vatsimStatusOption)}, download);
 
     QApplication app(argc, argv);
     QApplication::setApplicationName(u"Skylantra"_s);

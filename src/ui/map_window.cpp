@@ -7,6 +7,8 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QContextMenuEvent>
+#include <QDesktopServices>
+#include <QUrl>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMenu>
@@ -164,7 +166,21 @@ void MapWindow::Redraw() {
         repaint();
 }
 
-void MapWindow::ShowCompanion() {}
+void MapWindow::ShowCompanion() {
+    if (!m_companion) {
+        m_companion = std::make_unique<CompanionWindow>(*m_session, [this](const QString& input) {
+            makeCurrent();
+            return m_session->CompanionEnter(input);
+        });
+    }
+    m_companion->ShowBeside(geometry());
+}
+
+void MapWindow::OpenUrl(const QString& address) {
+    const QUrl url(address);
+    if (url.scheme() == u"http" || url.scheme() == u"https")
+        QDesktopServices::openUrl(url);
+}
 
 void MapWindow::OpenListPanel() {}
 

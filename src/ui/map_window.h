@@ -12,6 +12,7 @@
 #include "app/settings.h"
 #include "gl_backend.h"
 #include "qt_http_client.h"
+#include "companion_window.h"
 #include "view/map_session.h"
 
 namespace sky::ui {
@@ -43,6 +44,7 @@ public:
     void OpenListPanel() override;
     void ShowNetworkMessage(const QString& text) override;
     void EnableAutoDownload(bool enabled) override;
+    void OpenUrl(const QString& address) override;
 
 protected:
     void initializeGL() override;
@@ -70,6 +72,7 @@ private:
     GlBackend m_gl;
     net::QtHttpClient m_http;
     std::unique_ptr<view::MapSession> m_session;
+    std::unique_ptr<CompanionWindow> m_companion; // made on first use
     QTimer m_autoDownloadTimer;
     QTimer m_downloadTimer;
     bool m_started = false;

@@ -148,4 +148,47 @@ TEST_F(Gui, KeysChangeTheMapAndClosingSavesTheView) {
     EXPECT_EQ(ini.Value(u"Zoom", u"Z1", u""_s), u"149");
 }
 
+TEST_F(Gui, TheCompanionAnswersAndRecallsItsLastCommand) {
+    QProcess program;
+    program.setProcessChannelMode(QProcess::ForwardedChannels);
+    program.start(kBuild + u"/skylantra"_s, {u"--home"_s, m_home.path(), u"--demo"_s});
+    ASSERT_TRUE(program.waitForStarted(10000));
+    const auto find = [&](const QString& name) {
+        QString window;
+        QElapsedTimer waited;
+        waited.start();
+        while (window.isEmpty() && waited.elapsed() < 20000) {
+            QThread::msleep(200);
+            window = Xdotool({u"search"_s, u"--name"_s, name}).section(u'\n', 0, 0);
+        }
+        return window;
+    };
+    const QString map = find(u"^Skylantra$"_s);
+    ASSERT_FALSE(map.isEmpty());
+    QThread::msleep(1500);
+    const auto keysTo = [&](const QString& window, const QStringList& keys) {
+        Xdotool({u"windowfocus"_s, u"--sync"_s, window});
+        for (const QString& key : keys) {
+            Xdotool({u"key"_s, u"--delay"_s, u"80"_s, key});
+            QThread::msleep(150);
+        }
+    };
+    keysTo(map, {u"space"_s});
+    const QString companion = find(u"^Skylantra Companion$"_s);
+    ASSERT_FALSE(companion.isEmpty()) << "Space did not open the Companion";
+    Xdotool({u"windowfocus"_s, u"--sync"_s, companion});
+    Xdotool({u"type"_s, u"--delay"_s, u"40"_s, u"icao KJFK"_s});
+    keysTo(companion, {u"Return"_s});
+    keysTo(map, {u"2"_s});                     // somewhere else
+    keysTo(companion, {u"Up"_s, u"Return"_s}); // icao KJFK again
+    keysTo(map, {u"shift+1"_s});               // store where the map now looks
+    Xdotool({u"mousemove"_s, u"--window"_s, map, u"795"_s, u"8"_s, u"click"_s, u"1"_s});
+    ASSERT_TRUE(program.waitForFinished(20000));
+
+    const sky::IniFile ini = sky::IniFile::Load(m_home.filePath(u"skln.ini"_s));
+    EXPECT_EQ(ini.Value(u"Zoom", u"X1", u""_s), u"-7378");
+    EXPECT_EQ(ini.Value(u"Zoom", u"Y1", u""_s), u"-4064");
+    EXPECT_EQ(ini.Value(u"Zoom", u"Z1", u""_s), u"1600");
+}
+
 } // namespace

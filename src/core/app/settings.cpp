@@ -86,6 +86,7 @@ Settings ReadSettings(const IniFile& ini, const ScreenMetrics& screen) {
     s.TextForce = Boolean(ini, u"Network", u"TextForce", false);
     s.IVAOStatusURL = ini.Value(u"Network", u"IVAOStatusURL", QString()).trimmed();
     s.VATSIMStatusURL = ini.Value(u"Network", u"VATSIMStatusURL", QString()).trimmed();
+    s.WeatherServer = ini.Value(u"Network", u"WeatherServer", u"https://tgftp.nws.noaa.gov"_s).trimmed();
     const std::array<std::array<QString, 3>, 3> zoomDefaults = {{
         {u"1334"_s, u"-5415"_s, u"149"_s},
         {u"-9772"_s, u"-4623"_s, u"75"_s},

@@ -36,6 +36,8 @@ struct Settings {
     // Where the networks' status files are; empty means the built-in addresses. Read, never written.
     QString IVAOStatusURL;
     QString VATSIMStatusURL;
+    // The weather server: the address before "/data/..." of its station files. Read, never written.
+    QString WeatherServer = QStringLiteral("https://tgftp.nws.noaa.gov");
     // [Zoom]: the three stored views, index 0 to 2 for views 1 to 3.
     std::array<float, 3> X = {13.34f, -97.72f, -27.68f};
     std::array<float, 3> Y = {-54.15f, -46.23f, -36.71f};

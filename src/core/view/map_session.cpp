@@ -328,6 +328,43 @@ void MapSession::Wheel(int steps) {
     Redraw();
 }
 
+bool MapSession::CompanionEnter(const QString& input) {
+    companion::CommandContext context{
+        *m_tables, m_downloads, m_reference, m_display.ShownNetwork, *this, m_http, m_settings.WeatherServer,
+        Now,       {}};
+    return m_companion.Enter(input, context);
+}
+
+void MapSession::CentreOn(float latitude, float longitude, const QString& name) {
+    m_view.ViewY = -latitude;
+    m_view.ViewX = longitude;
+    m_view.ViewZ = 16.0f;
+    m_display.PanelMode = 0;
+    SetStatus(u"Centered on "_s + name);
+    Redraw();
+}
+
+void MapSession::MarkAirport(float latitude, float longitude, const QString& code) {
+    m_selection.reset();
+    m_gl.DeleteList(lists::kHighlight);
+    m_gl.NewList(lists::kHighlight);
+    m_gl.Colour(m_colours.Red[kSlotHighlight], m_colours.Green[kSlotHighlight],
+                m_colours.Blue[kSlotHighlight], 1.0f);
+    m_gl.Begin(render::Primitive::Points);
+    m_gl.Vertex(geo::GlobeX(latitude, longitude), geo::GlobeY(latitude, longitude),
+                geo::GlobeZ(latitude, longitude));
+    m_gl.End();
+    m_gl.RasterPos(geo::GlobeX(latitude, longitude), geo::GlobeY(latitude, longitude),
+                   geo::GlobeZ(latitude, longitude));
+    render::PrintText(m_gl, code);
+    m_gl.EndList();
+}
+
+void MapSession::OpenProfile(int network, const QString& vid) {
+    network::OpenProfile(m_downloads.Networks[network == 1 ? 1 : 0], vid,
+                         [this](const QString& address) { m_host.OpenUrl(address); });
+}
+
 void MapSession::SetStatus(const QString& text) {
     m_display.StatusText = text;
     StatusChanged();

@@ -11,6 +11,8 @@
 #include "app/colour_theme.h"
 #include "app/friends.h"
 #include "app/settings.h"
+#include "companion/command_context.h"
+#include "companion/console.h"
 #include "geo/geodesy.h"
 #include "network/download.h"
 #include "refdata/fir_outlines.h"
@@ -36,6 +38,8 @@ public:
     virtual void ShowNetworkMessage(const QString& text) = 0;
     // The automatic download timer runs while enabled.
     virtual void EnableAutoDownload(bool enabled) = 0;
+    // Opens a web address (only ever http or https) in the user's browser.
+    virtual void OpenUrl(const QString& address) = 0;
 };
 
 // The selected client of the map: a pilot or a controller slot of the shown network.
@@ -48,7 +52,7 @@ struct Selection {
 // The map's whole state and its procedures: start-up, the download button, the scene build, keys,
 // timers and mouse selection. Owned by the map window; a test builds one with a recording GL and a fake
 // host and HTTP client.
-class MapSession final : public MapCommands, public network::DownloadView {
+class MapSession final : public MapCommands, public network::DownloadView, public companion::CompanionHost {
 public:
     MapSession(QString home, Settings settings, Friends friends, render::GlApi& gl, MapHost& host,
                network::HttpClient& http);
@@ -81,6 +85,15 @@ public:
     void ClearSelection();
 
     void SetStatus(const QString& text); // sets the text and records the status line
+
+    // The Companion: Enter in its input line with this text; true when a command was carried out.
+    bool CompanionEnter(const QString& input);
+    companion::CompanionConsole& Companion() { return m_companion; }
+
+    // CompanionHost
+    void CentreOn(float latitude, float longitude, const QString& name) override;
+    void MarkAirport(float latitude, float longitude, const QString& code) override;
+    void OpenProfile(int network, const QString& vid) override;
 
     // MapCommands
     void ShowCompanion() override;
@@ -141,6 +154,7 @@ private:
     int m_height = 600;
     std::array<int, 3> m_symbolBand = {0, 0, 0};
     std::array<bool, 3> m_detailedLabels = {false, false, false};
+    companion::CompanionConsole m_companion;
 };
 
 } // namespace sky::view

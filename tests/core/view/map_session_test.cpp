@@ -52,6 +52,8 @@ public:
     void OpenListPanel() override {}
     void ShowNetworkMessage(const QString& text) override { Messages.append(text); }
     void EnableAutoDownload(bool enabled) override { AutoDownload = enabled; }
+    void OpenUrl(const QString& address) override { Opened.append(address); }
+    QStringList Opened;
     int Redraws = 0;
     QStringList Messages;
     bool AutoDownload = false;

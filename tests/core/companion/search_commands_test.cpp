@@ -1,0 +1,60 @@
+#include "companion_fixture.h"
+
+namespace sky::companion {
+namespace {
+
+using network::testing::AtcLine;
+using network::testing::PilotLine;
+using testing::Companion;
+
+TEST_F(Companion, VisAroundAPilotCountsPilotsWithin40NmAndControllersWithinTheirRange) {
+    // One degree of latitude is 60 nm.
+    Load(1, {PilotLine(1, {{0, u"ME"_s}, {2, u"Me"_s}, {5, u"50"_s}, {6, u"8"_s}}),
+             PilotLine(1, {{0, u"NEAR"_s}, {2, u"Near"_s}, {5, u"50.5"_s}, {6, u"8"_s}}),
+             PilotLine(1, {{0, u"FAR"_s}, {2, u"Far"_s}, {5, u"51"_s}, {6, u"8"_s}}),
+             AtcLine(1, {{0, u"BIG_CTR"_s}, {2, u"Big"_s}, {5, u"52"_s}, {6, u"8"_s}, {19, u"150"_s}}),
+             AtcLine(1, {{0, u"SMALL_TWR"_s}, {2, u"Small"_s}, {5, u"51"_s}, {6, u"8"_s}, {19, u"30"_s}})});
+    EXPECT_EQ(Run(u"vis me"_s),
+              (QStringList{u"> vis ME"_s, u"BIG_CTR Big (120.1 nm)"_s, u"NEAR Near (30.0 nm)"_s,
+                           u"\r\nTotal: 2 clients in visual range of ME\r\n"_s}));
+    // Around a controller, pilots count within its own range; other controllers where ranges overlap.
+    EXPECT_EQ(Run(u"vis small_twr"_s),
+              (QStringList{u"> vis SMALL_TWR"_s, u"BIG_CTR Big (60.0 nm)"_s, u"FAR Far (0.0 nm)"_s,
+                           u"\r\nTotal: 2 clients in visual range of SMALL_TWR\r\n"_s}));
+    EXPECT_EQ(Run(u"vis far"_s).value(2), u"SMALL_TWR Small (0.0 nm)");
+    EXPECT_EQ(Run(u"vis nobody"_s).value(1), u"NOBODY is not online\r\n");
+}
+
+TEST_F(Companion, VisThresholdsAreStrictAndARangeOfZeroFindsNoPilots) {
+    Load(1, {AtcLine(1, {{0, u"ZERO_CTR"_s}, {5, u"50"_s}, {6, u"8"_s}}),
+             PilotLine(1, {{0, u"ON"_s}, {5, u"50"_s}, {6, u"8"_s}}),
+             PilotLine(1, {{0, u"ALONE"_s}, {5, u"10"_s}, {6, u"8"_s}})});
+    EXPECT_EQ(Run(u"vis zero_ctr"_s).value(1), u"No clients in visual range of ZERO_CTR\r\n");
+    EXPECT_EQ(Run(u"vis alone"_s).value(1), u"No clients in visual range of ALONE\r\n");
+}
+
+TEST_F(Companion, MembersComeFromTheirStationOrHomeBase) {
+    Load(0, {AtcLine(0, {{0, u"EDDF_TWR"_s}, {1, u"1"_s}, {2, u"Tower"_s}}),
+             AtcLine(0, {{0, u"EDGG_CTR"_s}, {1, u"2"_s}, {2, u"Langen"_s}}),
+             AtcLine(0, {{0, u"LON_CTR"_s}, {1, u"3"_s}, {2, u"London"_s}}), // key "LON_": matches nothing
+             PilotLine(0, {{0, u"DLH1"_s}, {1, u"4"_s}, {2, u"Hans Meier EDDM"_s}}),
+             PilotLine(0, {{0, u"DLH2"_s}, {1, u"5"_s}, {2, u"Ohne Heimat"_s}})});
+    EXPECT_EQ(Run(u"members de"_s),
+              (QStringList{u"> members DE"_s, u"EDDF_TWR Tower (1)"_s, u"EDGG_CTR Langen (2)"_s,
+                           u"DLH1 Hans Meier EDDM (4)"_s, u"\r\nTotal: 3 members from DE on IVAO\r\n"_s}));
+    EXPECT_EQ(Run(u"members gb"_s).value(1), u"No members from GB on IVAO\r\n");
+}
+
+TEST_F(Companion, FindMatchesCallsignsAndNamesInAnyCaseControllersFirst) {
+    Load(0, {PilotLine(0, {{0, u"DLH1"_s}, {1, u"1"_s}, {2, u"Jane Roe"_s}}),
+             AtcLine(0, {{0, u"EDDF_TWR"_s}, {1, u"2"_s}, {2, u"Dieter Lehmann"_s}})});
+    EXPECT_EQ(Run(u"find dl"_s),
+              (QStringList{u"> find dl"_s, u"DLH1 Jane Roe (1)"_s, u"\r\nTotal: 1 matches found\r\n"_s}));
+    EXPECT_EQ(Run(u"find AN"_s), (QStringList{u"> find an"_s, u"EDDF_TWR Dieter Lehmann (2)"_s,
+                                              u"DLH1 Jane Roe (1)"_s, u"\r\nTotal: 2 matches found\r\n"_s}));
+    EXPECT_TRUE(Run(u"find E"_s).isEmpty()); // too short a line: ignored
+    EXPECT_EQ(Run(u"find zzz"_s).value(1), u"Search string does not match with any callsign / name\r\n");
+}
+
+} // namespace
+} // namespace sky::companion

@@ -1,0 +1,67 @@
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+
+#include <gtest/gtest.h>
+
+#include "local_http_server.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString kBuild = QStringLiteral(SKYLANTRA_BINARY_DIR);
+
+// The Companion in a terminal, on the demo feed, with the weather from a local server.
+TEST(ConsoleMode, AnswersFromTheDemoFeedAndTheWeatherServer) {
+    sky::testing::LocalHttpServer weather;
+    ASSERT_TRUE(weather.IsRunning());
+    QDir(weather.Folder().path()).mkpath(u"data/observations/metar/stations"_s);
+    weather.Serve(u"data/observations/metar/stations/EDDF.TXT"_s,
+                  "2026/11/21 14:20\nEDDF 211420Z 24010KT CAVOK 08/03 Q1012\n");
+
+    QTemporaryDir home;
+    QDir(home.path()).mkpath(u"data"_s);
+    QProcess copy;
+    copy.start(u"cp"_s, {u"-r"_s, kBuild + u"/data"_s, kBuild + u"/colours"_s, home.path()});
+    ASSERT_TRUE(copy.waitForFinished(30000));
+    QFile ini(home.filePath(u"skln.ini"_s));
+    ASSERT_TRUE(ini.open(QIODevice::WriteOnly));
+    ini.write("[Network]\nWeatherServer=" + weather.Url(QString()).chopped(1).toUtf8() + "\n");
+    ini.close();
+    const QByteArray before =
+        QFile(home.filePath(u"skln.ini"_s)).exists() ? QByteArray("written") : QByteArray();
+
+    QProcess console;
+    console.start(kBuild + u"/skylantra"_s,
+                  {u"--home"_s, home.path(), u"--console"_s, u"--demo"_s, u"--download"_s, u"ivao"_s});
+    ASSERT_TRUE(console.waitForStarted(10000));
+    console.write("stat\nfp SAS4045\nsups\nfind müller\nmetar EDDF\nmetar KJFK\nhello\nvis SAS4045\n"
+                  "members DE\nact EDDF\ntraffic EDDF\ninfo SAS4045\natis LFPO_ATIS\ndist EDDF KJFK\n");
+    console.closeWriteChannel();
+    ASSERT_TRUE(console.waitForFinished(60000));
+    EXPECT_EQ(console.exitCode(), 0);
+    const QString out = QString::fromUtf8(console.readAllStandardOutput());
+
+    EXPECT_TRUE(out.startsWith(
+        u"Welcome to the Skylantra Companion\n Refer to companion.txt for list of functions\n"_s));
+    EXPECT_TRUE(out.contains(
+        u"> stat\nIVAO data of 1423Z - 1164 clients\n (246 ATC, 900 planes, 18 observers)\n\n"_s))
+        << out.left(400).toStdString();
+    EXPECT_TRUE(out.contains(u"> fp SAS4045\n(FPL-SAS4045-IG\n-E195\n-KATL0930\n"_s));
+    EXPECT_TRUE(out.contains(u"Total: 3 SUP/ADM on IVAO"_s));
+    EXPECT_TRUE(out.contains(u"Müller"_s));
+    EXPECT_TRUE(out.contains(u"> metar EDDF\nEDDF 211420Z 24010KT CAVOK 08/03 Q1012\n\n"_s));
+    EXPECT_TRUE(out.contains(u"> metar KJFK\nNo METAR for KJFK\n"_s));
+    EXPECT_FALSE(out.contains(u"hello"_s));
+    for (const QString& echo : {u"> vis SAS4045"_s, u"> members DE"_s, u"> act EDDF"_s, u"> traffic EDDF"_s,
+                                u"> info SAS4045"_s, u"> atis LFPO_ATIS"_s, u"> dist EDDF KJFK"_s})
+        EXPECT_TRUE(out.contains(echo)) << echo.toStdString();
+    EXPECT_TRUE(out.contains(u"Distance: 3341.73 nm"_s));
+    // The terminal never writes the settings.
+    ini.open(QIODevice::ReadOnly);
+    EXPECT_EQ(ini.readAll(), "[Network]\nWeatherServer=" + weather.Url(QString()).chopped(1).toUtf8() + "\n");
+    EXPECT_FALSE(before.isEmpty());
+}
+
+} // namespace
