@@ -78,14 +78,15 @@ void BuildGlobe(GlApi& gl, const ColourTable& colours) {
     gl.NewList(lists::kGlobe);
     for (float lat = -90.0f; lat <= 88.0f; lat += 2.0f) {
         SetGradient(gl, colours, kSlotGlobeEquator, kSlotGlobePoles, lat);
+        // The band's 36 cells in one primitive: the same four-cornered cells, drawn in one go.
+        gl.Begin(Primitive::Quads);
         for (float lon = -180.0f; lon <= 170.0f; lon += 10.0f) {
-            gl.Begin(Primitive::Polygon);
             GlobeVertex(gl, lat, lon);
             GlobeVertex(gl, lat + 2.0f, lon);
             GlobeVertex(gl, lat + 2.0f, lon + 10.0f);
             GlobeVertex(gl, lat, lon + 10.0f);
-            gl.End();
         }
+        gl.End();
     }
     gl.EndList();
 }

@@ -49,7 +49,8 @@ TEST(BuildGlobe, ShadesNinetyBandsByTheirSouthernEdge) {
     const ColourTable colours = DefaultColourTable();
     BuildGlobe(gl, colours);
     const auto& list = gl.List(lists::kGlobe);
-    EXPECT_EQ(RecordingGl::Count(list, Op::Begin), 90 * 36);
+    EXPECT_EQ(RecordingGl::Count(list, Op::Begin), 90);
+    EXPECT_EQ(RecordingGl::Count(list, Op::Vertex), 90 * 36 * 4);
     std::vector<Call> bands;
     for (const Call& call : list) {
         if (call.What == Op::Colour)
