@@ -5,6 +5,7 @@
 #include "common/file_io.h"
 #include "common/text_codec.h"
 #include "network/fields.h"
+#include "network/json_feeds.h"
 #include "network/whazzup_parse.h"
 #include "refdata/reference_data.h"
 
@@ -111,6 +112,24 @@ void BM_CountSeparators(benchmark::State& state) {
     }
     state.SetBytesProcessed(state.iterations() * text.toUtf8().size());
 }
+
+// Today's VATSIM feed: the v3 JSON of the demo traffic, translated into whazzup lines and interpreted.
+void BM_TranslateAndInterpretVatsimJson(benchmark::State& state) {
+    const QByteArray json =
+        sky::ReadWholeFile(kData + u"/demo/vatsim/vatsim-data.json"_s).value_or(QByteArray());
+    const auto transceivers = sky::network::ParseVatsimTransceivers(
+        sky::ReadWholeFile(kData + u"/demo/vatsim/transceivers-data.json"_s).value_or(QByteArray()));
+    sky::network::NetworkData data;
+    const QDateTime now = QDateTime::currentDateTime();
+    for (auto _ : state) {
+        const sky::network::TranslatedFeed feed = sky::network::TranslateVatsimV3(json, transceivers);
+        auto result = sky::network::InterpretWhazzup(1, feed.Text, Reference(), data, now);
+        benchmark::DoNotOptimize(result);
+    }
+    state.SetBytesProcessed(state.iterations() * json.size());
+    state.SetLabel("VATSIM demo traffic as v3 JSON");
+}
+BENCHMARK(BM_TranslateAndInterpretVatsimJson);
 
 BENCHMARK(BM_Interpret)->Arg(0)->Arg(1);
 BENCHMARK(BM_InterpretResplittingEveryField)->Arg(0)->Arg(1);

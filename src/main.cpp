@@ -171,6 +171,9 @@ int main(int argc, char* argv[]) {
                                                                      settings.IVAOStatusURL, home),
                                sky::network::ChooseStatusFileAddress(1, parser.value(vatsimStatusOption),
                                                                      demo, settings.VATSIMStatusURL, home)};
+    options.JsonAddresses = {
+        sky::network::ChooseJsonAddress(0, parser.isSet(ivaoStatusOption), demo, settings.IVAOJsonURL),
+        sky::network::ChooseJsonAddress(1, parser.isSet(vatsimStatusOption), demo, settings.VATSIMJsonURL)};
     options.DownloadNetworks = download;
     options.SnapshotPath = parser.value(snapshotOption);
     options.View = view;

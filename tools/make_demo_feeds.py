@@ -9,6 +9,7 @@ fixed seed, so the same reference data always give the same bytes.
 """
 
 import gzip
+import json
 import math
 import os
 import random
@@ -306,16 +307,126 @@ class Feed:
         return lines
 
 
+def iso(stamp):
+    """yyyymmddhhmmss as the JSON feeds write a time."""
+    return "%s-%s-%sT%s:%s:%sZ" % (stamp[0:4], stamp[4:6], stamp[6:8], stamp[8:10], stamp[10:12], stamp[12:14])
+
+
+def client_lines(lines, kind):
+    return [line.split(":") for line in lines if len(line.split(":")) > 3 and line.split(":")[3] == kind]
+
+
+def number(text, default=0):
+    try:
+        value = float(text)
+    except ValueError:
+        return default
+    return int(value) if value == int(value) else value
+
+
+def vatsim_json(lines, clients):
+    """The demo traffic as VATSIM's v3 data file and its transceivers file."""
+    pilots, controllers, atis, transceivers = [], [], [], []
+    for f in client_lines(lines, "PILOT"):
+        plan = None
+        if f[13]:
+            enroute = "%02d%02d" % (number(f[24]), number(f[25]))
+            plan = {"flight_rules": f[21], "aircraft": f[9], "aircraft_faa": f[9], "aircraft_short": f[9].split("/")[0],
+                    "departure": f[11], "arrival": f[13], "alternate": f[28], "cruise_tas": f[10],
+                    "altitude": f[12].replace("FL", "") + "00", "deptime": f[22].zfill(4), "enroute_time": enroute,
+                    "fuel_time": "%02d%02d" % (number(f[26]), number(f[27])), "remarks": f[29], "route": f[30],
+                    "revision_id": 1, "assigned_transponder": f[17]}
+        pilots.append({"cid": number(f[1]), "name": f[2], "callsign": f[0], "server": f[14],
+                       "pilot_rating": number(f[16]), "military_rating": 0, "latitude": number(f[5]),
+                       "longitude": number(f[6]), "altitude": number(f[7]), "groundspeed": number(f[8]),
+                       "transponder": f[17], "heading": number(f[38]), "qnh_i_hg": 29.92, "qnh_mb": 1013,
+                       "flight_plan": plan, "logon_time": iso(f[37]), "last_updated": iso(UPDATE)})
+    for f in client_lines(lines, "ATC"):
+        entry = {"cid": number(f[1]), "name": f[2], "callsign": f[0], "frequency": f[4], "facility": number(f[18]),
+                 "rating": number(f[16]), "server": f[14], "visual_range": number(f[19]),
+                 "text_atis": f[35].split("^§") if f[35] else None, "last_updated": iso(UPDATE),
+                 "logon_time": iso(f[37])}
+        if f[0].endswith("ATIS"):
+            entry["atis_code"] = f[35].split(" information ")[1][0] if " information " in f[35] else None
+            atis.append(entry)
+        else:
+            controllers.append(entry)
+        if f[5]:
+            transceivers.append({"callsign": f[0], "transceivers": [
+                {"id": 0, "frequency": int(float(f[4] or 0) * 1e6), "latDeg": number(f[5]), "lonDeg": number(f[6]),
+                 "heightMslM": 100.0, "heightAglM": 10.0}]})
+    data = {"general": {"version": 3, "reload": 1, "update": UPDATE, "update_timestamp": iso(UPDATE),
+                        "connected_clients": clients, "unique_users": clients},
+            "pilots": pilots, "controllers": controllers, "atis": atis, "servers": [], "prefiles": [],
+            "facilities": [], "ratings": [], "pilot_ratings": []}
+    return data, transceivers
+
+
+def ivao_json(lines):
+    """The demo traffic as IVAO's v2 whazzup; that feed carries no names."""
+    def base(f):
+        return {"time": 600, "id": number(f[1]) * 10, "userId": number(f[1]), "callsign": f[0], "serverId": f[14],
+                "softwareTypeId": f[38], "softwareVersion": f[39], "rating": number(f[41]),
+                "createdAt": iso(f[37]),
+                "lastTrack": {"latitude": number(f[5]), "longitude": number(f[6]), "altitude": number(f[7]),
+                              "groundSpeed": number(f[8]), "heading": number(f[45]), "transponder": number(f[17]),
+                              "onGround": number(f[8]) < 40, "timestamp": iso(UPDATE)}}
+    pilots, atcs, observers, follow = [], [], [], []
+    for f in client_lines(lines, "PILOT"):
+        entry = base(f)
+        if f[13]:
+            dep = f[22].zfill(4)
+            entry["flightPlan"] = {"aircraftId": f[9].replace("H/", ""), "departureId": f[11], "arrivalId": f[13],
+                                   "alternativeId": f[28], "route": f[30], "remarks": f[29],
+                                   "speed": "N%04d" % number(f[10]), "level": f[12].replace("FL", "F"),
+                                   "flightRules": f[21], "flightType": f[43],
+                                   "eet": (number(f[24]) * 60 + number(f[25])) * 60,
+                                   "departureTime": (int(dep[:2]) * 60 + int(dep[2:])) * 60,
+                                   "peopleOnBoard": number(f[44])}
+        pilots.append(entry)
+    for f in client_lines(lines, "ATC"):
+        entry = base(f)
+        if f[0].endswith("_OBS") or "-" in f[0]:
+            observers.append(entry)
+            continue
+        entry["atcSession"] = {"frequency": number(f[4]), "position": f[0].split("_")[-1]}
+        entry["atis"] = {"lines": f[35].split("^§"), "revision": "A"} if f[35] else None
+        atcs.append(entry)
+    for f in client_lines(lines, "FOLME"):
+        follow.append(base(f))
+    total = len(pilots) + len(atcs) + len(observers) + len(follow)
+    return {"updatedAt": iso(UPDATE), "servers": [], "voiceServers": [],
+            "clients": {"pilots": pilots, "atcs": atcs, "observers": observers, "followMe": follow},
+            "connections": {"total": total, "supervisor": 3, "atc": len(atcs), "observer": len(observers),
+                            "pilot": len(pilots), "worldTour": 0, "followMe": len(follow)}}
+
+
+def write_json(path, document):
+    with open(path, "w", encoding="utf-8", newline="\n") as f:
+        json.dump(document, f, ensure_ascii=False, separators=(",", ":"))
+        f.write("\n")
+
+
 def write_network(folder, name, feed, pilots, controllers, encoding, message):
     os.makedirs(folder, exist_ok=True)
-    text = "\r\n".join(feed.whazzup(pilots, controllers)) + "\r\n"
+    lines = feed.whazzup(pilots, controllers)
+    text = "\r\n".join(lines) + "\r\n"
     data = text.encode(encoding)
     with open(os.path.join(folder, "whazzup.txt"), "wb") as f:
         f.write(data)
     with open(os.path.join(folder, "whazzup.txt.gz"), "wb") as f:
         f.write(gzip.compress(data, compresslevel=9, mtime=0))
+    clients = int([l for l in lines if l.startswith("CONNECTED CLIENTS")][0].split("=")[1])
+    if name == "VATSIM":
+        data, transceivers = vatsim_json(lines, clients)
+        write_json(os.path.join(folder, "vatsim-data.json"), data)
+        write_json(os.path.join(folder, "transceivers-data.json"), transceivers)
+    else:
+        write_json(os.path.join(folder, "whazzup.json"), ivao_json(lines))
     status = ["; %s demo status file: the data files beside it" % name, "url0=whazzup.txt",
               "gzurl0=whazzup.txt.gz", "user0=https://example.org/%s/member" % name.lower()]
+    if name == "VATSIM":
+        status.append("json3=vatsim-data.json")
     if message:
         status.append("msg0=" + message)
     status += ["; end", ""]

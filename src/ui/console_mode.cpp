@@ -40,8 +40,10 @@ int RunConsole(const ConsoleOptions& options) {
     TerminalHost host;
     net::QtHttpClient http(options.Config.Timeout * 1000, options.Config.Proxy);
     view::MapSession session(options.Home, options.Config, options.FriendList, gl, host, http);
-    for (int n = 0; n < network::kNetworkCount; ++n)
+    for (int n = 0; n < network::kNetworkCount; ++n) {
         session.Downloads().Networks[n].StatusFileAddress = options.StatusAddresses[n];
+        session.Downloads().Networks[n].JsonAddress = options.JsonAddresses[n];
+    }
     const QString missing = session.StartUp();
     if (!missing.isEmpty()) {
         Write(stderr, u"Skylantra: cannot read "_s + missing + u'\n');

@@ -14,6 +14,7 @@ struct ConsoleOptions {
     Settings Config;
     Friends FriendList;
     std::array<QString, 2> StatusAddresses;
+    std::array<QString, 2> JsonAddresses;
     QString DownloadNetworks; // "", "ivao", "vatsim" or "both"
 };
 

@@ -69,8 +69,10 @@ MapWindow::MapWindow(MapOptions options)
     setMouseTracking(false);
     m_session = std::make_unique<view::MapSession>(m_options.Home, m_options.Config, m_options.FriendList,
                                                    m_gl, *this, m_http);
-    for (int n = 0; n < network::kNetworkCount; ++n)
+    for (int n = 0; n < network::kNetworkCount; ++n) {
         m_session->Downloads().Networks[n].StatusFileAddress = m_options.StatusAddresses[n];
+        m_session->Downloads().Networks[n].JsonAddress = m_options.JsonAddresses[n];
+    }
     if (m_options.View)
         m_session->View() = *m_options.View;
     m_autoDownloadTimer.setInterval(1000);

@@ -24,9 +24,10 @@ struct MapOptions {
     Friends FriendList;
     float TwipsPerPixel = 15.0f;
     std::array<QString, 2> StatusAddresses;
-    QString DownloadNetworks;           // "", "ivao", "vatsim" or "both": downloaded once "Ready" shows
-    QString SnapshotPath;               // render one frame after start-up and downloads, save it, exit
-    std::optional<geo::ViewState> View; // instead of stored view 1
+    std::array<QString, 2> JsonAddresses; // feeds read directly; empty: through the status file
+    QString DownloadNetworks;             // "", "ivao", "vatsim" or "both": downloaded once "Ready" shows
+    QString SnapshotPath;                 // render one frame after start-up and downloads, save it, exit
+    std::optional<geo::ViewState> View;   // instead of stored view 1
 };
 
 // The map window frmMap: a frameless window with its own title strip, drawing the globe with OpenGL.

@@ -64,4 +64,43 @@ TEST(ConsoleMode, AnswersFromTheDemoFeedAndTheWeatherServer) {
     EXPECT_FALSE(before.isEmpty());
 }
 
+// Both networks' JSON feeds served over 127.0.0.1, found through status files given on the command line.
+TEST(ConsoleMode, ReadsTheJsonFeedsOfBothNetworksEndToEnd) {
+    sky::testing::LocalHttpServer server;
+    ASSERT_TRUE(server.IsRunning());
+    const QString demo = QStringLiteral(SKYLANTRA_SOURCE_DIR) + u"/data/demo/"_s;
+    const auto serveFile = [&](const QString& from, const QString& as) {
+        QFile file(from);
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        server.Serve(as, file.readAll());
+    };
+    serveFile(demo + u"vatsim/vatsim-data.json"_s, u"vatsim-data.json"_s);
+    serveFile(demo + u"vatsim/transceivers-data.json"_s, u"transceivers-data.json"_s);
+    serveFile(demo + u"ivao/whazzup.json"_s, u"ivao.json"_s);
+    server.Serve(u"vatsim-status.txt"_s, "url0=retired.txt\njson3=vatsim-data.json\n\n\n\n");
+    server.Serve(u"retired.txt"_s, "; this feed is retired\n");
+    server.Serve(u"ivao-status.txt"_s, "json3=ivao.json\n\n\n\n\n");
+
+    const auto run = [&](const QString& network, const QByteArray& input) {
+        QProcess console;
+        console.start(kBuild + u"/skylantra"_s,
+                      {u"--home"_s, kBuild, u"--console"_s, u"--ivao-status"_s,
+                       server.Url(u"ivao-status.txt"_s), u"--vatsim-status"_s,
+                       server.Url(u"vatsim-status.txt"_s), u"--download"_s, network});
+        console.waitForStarted(10000);
+        console.write(input);
+        console.closeWriteChannel();
+        console.waitForFinished(60000);
+        return QString::fromUtf8(console.readAllStandardOutput());
+    };
+    const QString vatsim = run(u"vatsim"_s, "stat\natis LFPO_ATIS\n");
+    EXPECT_TRUE(
+        vatsim.contains(u"VATSIM data of 1423Z - 1700 clients\n (375 ATC, 1300 planes, 25 observers)"_s))
+        << vatsim.toStdString();
+    EXPECT_TRUE(vatsim.contains(u"> atis LFPO_ATIS\nLFPO information"_s));
+    const QString ivao = run(u"ivao"_s, "stat\nfp SAS4045\n");
+    EXPECT_TRUE(ivao.contains(u"IVAO data of 1423Z - 1164 clients"_s)) << ivao.toStdString();
+    EXPECT_TRUE(ivao.contains(u"(FPL-SAS4045-IG\n-E195\n-KATL0930\n"_s));
+}
+
 } // namespace

@@ -18,8 +18,8 @@ mkdir -p "$out/demo-data"
 cp "$root/data/airports.dat" "$root/data/firlist.dat" "$out/demo-data/"
 python3 "$root/tools/make_demo_feeds.py" "$out/demo-data"
 for network in ivao vatsim; do
-    for file in status.txt whazzup.txt whazzup.txt.gz; do
-        same "$out/demo-data/demo/$network/$file" "$root/data/demo/$network/$file"
+    for file in "$root/data/demo/$network"/*; do
+        same "$out/demo-data/demo/$network/$(basename "$file")" "$file"
     done
 done
 

@@ -39,7 +39,8 @@ std::int32_t PositionInTwips(double pixels, int screenPx, std::int32_t sizeTwips
     return ToInt32(pixels * twipsPerPixel);
 }
 
-std::int16_t WholeMinutesInRange(double value, int low, int high) {
+// The whole-number part of value, kept within low to high.
+std::int16_t WholeInRange(double value, int low, int high) {
     const double whole = std::trunc(value);
     if (whole < low)
         return std::int16_t(low);
@@ -80,12 +81,16 @@ Settings ReadSettings(const IniFile& ini, const ScreenMetrics& screen) {
     s.WindowTop = PositionInTwips(Number(ini, u"Display", u"WindowTop", u"0.1"_s), screen.HeightPx,
                                   s.WindowHeight, tpp);
     s.AutoDownload = Boolean(ini, u"Network", u"AutoDownload", false);
-    s.DownloadMinutes = WholeMinutesInRange(Number(ini, u"Network", u"DownloadMinutes", u"5"_s), 3, 30);
-    s.Timeout = WholeMinutesInRange(Number(ini, u"Network", u"Timeout", u"15"_s), 5, 120);
+    s.DownloadMinutes = WholeInRange(Number(ini, u"Network", u"DownloadMinutes", u"5"_s), 3, 30);
+    s.Timeout = WholeInRange(Number(ini, u"Network", u"Timeout", u"15"_s), 5, 120);
     s.Proxy = ini.Value(u"Network", u"Proxy", u"0"_s);
     s.TextForce = Boolean(ini, u"Network", u"TextForce", false);
     s.IVAOStatusURL = ini.Value(u"Network", u"IVAOStatusURL", QString()).trimmed();
     s.VATSIMStatusURL = ini.Value(u"Network", u"VATSIMStatusURL", QString()).trimmed();
+    s.IVAOJsonURL = ini.Value(u"Network", u"IVAOJsonURL", QString()).trimmed();
+    s.VATSIMJsonURL = ini.Value(u"Network", u"VATSIMJsonURL", QString()).trimmed();
+    s.MaxPilots = WholeInRange(Number(ini, u"Network", u"MaxPilots", u"1400"_s), 1400, 30000);
+    s.MaxControllers = WholeInRange(Number(ini, u"Network", u"MaxControllers", u"700"_s), 700, 30000);
     s.WeatherServer = ini.Value(u"Network", u"WeatherServer", u"https://tgftp.nws.noaa.gov"_s).trimmed();
     const std::array<std::array<QString, 3>, 3> zoomDefaults = {{
         {u"1334"_s, u"-5415"_s, u"149"_s},

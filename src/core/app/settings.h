@@ -36,6 +36,12 @@ struct Settings {
     // Where the networks' status files are; empty means the built-in addresses. Read, never written.
     QString IVAOStatusURL;
     QString VATSIMStatusURL;
+    // JSON feeds read directly, without a status file; empty: the built-in choice. Read, never written.
+    QString IVAOJsonURL;
+    QString VATSIMJsonURL;
+    // The most pilots and controllers kept per network (defaults 1400 and 700). Read, never written.
+    std::int16_t MaxPilots = 1400;
+    std::int16_t MaxControllers = 700;
     // The weather server: the address before "/data/..." of its station files. Read, never written.
     QString WeatherServer = QStringLiteral("https://tgftp.nws.noaa.gov");
     // [Zoom]: the three stored views, index 0 to 2 for views 1 to 3.

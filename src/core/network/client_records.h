@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <vector>
@@ -91,6 +92,17 @@ struct ControllerRecord {
 // largest count exists and stays empty, so "the slot after the last pilot" is always a valid record.
 struct NetworkData {
     NetworkData() : Pilots(kMaxPilots + 2), Controllers(kMaxControllers + 2) {}
+
+    // The most pilots and controllers the tables hold; a full table drops further clients.
+    int MaxPilots() const { return int(Pilots.size()) - 2; }
+    int MaxControllers() const { return int(Controllers.size()) - 2; }
+    // Raises (or lowers) the limits; the counters never exceed them.
+    void SetLimits(int maxPilots, int maxControllers) {
+        Pilots.resize(size_t(maxPilots) + 2);
+        Controllers.resize(size_t(maxControllers) + 2);
+        PilotCount = std::int16_t(std::min<int>(PilotCount, maxPilots));
+        ControllerCount = std::int16_t(std::min<int>(ControllerCount, maxControllers));
+    }
 
     std::vector<PilotRecord> Pilots;
     std::vector<ControllerRecord> Controllers;

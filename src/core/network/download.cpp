@@ -7,6 +7,9 @@
 #include "common/text_codec.h"
 #include "network/gunzip.h"
 #include "network/http_client.h"
+#include "common/numbers.h"
+#include "network/json_feeds.h"
+#include "network/lines.h"
 #include "network/whazzup.h"
 
 using namespace Qt::StringLiterals;
@@ -40,7 +43,19 @@ DownloadOutcome Fail(DownloadContext& context, const QString& text, DownloadOutc
 
 QString DefaultStatusFileAddress(int network) {
     return network == 0 ? u"https://www.ivao.aero/whazzup/status.txt"_s
-                        : u"https://www.vatsim.net/data/status.txt"_s;
+                        : u"https://status.vatsim.net/status.txt"_s;
+}
+
+QString DefaultJsonAddress(int network) {
+    return network == 0 ? u"https://api.ivao.aero/v2/tracker/whazzup"_s : QString();
+}
+
+QString ChooseJsonAddress(int network, bool statusFromCommandLine, bool demo, const QString& setting) {
+    if (!setting.trimmed().isEmpty())
+        return setting.trimmed();
+    if (statusFromCommandLine || demo)
+        return {};
+    return DefaultJsonAddress(network);
 }
 
 QString ChooseStatusFileAddress(int network, const QString& commandLine, bool demo, const QString& setting,
@@ -71,6 +86,86 @@ void ReadStatusFile(DownloadContext& context, int network) {
         state.Servers.GzServerCount = 0;
 }
 
+namespace {
+
+// VATSIM's transceivers stand beside its data: the stations' positions.
+QHash<QString, geo::LatLon> FetchTransceivers(DownloadContext& context, const QString& dataAddress) {
+    const QString address = QUrl(dataAddress).resolved(QUrl(u"transceivers-data.json"_s)).toString();
+    const FetchResult fetched = context.Http.Fetch(address);
+    return fetched.Ok ? ParseVatsimTransceivers(fetched.Body) : QHash<QString, geo::LatLon>();
+}
+
+DownloadOutcome Interpret(DownloadContext& context, int network, const QString& text, const QDateTime& now) {
+    NetworkData& data = context.Tables[network];
+    const InterpretResult result =
+        InterpretWhazzup(network, text, context.Reference, data, now,
+                         [&](const QString& status) { context.View.ShowStatus(status); });
+    if (!result.HasClients) {
+        context.View.ShowStatus(u"No data to display"_s);
+        return DownloadOutcome::NoClients;
+    }
+    context.View.ShowStatus(result.StatusText);
+    return DownloadOutcome::Interpreted;
+}
+
+// True when a whazzup text counts clients at all; a retired feed's stub does not.
+bool HoldsClients(const QString& text) {
+    for (QStringView line : SplitNetworkLines(text)) {
+        if (line.startsWith(u"CONNECTED CLIENTS"))
+            return LeadingNumber(line.sliced(std::min<qsizetype>(20, line.size()))) > 0;
+    }
+    return false;
+}
+
+// One fetch of address and what it holds: whazzup text, or a JSON feed translated into it. With
+// jsonToFollow, a text without clients is passed over without touching the tables.
+DownloadOutcome Attempt(DownloadContext& context, int network, const QString& address, bool compressed,
+                        const QDateTime& now, bool jsonToFollow = false) {
+    context.View.ShowStatus(u"Downloading "_s + NetworkName(network) + u" data from "_s + address + u"..."_s);
+    const FetchResult fetched = context.Http.Fetch(address);
+    if (!fetched.Ok)
+        return Fail(context, u"Could not contact server"_s, DownloadOutcome::FetchFailed);
+    QByteArray body = fetched.Body;
+    if (compressed) {
+        const QString gzPath = QDir(context.DataFolder).filePath(u"whazzup.txt.gz"_s);
+        QDir().mkpath(context.DataFolder);
+        if (!WriteFileAtomically(gzPath, body).Ok)
+            return Fail(context, u"Error creating file"_s, DownloadOutcome::FileError);
+        if (!GunzipFile(gzPath))
+            return Fail(context, u"Error unzipping data"_s, DownloadOutcome::UnzipError);
+        const auto unpacked = ReadWholeFile(gzPath.chopped(3), kMaxUnzippedBytes);
+        if (!unpacked)
+            return Fail(context, u"Error unzipping data"_s, DownloadOutcome::UnzipError);
+        body = *unpacked;
+    }
+    const FeedKind kind = DetectFeed(body);
+    if (kind == FeedKind::Text) {
+        const QString text = DecodeText(body).Text;
+        if (jsonToFollow && !HoldsClients(text))
+            return DownloadOutcome::NoClients;
+        return Interpret(context, network, text, now);
+    }
+    TranslatedFeed feed;
+    if (kind == FeedKind::VatsimV3)
+        feed = TranslateVatsimV3(body, FetchTransceivers(context, address));
+    else if (kind == FeedKind::IvaoV2)
+        feed = TranslateIvaoV2(body);
+    // A feed that cannot be read leaves the tables as they were.
+    if (!feed.Ok)
+        return Fail(context, u"No data to display"_s, DownloadOutcome::NoClients);
+    // The networks' caches can hand out an older copy after a newer one.
+    NetworkData& data = context.Tables[network];
+    if (data.ConnectedClients > 0 && feed.UpdateStamp.size() == 14 && feed.UpdateStamp <= data.UpdateStamp) {
+        data.LastDownload = now;
+        return Fail(context,
+                    NetworkName(network) + u" data of "_s + data.UpdateStamp.mid(8, 4) + u"Z is the newest"_s,
+                    DownloadOutcome::Unchanged);
+    }
+    return Interpret(context, network, feed.Text, now);
+}
+
+} // namespace
+
 DownloadOutcome DownloadNetwork(DownloadContext& context, int network) {
     if (!context.State.DownloadIdle)
         return DownloadOutcome::Busy;
@@ -88,48 +183,41 @@ DownloadOutcome DownloadNetwork(DownloadContext& context, int network) {
 
     const BusyGuard busy(context.State.DownloadIdle);
     context.View.ClearTraffic(network);
-    if (state.Servers.ServerCount + state.Servers.GzServerCount == 0)
+    const auto noServer = [&] {
+        return state.JsonAddress.isEmpty() && state.Servers.ServerCount + state.Servers.GzServerCount == 0 &&
+               state.Servers.JsonUrl.isEmpty();
+    };
+    if (noServer())
         ReadStatusFile(context, network);
-    if (state.Servers.ServerCount + state.Servers.GzServerCount == 0) {
+    if (noServer()) {
         state.DownloadFailed = true;
         context.View.MarksChanged();
         return Fail(context, u"Could not contact server"_s, DownloadOutcome::NoServer);
     }
 
-    const bool compressed = state.Servers.GzServerCount >= 1;
-    const QString address = compressed
-                                ? state.Servers.GzServerUrl[PickIndex(context, state.Servers.GzServerCount)]
-                                : state.Servers.ServerUrl[PickIndex(context, state.Servers.ServerCount)];
-    context.View.ShowStatus(u"Downloading "_s + NetworkName(network) + u" data from "_s + address + u"..."_s);
-
-    const FetchResult fetched = context.Http.Fetch(address);
-    if (!fetched.Ok)
-        return Fail(context, u"Could not contact server"_s, DownloadOutcome::FetchFailed);
-    QByteArray body = fetched.Body;
-    if (compressed) {
-        const QString gzPath = QDir(context.DataFolder).filePath(u"whazzup.txt.gz"_s);
-        QDir().mkpath(context.DataFolder);
-        if (!WriteFileAtomically(gzPath, body).Ok)
-            return Fail(context, u"Error creating file"_s, DownloadOutcome::FileError);
-        if (!GunzipFile(gzPath))
-            return Fail(context, u"Error unzipping data"_s, DownloadOutcome::UnzipError);
-        const auto unpacked = ReadWholeFile(gzPath.chopped(3), kMaxUnzippedBytes);
-        if (!unpacked)
-            return Fail(context, u"Error unzipping data"_s, DownloadOutcome::UnzipError);
-        body = *unpacked;
+    QString address;
+    bool compressed = false;
+    if (!state.JsonAddress.isEmpty()) {
+        address = state.JsonAddress;
+    } else if (state.Servers.ServerCount + state.Servers.GzServerCount > 0) {
+        compressed = state.Servers.GzServerCount >= 1;
+        address = compressed ? state.Servers.GzServerUrl[PickIndex(context, state.Servers.GzServerCount)]
+                             : state.Servers.ServerUrl[PickIndex(context, state.Servers.ServerCount)];
+    } else {
+        address = state.Servers.JsonUrl;
     }
-
-    const InterpretResult result =
-        InterpretWhazzup(network, DecodeText(body).Text, context.Reference, data, now,
-                         [&](const QString& text) { context.View.ShowStatus(text); });
-    if (!result.HasClients) {
+    const bool jsonToFollow = address != state.Servers.JsonUrl && !state.Servers.JsonUrl.isEmpty();
+    DownloadOutcome outcome = Attempt(context, network, address, compressed, now, jsonToFollow);
+    // A text server that gives nothing (today's networks answer the old address with a stub) is
+    // followed by the network's JSON data, when the status file names it.
+    const bool fallBack = outcome == DownloadOutcome::FetchFailed || outcome == DownloadOutcome::NoClients;
+    if (fallBack && jsonToFollow)
+        outcome = Attempt(context, network, state.Servers.JsonUrl, false, now);
+    if (outcome == DownloadOutcome::NoClients) {
         state.DownloadFailed = true;
         context.View.MarksChanged();
-        context.View.ShowStatus(u"No data to display"_s);
-        return DownloadOutcome::NoClients;
     }
-    context.View.ShowStatus(result.StatusText);
-    return DownloadOutcome::Interpreted;
+    return outcome;
 }
 
 QString ProfileAddress(const NetworkDownloadState& network, const QString& vid) {

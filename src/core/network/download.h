@@ -21,6 +21,7 @@ class HttpClient;
 // flags the map shows as the network's mark.
 struct NetworkDownloadState {
     QString StatusFileAddress;
+    QString JsonAddress; // a JSON feed read directly, without a status file; empty: none
     ServerLists Servers;
     bool DownloadFailed = false; // the last download produced no clients
     bool DownloadReady = false;  // a download was refused because the reload interval has not passed
@@ -32,8 +33,13 @@ struct DownloadState {
     bool DownloadIdle = false;
 };
 
-// The default status file addresses of the two networks.
+// The default status file addresses of the two networks, and the JSON feed read directly (IVAO's).
 QString DefaultStatusFileAddress(int network);
+QString DefaultJsonAddress(int network);
+
+// The JSON feed a network reads directly: the address of the settings file, else the default, but
+// none when the status file was chosen on the command line or the demo feeds are used.
+QString ChooseJsonAddress(int network, bool statusFromCommandLine, bool demo, const QString& setting);
 
 // Where a network's status file is read from: an address given on the command line, else the bundled
 // demo feed under home when demo is set, else the address of the settings file, else the default.
@@ -62,7 +68,8 @@ enum class DownloadOutcome {
     FetchFailed, // "Could not contact server"
     FileError,   // "Error creating file"
     UnzipError,  // "Error unzipping data"
-    NoClients,   // downloaded, but the file holds no clients
+    NoClients,   // downloaded, but the file holds no clients (or could not be read)
+    Unchanged,   // the feed was not newer than the data shown; the tables stay
     Interpreted, // the tables hold the new data
 };
 

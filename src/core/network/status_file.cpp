@@ -27,6 +27,7 @@ bool ParseStatusFile(QStringView text, const QString& baseUrl, ServerLists& serv
                      const std::function<void(const QString&)>& showMessage) {
     servers.ServerCount = 0;
     servers.GzServerCount = 0;
+    servers.JsonUrl.clear();
     const QList<QStringView> lines = SplitNetworkLines(text);
     if (lines.isEmpty())
         return false;
@@ -37,6 +38,8 @@ bool ParseStatusFile(QStringView text, const QString& baseUrl, ServerLists& serv
         else if (line.startsWith(u"gzurl0"))
             Keep(line.sliced(std::min<qsizetype>(7, line.size())), baseUrl, servers.GzServerUrl,
                  servers.GzServerCount);
+        else if (line.startsWith(u"json3="))
+            servers.JsonUrl = Resolved(line.sliced(6), baseUrl);
         else if (line.startsWith(u"user0"))
             servers.ProfileUrl = line.sliced(std::min<qsizetype>(6, line.size())).trimmed().toString();
         else if (line.startsWith(u"msg0") && showMessage)

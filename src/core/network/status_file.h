@@ -19,6 +19,7 @@ struct ServerLists {
     std::array<QString, kMaxServers> GzServerUrl;
     std::int16_t GzServerCount = 0;
     QString ProfileUrl;
+    QString JsonUrl; // the JSON data ("json3="), used when no text server gives data
 };
 
 // Reads a status file into servers (after clearing both lists). Each "msg0=" line is handed to

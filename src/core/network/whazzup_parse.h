@@ -268,12 +268,12 @@ InterpretResult InterpretLines(int network, QStringView text, const ReferenceDat
         const Fields fields(line);
         const QStringView clientType = fields[3];
         if (clientType == u"PILOT") {
-            if (data.PilotCount < kMaxPilots) {
+            if (data.PilotCount < data.MaxPilots()) {
                 ++data.PilotCount;
                 ParsePilotFields(network, fields, reference, data.Pilots[data.PilotCount]);
             }
         } else if (clientType == u"ATC") {
-            if (data.ControllerCount < kMaxControllers) {
+            if (data.ControllerCount < data.MaxControllers()) {
                 ++data.ControllerCount;
                 ParseControllerFields(network, fields, reference, data.Controllers[data.ControllerCount],
                                       data);

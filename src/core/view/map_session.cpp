@@ -26,8 +26,10 @@ MapSession::MapSession(QString home, Settings settings, Friends friends, render:
       m_host(host), m_http(http), m_colours(LoadColourTheme(m_home, m_settings.ColourTheme)),
       m_tables(std::make_unique<network::ClientTables>()) {
     m_view = {m_settings.X[0], m_settings.Y[0], m_settings.Z[0]};
-    for (int n = 0; n < network::kNetworkCount; ++n)
+    for (int n = 0; n < network::kNetworkCount; ++n) {
         m_downloads.Networks[n].StatusFileAddress = network::DefaultStatusFileAddress(n);
+        (*m_tables)[n].SetLimits(m_settings.MaxPilots, m_settings.MaxControllers);
+    }
 }
 
 QString MapSession::StartUp() {

@@ -9,7 +9,9 @@
 
 #include <gtest/gtest.h>
 
+#include "common/file_io.h"
 #include "network/http_client.h"
+#include "network/whazzup.h"
 #include "network/whazzup_lines.h"
 #include "refdata/reference_data.h"
 
@@ -246,7 +248,77 @@ TEST(ChooseStatusFileAddress, CommandLineBeatsDemoBeatsSettingsBeatsTheDefault) 
     EXPECT_EQ(ChooseStatusFileAddress(1, u"  "_s, false, u"http://ini/s.txt"_s, home), u"http://ini/s.txt");
     EXPECT_EQ(ChooseStatusFileAddress(0, QString(), false, QString(), home), DefaultStatusFileAddress(0));
     EXPECT_TRUE(DefaultStatusFileAddress(0).endsWith(u"/whazzup/status.txt"));
-    EXPECT_TRUE(DefaultStatusFileAddress(1).endsWith(u"/data/status.txt"));
+    EXPECT_TRUE(DefaultStatusFileAddress(1).endsWith(u"/status.txt"));
+}
+
+TEST(ChooseJsonAddress, TheSettingElseTheDefaultUnlessAStatusFileWasChosen) {
+    EXPECT_EQ(ChooseJsonAddress(0, false, false, QString()), DefaultJsonAddress(0));
+    EXPECT_EQ(ChooseJsonAddress(1, false, false, QString()), u""); // VATSIM's comes from its status file
+    EXPECT_EQ(ChooseJsonAddress(0, true, false, QString()), u"");
+    EXPECT_EQ(ChooseJsonAddress(0, false, true, QString()), u"");
+    EXPECT_EQ(ChooseJsonAddress(1, true, true, u" http://mine/feed.json "_s), u"http://mine/feed.json");
+}
+
+} // namespace
+} // namespace sky::network
+
+namespace sky::network {
+namespace {
+
+QByteArray TestCapture(const QString& name) {
+    return ReadWholeFile(QStringLiteral(SKYLANTRA_SOURCE_DIR) + u"/tests/data/"_s + name)
+        .value_or(QByteArray());
+}
+
+TEST_F(Download, ReadsTheJsonDataWhenTheTextServerGivesNothing) {
+    // Today's VATSIM: the old text address answers with a stub; json3 names the data.
+    ServeStatus(u"url0=http://a.example/w.txt\njson3=http://data.example/v3/vatsim-data.json"_s);
+    m_http.Answers[u"http://a.example/w.txt"_s] = "; this feed is retired\n";
+    m_http.Answers[u"http://data.example/v3/vatsim-data.json"_s] = TestCapture(u"vatsim-v3.json"_s);
+    m_http.Answers[u"http://data.example/v3/transceivers-data.json"_s] =
+        TestCapture(u"vatsim-transceivers.json"_s);
+    EXPECT_EQ(Run(), DownloadOutcome::Interpreted);
+    EXPECT_EQ(m_view.Statuses.last(), u"VATSIM data interpreted");
+    EXPECT_EQ(m_tables[1].PilotCount, 3);
+    EXPECT_FLOAT_EQ(m_tables[1].Controllers[1].Latitude, 50.03f);
+    EXPECT_FALSE(m_state.Networks[1].DownloadFailed);
+
+    // The same snapshot again, after the reload interval: not interpreted a second time.
+    m_tables[1].Pilots[1].Callsign = u"MARKED"_s;
+    m_now = m_now.addSecs(120);
+    EXPECT_EQ(Run(), DownloadOutcome::Unchanged);
+    EXPECT_EQ(m_tables[1].Pilots[1].Callsign, u"MARKED");
+    EXPECT_EQ(m_view.Statuses.last(), u"VATSIM data of 1423Z is the newest");
+}
+
+TEST_F(Download, AnUnreadableFeedKeepsThePreviousTables) {
+    m_state.Networks[1].JsonAddress = u"http://data.example/feed.json"_s;
+    m_http.Answers[u"http://data.example/feed.json"_s] = TestCapture(u"vatsim-v3.json"_s);
+    ASSERT_EQ(Run(), DownloadOutcome::Interpreted);
+    EXPECT_EQ(m_http.Requests.front(), u"http://data.example/feed.json"); // no status file asked for
+
+    const QByteArray full = TestCapture(u"vatsim-v3.json"_s);
+    m_http.Answers[u"http://data.example/feed.json"_s] = full.left(full.size() / 2);
+    m_now = m_now.addSecs(3600);
+    EXPECT_EQ(Run(), DownloadOutcome::NoClients);
+    EXPECT_EQ(m_view.Statuses.last(), u"No data to display");
+    EXPECT_TRUE(m_state.Networks[1].DownloadFailed);
+    EXPECT_EQ(m_tables[1].PilotCount, 3);
+    EXPECT_EQ(m_tables[1].Pilots[1].Callsign, u"DLH123");
+}
+
+TEST(NetworkData, LimitsCanBeRaisedForUsersWhoWantEveryClient) {
+    NetworkData data;
+    EXPECT_EQ(data.MaxPilots(), kMaxPilots);
+    data.SetLimits(3000, 1500);
+    EXPECT_EQ(data.MaxPilots(), 3000);
+    EXPECT_EQ(data.MaxControllers(), 1500);
+    QStringList lines = {u"CONNECTED CLIENTS = 3000"_s, u""_s, u""_s, u""_s};
+    for (int i = 0; i < 2500; ++i)
+        lines.append(testing::PilotLine(1, {{0, u"P%1"_s.arg(i)}}));
+    ReferenceData reference;
+    InterpretWhazzup(1, lines.join(u"\n"), reference, data, QDateTime());
+    EXPECT_EQ(data.PilotCount, 2500);
 }
 
 } // namespace

@@ -1,0 +1,157 @@
+#include "network/json_feeds.h"
+
+#include <gtest/gtest.h>
+
+#include "common/file_io.h"
+#include "network/whazzup.h"
+#include "qt_printers.h"
+#include "refdata/reference_data.h"
+
+using namespace Qt::StringLiterals;
+
+namespace sky::network {
+namespace {
+
+QByteArray Capture(const QString& name) {
+    return ReadWholeFile(QStringLiteral(SKYLANTRA_SOURCE_DIR) + u"/tests/data/"_s + name)
+        .value_or(QByteArray());
+}
+
+class JsonFeeds : public ::testing::Test {
+protected:
+    void SetUp() override {
+        m_reference.AddAirports(
+            u"EDDF:Frankfurt:Frankfurt:DE:50.0333:8.5706\nLFPG:Roissy:Paris:FR:49.0097:2.5479\n");
+    }
+    InterpretResult Read(int network, const TranslatedFeed& feed) {
+        return InterpretWhazzup(network, feed.Text, m_reference, m_data, QDateTime());
+    }
+    ReferenceData m_reference;
+    NetworkData m_data;
+};
+
+TEST(DetectFeed, TellsTextFromEachNetworksJson) {
+    EXPECT_EQ(DetectFeed("!GENERAL\r\nVERSION = 8\r\n"), FeedKind::Text);
+    EXPECT_EQ(DetectFeed(Capture(u"vatsim-v3.json"_s)), FeedKind::VatsimV3);
+    EXPECT_EQ(DetectFeed(Capture(u"ivao-v2.json"_s)), FeedKind::IvaoV2);
+    EXPECT_EQ(DetectFeed("  {\"something\": 1}"), FeedKind::UnknownJson);
+    EXPECT_EQ(DetectFeed(Capture(u"vatsim-v3.json"_s).left(500)), FeedKind::UnknownJson); // cut short
+}
+
+TEST(StampFromIso, ReadsTheFeedsTimesInUtc) {
+    EXPECT_EQ(StampFromIso(u"2026-11-21T14:23:05.4821343Z"_s), u"20261121142305");
+    EXPECT_EQ(StampFromIso(u"2026-11-21T14:23:05Z"_s), u"20261121142305");
+    EXPECT_EQ(StampFromIso(u"2026-11-21T16:23:05+02:00"_s), u"20261121142305");
+    EXPECT_EQ(StampFromIso(u"yesterday"_s), u"");
+}
+
+TEST_F(JsonFeeds, AVatsimCaptureReadsLikeItsTextFile) {
+    const auto transceivers = ParseVatsimTransceivers(Capture(u"vatsim-transceivers.json"_s));
+    EXPECT_EQ(transceivers.size(), 2);
+    const TranslatedFeed feed = TranslateVatsimV3(Capture(u"vatsim-v3.json"_s), transceivers);
+    ASSERT_TRUE(feed.Ok);
+    EXPECT_EQ(feed.UpdateStamp, u"20261121142305");
+    EXPECT_TRUE(Read(1, feed).HasClients);
+    EXPECT_EQ(m_data.PilotCount, 3);
+    EXPECT_EQ(m_data.ControllerCount, 4);
+    EXPECT_EQ(m_data.ObserverCount, 2);
+    EXPECT_EQ(m_data.ConnectedClients, 6); // 7 connections less the ATIS
+    EXPECT_EQ(m_data.ReloadMinutes, 1);
+
+    const PilotRecord& dlh = m_data.Pilots[1];
+    EXPECT_EQ(dlh.RealName, u"Jane Roe");
+    EXPECT_EQ(dlh.HomeBase, u"EDDF");
+    EXPECT_EQ(dlh.AircraftType, u"A320/L");
+    EXPECT_EQ(dlh.AircraftCode, u"A320");
+    EXPECT_EQ(dlh.DepTime, u"1315");
+    EXPECT_EQ(dlh.EnrouteTime, u"0125");
+    EXPECT_EQ(dlh.PlannedAltitude, u"35000");
+    EXPECT_EQ(dlh.Heading, 271);
+    EXPECT_EQ(dlh.Rating, 3);
+    EXPECT_EQ(dlh.TimeConnected, u"20261121121800");
+    EXPECT_EQ(dlh.Route, u"ANEKI Y7 NIK");
+
+    const PilotRecord& strings = m_data.Pilots[2]; // numbers sent as strings, no flight plan
+    EXPECT_EQ(strings.Latitude, 40.6f);
+    EXPECT_EQ(strings.GroundSpeed, 110.0f);
+    EXPECT_TRUE(strings.DestAirport.isEmpty());
+
+    const PilotRecord& colon = m_data.Pilots[3]; // a ":" cannot shift the fields after it
+    EXPECT_EQ(colon.Route, u"DCT 50N020W 51N030W DCT");
+    EXPECT_EQ(colon.RealName, u"Colon  Person");
+    EXPECT_EQ(colon.Remarks, u"/V/");
+
+    const ControllerRecord& tower = m_data.Controllers[1];
+    EXPECT_EQ(tower.AtisMessage, u"Frankfurt Tower^§Information B");
+    EXPECT_FLOAT_EQ(tower.Latitude, 50.03f); // the centre of its transceivers
+    EXPECT_EQ(tower.Station, u"EDDF");
+    EXPECT_EQ(m_data.Controllers[2].AdminRating, 11); // the supervisor
+    EXPECT_EQ(m_data.Controllers[4].FacilityType, kFacilityAtis);
+}
+
+TEST_F(JsonFeeds, AnIvaoCaptureReadsLikeItsTextFile) {
+    const TranslatedFeed feed = TranslateIvaoV2(Capture(u"ivao-v2.json"_s));
+    ASSERT_TRUE(feed.Ok);
+    EXPECT_EQ(feed.UpdateStamp, u"20261121142305");
+    EXPECT_TRUE(Read(0, feed).HasClients);
+    EXPECT_EQ(m_data.PilotCount, 2);
+    EXPECT_EQ(m_data.ControllerCount, 2);
+    EXPECT_EQ(m_data.ObserverCount, 1);
+    EXPECT_EQ(m_data.ConnectedClients, 4); // 5 less the follow-me car
+
+    const PilotRecord& afr = m_data.Pilots[1];
+    EXPECT_EQ(afr.VID, u"512345");
+    EXPECT_EQ(afr.DepTime, u"1315");
+    EXPECT_EQ(afr.EnrouteTime, u"0130");
+    EXPECT_EQ(afr.POB, 174);
+    EXPECT_EQ(afr.FlightType, u"S");
+    EXPECT_EQ(afr.Rating, 5);
+    EXPECT_EQ(afr.Heading, 95);
+    EXPECT_EQ(afr.Altitude, 36000.0f);
+    EXPECT_EQ(afr.Software, u"altitude/win 1.10.2b");
+    EXPECT_EQ(afr.PlannedAltitude, u"F360");
+    EXPECT_EQ(afr.CruiseSpeed, u"N0450");
+
+    const PilotRecord& nan = m_data.Pilots[2]; // NaN and null values read as 0
+    EXPECT_EQ(nan.Latitude, 0.0f);
+    EXPECT_EQ(nan.Longitude, 2.5f);
+    EXPECT_EQ(nan.Altitude, 0.0f);
+
+    const ControllerRecord& tower = m_data.Controllers[1];
+    EXPECT_EQ(tower.Frequency, u"119.25");
+    EXPECT_EQ(tower.AtisMessage, u"aurora.ivao.aero/LFPG_TWR^§Charles de Gaulle Tower^§Information K");
+    EXPECT_EQ(tower.DisplayLatitude, 49.0097f);
+}
+
+TEST_F(JsonFeeds, DocumentsThatAreNotFeedsAreRefused) {
+    const QByteArray vatsim = Capture(u"vatsim-v3.json"_s);
+    EXPECT_FALSE(TranslateVatsimV3(vatsim.left(vatsim.size() / 2)).Ok);
+    EXPECT_FALSE(TranslateVatsimV3("[1, 2, 3]").Ok);
+    EXPECT_FALSE(TranslateVatsimV3("{\"general\": 5}").Ok);
+    EXPECT_FALSE(TranslateIvaoV2("{\"updatedAt\": \"2026-11-21T14:23:05Z\"}").Ok);
+    EXPECT_FALSE(TranslateIvaoV2(QByteArray(1000, '\x01')).Ok);
+    EXPECT_TRUE(ParseVatsimTransceivers("{\"not\": \"a list\"}").isEmpty());
+
+    // Missing sections give a feed without clients: the network has no data to display.
+    const TranslatedFeed empty = TranslateVatsimV3("{\"general\": {\"update\": \"20261121142305\"}}");
+    ASSERT_TRUE(empty.Ok);
+    EXPECT_FALSE(Read(1, empty).HasClients);
+}
+
+TEST_F(JsonFeeds, DuplicatedCallsignsAndWrongTypesAreReadAsTheyCome) {
+    const QByteArray json =
+        R"({"general": {"update": 20261121142305, "reload": "2", "connected_clients": "2"},
+        "pilots": [{"callsign": "DUP", "cid": 1, "latitude": "x", "flight_plan": "not an object"},
+                   {"callsign": "DUP", "cid": 2, "latitude": 1e308, "longitude": true}],
+        "controllers": "none", "atis": null})";
+    const TranslatedFeed feed = TranslateVatsimV3(json);
+    ASSERT_TRUE(feed.Ok);
+    EXPECT_EQ(feed.ReloadMinutes, 2);
+    Read(1, feed);
+    EXPECT_EQ(m_data.PilotCount, 2);
+    EXPECT_EQ(m_data.Pilots[1].Latitude, 0.0f);
+    EXPECT_EQ(m_data.Pilots[2].VID, u"2");
+}
+
+} // namespace
+} // namespace sky::network
