@@ -38,7 +38,6 @@ class NoHost : public sky::view::MapHost {
 public:
     void Redraw() override {}
     void ShowCompanion() override {}
-    void OpenListPanel() override {}
     void ShowNetworkMessage(const QString&) override {}
     void EnableAutoDownload(bool) override {}
     void OpenUrl(const QString&) override {}

@@ -88,6 +88,9 @@ int main(int argc, char* argv[]) {
     const QCommandLineOption snapshotOption(
         u"snapshot"_s, u"Render one frame after start-up and any download, save it as FILE.png and exit."_s,
         u"FILE"_s);
+    const QCommandLineOption keysOption(
+        u"keys"_s, u"Once the map is ready, press these keys and clicks, e.g. \"V;L;click 400 300\"."_s,
+        u"SEQUENCE"_s);
     const QCommandLineOption consoleOption(
         u"console"_s,
         u"The Companion in this terminal: commands from standard input, answers on standard output."_s);
@@ -95,7 +98,7 @@ int main(int argc, char* argv[]) {
     const QCommandLineOption helpOption(QStringList{u"h"_s, u"help"_s}, u"Show this help and exit."_s);
     const QCommandLineOption versionOption(u"version"_s, u"Show the version and exit."_s);
     parser.addOptions({homeOption, demoOption, ivaoStatusOption, vatsimStatusOption, downloadOption,
-                       snapshotOption, viewOption, consoleOption, helpOption, versionOption});
+                       snapshotOption, viewOption, keysOption, consoleOption, helpOption, versionOption});
     // Help and version need no display, so they are answered before any window system is touched.
     if (!parser.parse(Arguments(argc, argv))) {
         Print(stderr, parser.errorText() + u"\nTry skylantra --help."_s);
@@ -176,6 +179,7 @@ int main(int argc, char* argv[]) {
         sky::network::ChooseJsonAddress(1, parser.isSet(vatsimStatusOption), demo, settings.VATSIMJsonURL)};
     options.DownloadNetworks = download;
     options.SnapshotPath = parser.value(snapshotOption);
+    options.Input = parser.value(keysOption);
     options.View = view;
 
     sky::ui::MapWindow window(std::move(options));

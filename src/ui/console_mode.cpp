@@ -25,7 +25,6 @@ class TerminalHost final : public view::MapHost {
 public:
     void Redraw() override {}
     void ShowCompanion() override {}
-    void OpenListPanel() override {}
     void ShowNetworkMessage(const QString& text) override {
         Write(stderr, u"Important Network Message: "_s + text + u'\n');
     }

@@ -25,6 +25,10 @@ int ClassicKeyCode(int qtKey) {
         return keys::kEscape;
     case Qt::Key_Space:
         return keys::kSpace;
+    case Qt::Key_PageUp:
+        return keys::kPageUp;
+    case Qt::Key_PageDown:
+        return keys::kPageDown;
     case Qt::Key_Return:
     case Qt::Key_Enter:
         return keys::kEnter;

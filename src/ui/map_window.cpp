@@ -11,6 +11,7 @@
 #include <QUrl>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QKeySequence>
 #include <QMenu>
 #include <QOpenGLContext>
 #include <QMessageBox>
@@ -135,8 +136,32 @@ void MapWindow::StartUp() {
         m_session->BtnDownload(1);
     else if (which == u"both")
         m_session->BtnDownload(2);
+    ApplyInput(m_options.Input);
     if (!m_options.SnapshotPath.isEmpty())
         SaveSnapshotAndExit();
+}
+
+void MapWindow::ApplyInput(const QString& sequence) {
+    for (const QString& step : sequence.split(u';', Qt::SkipEmptyParts)) {
+        const QStringList words = step.trimmed().split(u' ', Qt::SkipEmptyParts);
+        if (words.isEmpty())
+            continue;
+        makeCurrent();
+        if (words[0] == u"click" && words.size() == 3) {
+            m_session->Click(words[1].toInt(), words[2].toInt());
+            continue;
+        }
+        // A key by its name as Qt knows it, with "shift+", "ctrl+" or "alt+" before it.
+        const QKeySequence key = QKeySequence::fromString(words[0]);
+        if (key.isEmpty())
+            continue;
+        const int code = ClassicKeyCode(key[0].key());
+        const int modifiers = ClassicModifiers(key[0].keyboardModifiers());
+        if (code == 0)
+            continue;
+        m_session->KeyDown(code, modifiers);
+        m_session->KeyUp(code, modifiers);
+    }
 }
 
 void MapWindow::SaveSnapshotAndExit() {
@@ -183,8 +208,6 @@ void MapWindow::OpenUrl(const QString& address) {
     if (url.scheme() == u"http" || url.scheme() == u"https")
         QDesktopServices::openUrl(url);
 }
-
-void MapWindow::OpenListPanel() {}
 
 void MapWindow::ShowNetworkMessage(const QString& text) {
     if (!m_options.SnapshotPath.isEmpty()) {

@@ -28,6 +28,7 @@ struct MapOptions {
     QString DownloadNetworks;             // "", "ivao", "vatsim" or "both": downloaded once "Ready" shows
     QString SnapshotPath;                 // render one frame after start-up and downloads, save it, exit
     std::optional<geo::ViewState> View;   // instead of stored view 1
+    QString Input; // keys and clicks to apply once ready, e.g. "L;Right;click 400 300;shift+1"
 };
 
 // The map window frmMap: a frameless window with its own title strip, drawing the globe with OpenGL.
@@ -42,7 +43,6 @@ public:
     // MapHost
     void Redraw() override;
     void ShowCompanion() override;
-    void OpenListPanel() override;
     void ShowNetworkMessage(const QString& text) override;
     void EnableAutoDownload(bool enabled) override;
     void OpenUrl(const QString& address) override;
@@ -67,6 +67,7 @@ private:
     void ToggleMaximised();
     void RunKey(int keyCode, int modifiers);
     void SaveSnapshotAndExit();
+    void ApplyInput(const QString& sequence);
     void PlaceFromSettings();
 
     MapOptions m_options;

@@ -148,6 +148,52 @@ TEST_F(Gui, KeysChangeTheMapAndClosingSavesTheView) {
     EXPECT_EQ(ini.Value(u"Zoom", u"Z1", u""_s), u"149");
 }
 
+TEST_F(Gui, PanelsShowOverTheMap) {
+    const QImage map = Snapshot({u"--demo"_s, u"--download"_s, u"vatsim"_s});
+    const QImage list =
+        Snapshot({u"--demo"_s, u"--download"_s, u"vatsim"_s, u"--keys"_s, u"L;Right;click 60 75"_s});
+    ASSERT_FALSE(map.isNull());
+    ASSERT_FALSE(list.isNull());
+    // The list panel darkens the left of the window, the info box the right.
+    const QRect listArea(20, 60, 480, 450), boxArea(500, 70, 280, 300);
+    const auto dark = [](const QImage& image, const QRect& area) {
+        int count = 0;
+        for (int y = area.top(); y <= area.bottom(); ++y)
+            for (int x = area.left(); x <= area.right(); ++x)
+                count += qGray(image.pixel(x, y)) < 12 ? 1 : 0;
+        return count;
+    };
+    EXPECT_GT(dark(list, listArea), dark(map, listArea) + 20000);
+    EXPECT_GT(dark(list, boxArea), dark(map, boxArea) + 10000);
+}
+
+TEST_F(Gui, AFriendAddedFromTheInfoBoxIsSavedOnClosing) {
+    QProcess program;
+    program.setProcessChannelMode(QProcess::ForwardedChannels);
+    // The list, its second page, the first row's box, Add friend, close the box, only friends.
+    // (IVAO: the VATSIM demo's broadcast message would wait in a box for someone to close it.)
+    program.start(kBuild + u"/skylantra"_s,
+                  {u"--home"_s, m_home.path(), u"--demo"_s, u"--download"_s, u"ivao"_s, u"--keys"_s,
+                   u"L;Right;click 60 75;click 740 385;Escape;F2"_s});
+    ASSERT_TRUE(program.waitForStarted(10000));
+    QString window;
+    QElapsedTimer waited;
+    waited.start();
+    while (window.isEmpty() && waited.elapsed() < 20000) {
+        QThread::msleep(200);
+        window = Xdotool({u"search"_s, u"--name"_s, u"^Skylantra$"_s}).section(u'\n', 0, 0);
+    }
+    ASSERT_FALSE(window.isEmpty());
+    QThread::msleep(2500);
+    Xdotool({u"mousemove"_s, u"--window"_s, window, u"795"_s, u"8"_s, u"click"_s, u"1"_s});
+    ASSERT_TRUE(program.waitForFinished(20000));
+    QFile friends(m_home.filePath(u"data/friends.dat"_s));
+    ASSERT_TRUE(friends.open(QIODevice::ReadOnly));
+    const QList<QByteArray> entries = friends.readAll().split('\n');
+    EXPECT_EQ(entries.size(), 2); // one member number and the final line end
+    EXPECT_GE(entries.value(0).toInt(), 200000);
+}
+
 TEST_F(Gui, TheCompanionAnswersAndRecallsItsLastCommand) {
     QProcess program;
     program.setProcessChannelMode(QProcess::ForwardedChannels);

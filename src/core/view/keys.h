@@ -7,6 +7,8 @@ namespace sky::view::keys {
 inline constexpr int kEnter = 13;
 inline constexpr int kEscape = 27;
 inline constexpr int kSpace = 32;
+inline constexpr int kPageUp = 33;
+inline constexpr int kPageDown = 34;
 inline constexpr int kLeft = 37;
 inline constexpr int kUp = 38;
 inline constexpr int kRight = 39;

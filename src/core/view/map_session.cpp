@@ -10,9 +10,11 @@
 #include "render/geography.h"
 #include "render/gl_api.h"
 #include "render/list_numbers.h"
+#include "render/panel_drawing.h"
 #include "render/text.h"
 #include "render/traffic_scene.h"
 #include "view/download_timers.h"
+#include "view/keys.h"
 
 using namespace Qt::StringLiterals;
 
@@ -185,6 +187,9 @@ void MapSession::KeyDown(int keyCode, int modifiers) {
 }
 
 void MapSession::KeyUp(int keyCode, int modifiers) {
+    // With the list or the board open, the arrows and page keys turn its pages.
+    if (m_display.PanelMode != 0 && m_display.PanelMode != 8 && PanelKey(keyCode))
+        return;
     KeyContext context = Keys();
     view::KeyUp(context, keyCode, modifiers);
 }
@@ -215,6 +220,8 @@ void MapSession::DownloadTimerTick() {
 }
 
 void MapSession::Click(double x, double y) {
+    if (m_display.PanelMode != 0 && m_display.PanelMode != 8 && PanelClick(int(x), int(y)))
+        return;
     if (!geo::ScreenToLatLon(x, y, m_width, m_height, m_view)) {
         ClearSelection();
         return;
@@ -253,11 +260,18 @@ void MapSession::Click(double x, double y) {
         }
     }
     if (!found) {
+        // Beside every client, an airport in use opens its traffic board.
+        const QString airport = AirportAt(x, y);
+        if (!airport.isEmpty()) {
+            OpenBoard(airport);
+            return;
+        }
         ClearSelection();
         return;
     }
     m_selection = found;
     RecordHighlight();
+    OpenInfoBox({found->Network, found->IsPilot, found->Slot});
     const network::NetworkData& data = (*m_tables)[found->Network];
     if (found->IsPilot) {
         const auto& p = data.Pilots[found->Slot];
@@ -300,11 +314,44 @@ void MapSession::RecordHighlight() {
 }
 
 void MapSession::ClearSelection() {
-    if (!m_selection)
+    SyncPanels();
+    const bool boxOpen = m_panels.InfoClient.has_value();
+    if (!m_selection && !boxOpen)
         return;
     m_selection.reset();
     m_gl.DeleteList(lists::kHighlight);
+    if (boxOpen) {
+        m_panels.InfoClient.reset();
+        m_display.PanelMode = PanelModeOf(m_panels);
+    }
     Redraw();
+}
+
+QString MapSession::AirportAt(double x, double y) const {
+    const int shown = m_display.ShownNetwork == 1 ? 1 : 0;
+    if (!m_settings.ShowAirports || m_display.ShownNetwork == 2)
+        return {};
+    const network::NetworkData& data = (*m_tables)[shown];
+    double best = 8.0 * 8.0;
+    QString found;
+    const auto consider = [&](const QString& code, float lat, float lon) {
+        if (code.isEmpty() || (lat == 0.0f && lon == 0.0f))
+            return;
+        const auto point = geo::LatLonToScreen(lat, lon, m_width, m_height, m_view);
+        if (!point)
+            return;
+        const double d = (point->X - x) * (point->X - x) + (point->Y - y) * (point->Y - y);
+        if (d <= best) {
+            best = d;
+            found = code;
+        }
+    };
+    for (int slot = 1; slot <= data.PilotCount; ++slot) {
+        const auto& p = data.Pilots[size_t(slot)];
+        consider(p.DepAirport, p.DepLatitude, p.DepLongitude);
+        consider(p.DestAirport, p.DestLatitude, p.DestLongitude);
+    }
+    return found;
 }
 
 void MapSession::Drag(double fromX, double fromY, double toX, double toY) {
@@ -377,7 +424,182 @@ void MapSession::ShowCompanion() {
 }
 
 void MapSession::OpenListPanel() {
-    m_host.OpenListPanel();
+    SyncPanels();
+    m_panels.ListOpen = true;
+    m_panels.BoardOpen = false;
+    m_panels.Page = ListPage::Pilots;
+    m_panels.PageIndex = 0;
+    ShowPanels();
+}
+
+void MapSession::SyncPanels() {
+    // Escape, a resize, a download or centring close the panels by setting the mode to 0.
+    if (m_display.PanelMode == 0 || m_display.PanelMode == 8) {
+        m_panels.InfoClient.reset();
+        m_panels.ListOpen = false;
+        m_panels.BoardOpen = false;
+    }
+}
+
+void MapSession::ShowPanels() {
+    RebuildPanels();
+    m_display.PanelMode = PanelModeOf(m_panels);
+    Redraw();
+}
+
+void MapSession::OpenInfoBox(const ClientRef& client) {
+    SyncPanels();
+    m_panels.InfoClient = client;
+    ShowPanels();
+}
+
+void MapSession::OpenBoard(const QString& airport) {
+    SyncPanels();
+    m_panels.BoardOpen = true;
+    m_panels.ListOpen = false;
+    m_panels.InfoClient.reset();
+    m_panels.BoardAirport = airport;
+    m_panels.PageIndex = 0;
+    ShowPanels();
+}
+
+TableContent MapSession::PanelTable(int rowsPerPage, int pageIndex) const {
+    const int shown = m_display.ShownNetwork == 1 ? 1 : 0;
+    if (m_panels.ListOpen)
+        return ListPageContent(shown, (*m_tables)[shown], m_panels.Page, pageIndex, rowsPerPage, m_friends);
+    return AirportBoardContent(shown, (*m_tables)[shown], m_panels.BoardAirport, m_reference, pageIndex,
+                               rowsPerPage);
+}
+
+void MapSession::RebuildPanels() {
+    const PanelLayout layout = LayoutPanels(m_width, m_height);
+    if (m_panels.ListOpen || m_panels.BoardOpen)
+        render::BuildTablePanel(m_gl, m_colours, layout, m_width, m_height,
+                                PanelTable(int(layout.Rows.size()), m_panels.PageIndex));
+    if (m_panels.InfoClient) {
+        const ClientRef& c = *m_panels.InfoClient;
+        const network::NetworkData& data = (*m_tables)[c.Network];
+        const InfoBoxContent info = c.IsPilot ? PilotInfo(c.Network, data, c.Slot, m_reference, m_friends)
+                                              : ControllerInfo(c.Network, data, c.Slot, m_friends);
+        render::BuildInfoBox(m_gl, m_colours, layout, m_width, m_height, info);
+    }
+}
+
+void MapSession::ToggleInfoClientFriend() {
+    if (!m_panels.InfoClient)
+        return;
+    const ClientRef c = *m_panels.InfoClient;
+    const network::NetworkData& data = (*m_tables)[c.Network];
+    const QString name =
+        c.IsPilot ? data.Pilots[size_t(c.Slot)].RealName : data.Controllers[size_t(c.Slot)].RealName;
+    const QString vid = c.IsPilot ? data.Pilots[size_t(c.Slot)].VID : data.Controllers[size_t(c.Slot)].VID;
+    const FriendToggle toggle = ToggleFriend(m_friends, name, vid);
+    // Only friends shown: the scene changes at once; the toggle's text stays in the status line.
+    if (m_display.FriendsOnly)
+        RebuildScene(m_display.ShownNetwork);
+    SetStatus(toggle.StatusText);
+    // The friends page and the info box show the change.
+    RebuildPanels();
+    Redraw();
+}
+
+bool MapSession::PanelClick(int x, int y) {
+    SyncPanels();
+    const PanelLayout layout = LayoutPanels(m_width, m_height);
+    const PanelHit hit = HitTestPanels(layout, m_panels, x, y);
+    if (hit.Kind == PanelHitKind::None)
+        return false;
+    const auto client = [&] {
+        const ClientRef& c = *m_panels.InfoClient;
+        return std::pair<const network::NetworkData&, ClientRef>((*m_tables)[c.Network], c);
+    };
+    switch (hit.Kind) {
+    case PanelHitKind::Centre: {
+        const auto [data, c] = client();
+        if (c.IsPilot) {
+            const auto& p = data.Pilots[size_t(c.Slot)];
+            CentreOn(p.Latitude, p.Longitude, p.Callsign);
+        } else {
+            const auto& r = data.Controllers[size_t(c.Slot)];
+            CentreOn(r.DisplayLatitude, r.DisplayLongitude, r.Callsign);
+        }
+        break;
+    }
+    case PanelHitKind::Profile: {
+        const auto [data, c] = client();
+        OpenProfile(c.Network,
+                    c.IsPilot ? data.Pilots[size_t(c.Slot)].VID : data.Controllers[size_t(c.Slot)].VID);
+        break;
+    }
+    case PanelHitKind::Friend:
+        ToggleInfoClientFriend();
+        break;
+    case PanelHitKind::InfoLine: {
+        const auto [data, c] = client();
+        if (c.IsPilot) {
+            const InfoBoxContent info = PilotInfo(c.Network, data, c.Slot, m_reference, m_friends);
+            if (hit.Index == info.DepartureLine)
+                OpenBoard(info.DepartureAirport);
+            else if (hit.Index == info.DestinationLine)
+                OpenBoard(info.DestinationAirport);
+        }
+        break;
+    }
+    case PanelHitKind::Tab:
+        m_panels.Page = ListPage(hit.Index);
+        m_panels.PageIndex = 0;
+        ShowPanels();
+        break;
+    case PanelHitKind::PreviousPage:
+        PanelKey(keys::kLeft);
+        break;
+    case PanelHitKind::NextPage:
+        PanelKey(keys::kRight);
+        break;
+    case PanelHitKind::Row: {
+        const TableContent table = PanelTable(int(layout.Rows.size()), m_panels.PageIndex);
+        if (hit.Index < int(table.RowClients.size())) {
+            const ClientRef row = table.RowClients[size_t(hit.Index)];
+            m_selection = Selection{row.Network, row.IsPilot, row.Slot};
+            RecordHighlight();
+            OpenInfoBox(row);
+        }
+        break;
+    }
+    default:
+        break;
+    }
+    return true;
+}
+
+bool MapSession::PanelKey(int keyCode) {
+    SyncPanels();
+    if (!m_panels.ListOpen && !m_panels.BoardOpen)
+        return false;
+    const int rows = int(LayoutPanels(m_width, m_height).Rows.size());
+    // Every row on one page tells how many rows there are in all.
+    const int pages = PageCount(PanelTable(1 << 20, 0).RowClients.size(), rows);
+    switch (keyCode) {
+    case keys::kLeft:
+    case keys::kPageUp:
+        m_panels.PageIndex = std::max(0, m_panels.PageIndex - 1);
+        break;
+    case keys::kRight:
+    case keys::kPageDown:
+        m_panels.PageIndex = std::min(pages - 1, m_panels.PageIndex + 1);
+        break;
+    case keys::kUp:
+    case keys::kDown:
+        if (!m_panels.ListOpen)
+            return false;
+        m_panels.Page = ListPage((int(m_panels.Page) + (keyCode == keys::kDown ? 1 : 3)) % 4);
+        m_panels.PageIndex = 0;
+        break;
+    default:
+        return false;
+    }
+    ShowPanels();
+    return true;
 }
 
 void MapSession::RebuildScene(int network) {

@@ -19,6 +19,7 @@
 #include "refdata/reference_data.h"
 #include "view/display_state.h"
 #include "view/keyboard.h"
+#include "view/panels.h"
 
 namespace sky::render {
 class GlApi;
@@ -33,7 +34,6 @@ public:
     // Draws a frame now (DrawScene), so a status text shows while work goes on.
     virtual void Redraw() = 0;
     virtual void ShowCompanion() = 0;
-    virtual void OpenListPanel() = 0;
     // The network's broadcast message, as plain text in a box.
     virtual void ShowNetworkMessage(const QString& text) = 0;
     // The automatic download timer runs while enabled.
@@ -84,6 +84,13 @@ public:
     void Wheel(int steps);
     void ClearSelection();
 
+    // The panels: a client's info box, the client list (L), an airport's traffic board.
+    void OpenInfoBox(const ClientRef& client);
+    void OpenBoard(const QString& airport);
+    // The friend button of the info box: adds or removes its client and rebuilds what shows friends.
+    void ToggleInfoClientFriend();
+    const PanelState& Panels() const { return m_panels; }
+
     void SetStatus(const QString& text); // sets the text and records the status line
 
     // The Companion: Enter in its input line with this text; true when a command was carried out.
@@ -133,6 +140,13 @@ private:
     KeyContext Keys();
     network::DownloadContext DownloadContext();
     void RecordHighlight();
+    void RebuildPanels();
+    void SyncPanels();
+    bool PanelClick(int x, int y);
+    bool PanelKey(int keyCode);
+    void ShowPanels();
+    TableContent PanelTable(int rowsPerPage, int pageIndex) const; // the open list's or board's page
+    QString AirportAt(double x, double y) const;                   // an airport in use within 8 pixels
     void RebuildPlanesIfZoomChanged();
 
     QString m_home;
@@ -155,6 +169,7 @@ private:
     std::array<int, 3> m_symbolBand = {0, 0, 0};
     std::array<bool, 3> m_detailedLabels = {false, false, false};
     companion::CompanionConsole m_companion;
+    PanelState m_panels;
 };
 
 } // namespace sky::view

@@ -14,6 +14,7 @@
 #include "render/list_numbers.h"
 #include "render/recording_gl.h"
 #include "view/keys.h"
+#include "view/panels.h"
 
 using namespace Qt::StringLiterals;
 
@@ -49,7 +50,6 @@ class FakeHost : public MapHost {
 public:
     void Redraw() override { ++Redraws; }
     void ShowCompanion() override {}
-    void OpenListPanel() override {}
     void ShowNetworkMessage(const QString& text) override { Messages.append(text); }
     void EnableAutoDownload(bool enabled) override { AutoDownload = enabled; }
     void OpenUrl(const QString& address) override { Opened.append(address); }
@@ -182,6 +182,71 @@ TEST_F(Session, ZoomingInRerecordsSymbolsAndDetailedLabels) {
     m_session->Wheel(10);
     EXPECT_FLOAT_EQ(m_session->View().ViewZ, std::min(50.0f, 1.49f * float(std::pow(1.2, 10))));
     EXPECT_GT(RecordingGl::Printed(m_gl.List(lists::kPlaneLabels + 10)).size(), before);
+}
+
+TEST_F(Session, AClickOnAnAircraftOpensItsInfoBox) {
+    StartAndDownload(0);
+    const auto& data = m_session->Tables()[0];
+    std::optional<geo::ScreenPoint> point;
+    int slot = 0;
+    for (slot = 1; slot <= data.PilotCount; ++slot) {
+        point = geo::LatLonToScreen(data.Pilots[slot].Latitude, data.Pilots[slot].Longitude, 800, 600,
+                                    m_session->View());
+        if (point && point->X > 300 && point->X < 480 && point->Y > 100 && point->Y < 500)
+            break;
+    }
+    ASSERT_LE(slot, data.PilotCount);
+    m_session->Click(point->X, point->Y);
+    ASSERT_EQ(m_session->Display().PanelMode, 1);
+    const auto title = RecordingGl::Printed(m_gl.List(lists::kInfoBox));
+    const std::string text(title.begin(), title.end());
+    const QString callsign = data.Pilots[m_session->Panels().InfoClient->Slot].Callsign;
+    EXPECT_EQ(text.rfind(callsign.toStdString(), 0), 0u) << text;
+    m_session->KeyUp(keys::kEscape, 0);
+    EXPECT_EQ(m_session->Display().PanelMode, 0);
+}
+
+TEST_F(Session, TheListPagesAndARowOpensThatClient) {
+    StartAndDownload(0);
+    m_session->KeyUp(keys::Letter('L'), 0);
+    EXPECT_EQ(m_session->Display().PanelMode, 3);
+    const auto before = RecordingGl::Printed(m_gl.List(lists::kListPanel));
+    m_session->KeyUp(keys::kRight, 0);
+    EXPECT_EQ(m_session->Panels().PageIndex, 1);
+    EXPECT_NE(RecordingGl::Printed(m_gl.List(lists::kListPanel)), before);
+    const PanelLayout layout = LayoutPanels(800, 600);
+    m_session->Click(layout.NextPage.X + 5, layout.NextPage.Y + 5);
+    EXPECT_EQ(m_session->Panels().PageIndex, 2);
+    m_session->KeyDown(keys::kLeft, 0); // no camera keys while a panel is open
+    EXPECT_FLOAT_EQ(m_session->View().ViewX, 13.34f);
+    m_session->Click(layout.Rows[0].X + 5, layout.Rows[0].Y + 5);
+    EXPECT_EQ(m_session->Display().PanelMode, 4);
+    const ClientRef client = *m_session->Panels().InfoClient;
+    EXPECT_EQ(client.Slot, 2 * int(layout.Rows.size()) + 1); // the first pilot of the third page
+    m_session->Resize(1024, 768);
+    EXPECT_EQ(m_session->Display().PanelMode, 0);
+}
+
+TEST_F(Session, TheFriendButtonRebuildsWhatShowsFriends) {
+    StartAndDownload(0);
+    m_session->OpenInfoBox({0, true, 5});
+    const auto& pilot = m_session->Tables()[0].Pilots[5];
+    m_session->ToggleInfoClientFriend();
+    EXPECT_EQ(m_session->Display().StatusText,
+              pilot.RealName + u" ("_s + pilot.VID + u") added to friends list"_s);
+    EXPECT_TRUE(m_session->FriendList().Contains(pilot.VID));
+    // Only friends shown, then the friend removed: the scene is rebuilt at once, without that pilot.
+    m_session->KeyUp(keys::F(2), 0);
+    EXPECT_FALSE(m_session->Display().FriendsOnly); // no key acts while a panel is open
+    m_session->KeyUp(keys::kEscape, 0);
+    m_session->KeyUp(keys::F(2), 0);
+    ASSERT_TRUE(m_session->Display().FriendsOnly);
+    EXPECT_EQ(RecordingGl::Printed(m_gl.List(lists::kPlaneLabels + 10)).size(),
+              size_t(pilot.Callsign.size()));
+    m_session->OpenInfoBox({0, true, 5});
+    m_session->ToggleInfoClientFriend();
+    EXPECT_TRUE(RecordingGl::Printed(m_gl.List(lists::kPlaneLabels + 10)).empty());
+    EXPECT_TRUE(m_session->Display().StatusText.endsWith(u"removed from friends list"_s));
 }
 
 TEST_F(Session, KeysReachTheDownloadAndTheLayers) {

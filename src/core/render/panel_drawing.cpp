@@ -1,0 +1,157 @@
+#include "render/panel_drawing.h"
+
+#include <QString>
+
+#include "app/colour_theme.h"
+#include "render/gl_api.h"
+#include "render/list_numbers.h"
+#include "render/text.h"
+#include "view/panels.h"
+
+using namespace Qt::StringLiterals;
+
+namespace sky::render {
+namespace {
+
+using view::PixelRect;
+
+// Drawing in pixels of the client area, origin at the top left.
+struct Painter {
+    GlApi& Gl;
+    const ColourTable& Colours;
+    int Width;
+    int Height;
+
+    void Colour(int slot, float alpha) const {
+        Gl.Colour(Colours.Red[slot], Colours.Green[slot], Colours.Blue[slot], alpha);
+    }
+    void Vertex(double x, double y) const {
+        Gl.Vertex(OverlayX(x, Width), OverlayY(Height - y, Height), 0.0f);
+    }
+    void Fill(const PixelRect& r, int slot, float alpha) const {
+        Colour(slot, alpha);
+        Gl.Begin(Primitive::Quads);
+        Vertex(r.X, r.Y);
+        Vertex(r.X + r.Width, r.Y);
+        Vertex(r.X + r.Width, r.Y + r.Height);
+        Vertex(r.X, r.Y + r.Height);
+        Gl.End();
+    }
+    void Shade(const PixelRect& r) const {
+        Gl.Begin(Primitive::Quads);
+        Colour(kSlotWindowShading, 0.6f);
+        Vertex(r.X, r.Y);
+        Vertex(r.X + r.Width, r.Y);
+        Colour(kSlotWindowShading, 0.3f);
+        Vertex(r.X + r.Width, r.Y + r.Height);
+        Vertex(r.X, r.Y + r.Height);
+        Gl.End();
+    }
+    void Outline(const PixelRect& r, int slot) const {
+        Colour(slot, 1.0f);
+        Gl.Begin(Primitive::LineLoop);
+        Vertex(r.X + 0.5, r.Y + 0.5);
+        Vertex(r.X + r.Width - 0.5, r.Y + 0.5);
+        Vertex(r.X + r.Width - 0.5, r.Y + r.Height - 0.5);
+        Vertex(r.X + 0.5, r.Y + r.Height - 0.5);
+        Gl.End();
+    }
+    // Text with its baseline 11 pixels below top, as the small font sits in a 13-pixel line.
+    void Text(double x, double top, const QString& text, bool bold = false) const {
+        Gl.RasterPos(OverlayX(x, Width), OverlayY(Height - top - 11, Height), 0.0f);
+        if (bold)
+            PrintBoldText(Gl, text);
+        else
+            PrintText(Gl, text);
+    }
+    void Button(const PixelRect& r, const QString& label) const {
+        Fill(r, kSlotWindowShading, 0.35f);
+        Outline(r, kSlotScreenBorder);
+        Colour(kSlotScreenBorder, 1.0f);
+        Text(r.X + 6, r.Y + 3, label);
+    }
+};
+
+// Cut to the characters that fit in pixels of the small font.
+QString Fit(const QString& text, int pixels) {
+    return text.left(std::max(0, pixels / 6));
+}
+
+} // namespace
+
+void BuildInfoBox(GlApi& gl, const ColourTable& colours, const view::PanelLayout& layout, int width,
+                  int height, const view::InfoBoxContent& content) {
+    const Painter p{gl, colours, std::max(width, 1), std::max(height, 1)};
+    const PixelRect& box = layout.InfoBox;
+    gl.DeleteList(lists::kInfoBox);
+    gl.NewList(lists::kInfoBox);
+    gl.Enable(Capability::Blend);
+    gl.BlendFunc(BlendFactor::SrcAlpha, BlendFactor::OneMinusSrcAlpha);
+    p.Fill(box, kSlotWindowBackground, 0.85f);
+    p.Shade({box.X, box.Y, box.Width, 20});
+    p.Outline(box, kSlotScreenBorder);
+    p.Colour(content.NetworkSlot == 1 ? kSlotVATSIM : kSlotIVAO, 1.0f);
+    p.Text(box.X + 8, box.Y + 3, content.Title, true);
+    p.Colour(kSlotScreenBorder, 1.0f);
+    const int lastTop = layout.CentreButton.Y - view::PanelLayout::kLineHeight;
+    for (qsizetype i = 0; i < content.Lines.size(); ++i) {
+        const int top = box.Y + 24 + int(i) * view::PanelLayout::kLineHeight;
+        if (top > lastTop)
+            break;
+        // The airports of a flight are links to their traffic board.
+        const bool link = i == content.DepartureLine || i == content.DestinationLine;
+        p.Colour(link ? kSlotHighlight : kSlotScreenBorder, 1.0f);
+        p.Text(box.X + 8, top, Fit(content.Lines[i], box.Width - 16));
+    }
+    p.Button(layout.CentreButton, u"Center"_s);
+    p.Button(layout.ProfileButton, u"Profile"_s);
+    p.Button(layout.FriendButton, content.IsFriend ? u"Unfriend"_s : u"Add friend"_s);
+    gl.EndList();
+}
+
+void BuildTablePanel(GlApi& gl, const ColourTable& colours, const view::PanelLayout& layout, int width,
+                     int height, const view::TableContent& content) {
+    const Painter p{gl, colours, std::max(width, 1), std::max(height, 1)};
+    const PixelRect& panel = layout.ListPanel;
+    gl.DeleteList(lists::kListPanel);
+    gl.NewList(lists::kListPanel);
+    gl.Enable(Capability::Blend);
+    gl.BlendFunc(BlendFactor::SrcAlpha, BlendFactor::OneMinusSrcAlpha);
+    p.Fill(panel, kSlotWindowBackground, 0.85f);
+    p.Outline(panel, kSlotScreenBorder);
+    if (content.Tabs.isEmpty()) {
+        p.Shade({panel.X, panel.Y, panel.Width, 22});
+        p.Colour(kSlotScreenBorder, 1.0f);
+        p.Text(panel.X + 8, panel.Y + 5, Fit(content.Title, panel.Width - 16), true);
+    } else {
+        for (qsizetype tab = 0; tab < content.Tabs.size() && tab < qsizetype(layout.Tabs.size()); ++tab) {
+            const PixelRect& r = layout.Tabs[size_t(tab)];
+            if (tab == content.ActiveTab)
+                p.Fill(r, kSlotWindowShading, 0.6f);
+            p.Outline(r, kSlotScreenBorder);
+            p.Colour(kSlotScreenBorder, 1.0f);
+            p.Text(r.X + 5, r.Y + 2, Fit(content.Tabs[tab], r.Width - 8));
+        }
+    }
+    const int columns[] = {0, 86, 250, 360};
+    for (size_t row = 0; row < content.Rows.size() && row < layout.Rows.size(); ++row) {
+        const PixelRect& r = layout.Rows[row];
+        p.Colour(row < content.RowClients.size() && content.RowClients[row].Network == 1 ? kSlotVATSIM
+                                                                                         : kSlotIVAO,
+                 1.0f);
+        const QStringList& cells = content.Rows[row];
+        for (qsizetype cell = 0; cell < cells.size() && cell < 4; ++cell) {
+            const int next = cell + 1 < 4 ? columns[cell + 1] : r.Width;
+            if (cell == 1)
+                p.Colour(kSlotScreenBorder, 1.0f);
+            p.Text(r.X + 4 + columns[cell], r.Y, Fit(cells[cell], next - columns[cell] - 6));
+        }
+    }
+    p.Button(layout.PreviousPage, u"< prev"_s);
+    p.Button(layout.NextPage, u"next >"_s);
+    p.Colour(kSlotScreenBorder, 1.0f);
+    p.Text(panel.X + panel.Width / 2 - 30, layout.PreviousPage.Y + 3, content.PageText);
+    gl.EndList();
+}
+
+} // namespace sky::render

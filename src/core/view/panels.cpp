@@ -1,0 +1,328 @@
+#include "view/panels.h"
+
+#include <cmath>
+
+#include "app/friends.h"
+#include "common/numbers.h"
+#include "geo/geodesy.h"
+#include "geo/text_format.h"
+#include "network/classification.h"
+#include "refdata/reference_data.h"
+
+using namespace Qt::StringLiterals;
+
+namespace sky::view {
+namespace {
+
+using network::ControllerRecord;
+using network::NetworkData;
+using network::PilotRecord;
+
+constexpr int kInfoWidth = 300;
+constexpr int kWrapColumns = 44; // characters of the small font across the info box
+constexpr int kButtonHeight = 18;
+
+QString AirportText(const QString& code, const ReferenceData& reference) {
+    const Airport* airport = reference.FindAirport(code);
+    return airport ? code + u' ' + airport->Name : code;
+}
+
+QString FacilityName(int facility) {
+    switch (facility) {
+    case network::kFacilityAtis:
+        return u"ATIS"_s;
+    case network::kFacilityGround:
+        return u"Delivery / ground"_s;
+    case network::kFacilityTower:
+        return u"Tower"_s;
+    case network::kFacilityApproach:
+        return u"Approach / departure"_s;
+    case network::kFacilityCentre:
+        return u"Centre"_s;
+    case network::kFacilityFlightService:
+        return u"Flight service"_s;
+    default:
+        return u"Observer"_s;
+    }
+}
+
+QString Whole(float value) {
+    return QString::number(ToInt32(value));
+}
+
+void AddWrapped(QStringList& lines, const QString& label, const QString& text) {
+    if (text.trimmed().isEmpty())
+        return;
+    const QStringList wrapped = WrapText(label + text, kWrapColumns);
+    for (const QString& line : wrapped)
+        lines.append(line);
+}
+
+} // namespace
+
+unsigned char PanelModeOf(const PanelState& p) {
+    const bool panel = p.ListOpen || p.BoardOpen;
+    if (!p.InfoClient)
+        return panel ? (p.BoardOpen ? 5 : 3) : 0;
+    const bool pilot = p.InfoClient->IsPilot;
+    if (!panel)
+        return pilot ? 1 : 2;
+    return pilot ? 4 : 6;
+}
+
+PanelLayout LayoutPanels(int width, int height) {
+    PanelLayout l;
+    const int infoHeight = std::max(120, std::min(height - 90, 340));
+    l.InfoBox = {width - kInfoWidth - 10, 60, kInfoWidth, infoHeight};
+    const int buttonY = l.InfoBox.Y + l.InfoBox.Height - kButtonHeight - 6;
+    l.CentreButton = {l.InfoBox.X + 10, buttonY, 80, kButtonHeight};
+    l.ProfileButton = {l.InfoBox.X + 110, buttonY, 80, kButtonHeight};
+    l.FriendButton = {l.InfoBox.X + 210, buttonY, 80, kButtonHeight};
+    l.ListPanel = {10, 30, std::min(width - 20, 520), std::max(100, height - 60)};
+    for (int tab = 0; tab < 4; ++tab)
+        l.Tabs.push_back({l.ListPanel.X + 6 + tab * 110, l.ListPanel.Y + 4, 104, 16});
+    const int rowsTop = l.ListPanel.Y + 26;
+    const int rows = std::max(1, (l.ListPanel.Height - 26 - 26) / PanelLayout::kLineHeight);
+    for (int row = 0; row < rows; ++row)
+        l.Rows.push_back({l.ListPanel.X + 4, rowsTop + row * PanelLayout::kLineHeight, l.ListPanel.Width - 8,
+                          PanelLayout::kLineHeight});
+    const int pagerY = l.ListPanel.Y + l.ListPanel.Height - kButtonHeight - 4;
+    l.PreviousPage = {l.ListPanel.X + 6, pagerY, 70, kButtonHeight};
+    l.NextPage = {l.ListPanel.X + l.ListPanel.Width - 76, pagerY, 70, kButtonHeight};
+    return l;
+}
+
+PanelHit HitTestPanels(const PanelLayout& l, const PanelState& p, int x, int y) {
+    if (p.InfoClient && l.InfoBox.Contains(x, y)) {
+        if (l.CentreButton.Contains(x, y))
+            return {PanelHitKind::Centre};
+        if (l.ProfileButton.Contains(x, y))
+            return {PanelHitKind::Profile};
+        if (l.FriendButton.Contains(x, y))
+            return {PanelHitKind::Friend};
+        const int line = (y - l.InfoBox.Y - 24) / PanelLayout::kLineHeight;
+        if (y >= l.InfoBox.Y + 24)
+            return {PanelHitKind::InfoLine, line};
+        return {PanelHitKind::InfoBox};
+    }
+    if ((p.ListOpen || p.BoardOpen) && l.ListPanel.Contains(x, y)) {
+        if (p.ListOpen) {
+            for (size_t tab = 0; tab < l.Tabs.size(); ++tab) {
+                if (l.Tabs[tab].Contains(x, y))
+                    return {PanelHitKind::Tab, int(tab)};
+            }
+        }
+        if (l.PreviousPage.Contains(x, y))
+            return {PanelHitKind::PreviousPage};
+        if (l.NextPage.Contains(x, y))
+            return {PanelHitKind::NextPage};
+        for (size_t row = 0; row < l.Rows.size(); ++row) {
+            if (l.Rows[row].Contains(x, y))
+                return {PanelHitKind::Row, int(row)};
+        }
+        return {PanelHitKind::ListPanel};
+    }
+    return {};
+}
+
+QStringList WrapText(const QString& text, int width) {
+    QStringList lines;
+    QString line;
+    for (const QString& word : text.split(u' ', Qt::SkipEmptyParts)) {
+        QString piece = word;
+        while (piece.size() > width) { // a word longer than a line is cut
+            if (!line.isEmpty()) {
+                lines.append(line);
+                line.clear();
+            }
+            lines.append(piece.left(width));
+            piece = piece.mid(width);
+        }
+        if (line.isEmpty())
+            line = piece;
+        else if (line.size() + 1 + piece.size() <= width)
+            line += u' ' + piece;
+        else {
+            lines.append(line);
+            line = piece;
+        }
+    }
+    if (!line.isEmpty())
+        lines.append(line);
+    return lines;
+}
+
+QString EstimatedArrival(const PilotRecord& p, const QString& updateStamp) {
+    const auto now = geo::ParseTimeStamp(updateStamp);
+    if (!now || p.GroundSpeed < 40.0f || (p.DestLatitude == 0.0f && p.DestLongitude == 0.0f))
+        return u"-"_s;
+    const double toGoNm = geo::Distance(p.Latitude, p.Longitude, p.DestLatitude, p.DestLongitude);
+    const qint64 seconds = qint64(std::llround(toGoNm / p.GroundSpeed * 3600.0));
+    return now->addSecs(seconds).toString(u"HHmm"_s) + u'Z';
+}
+
+InfoBoxContent PilotInfo(int network, const NetworkData& data, int slot, const ReferenceData& reference,
+                         const Friends& friends) {
+    const PilotRecord& p = data.Pilots[size_t(slot)];
+    InfoBoxContent info;
+    info.NetworkSlot = network;
+    info.Title = p.Callsign;
+    info.IsFriend = friends.Contains(p.VID);
+    const QString rating = network::PilotRatingText(network, p.Rating);
+    info.Lines.append(p.RealName + (rating.isEmpty() ? QString() : u" ("_s + rating + u')') +
+                      (p.HomeBase.isEmpty() ? QString() : u", home "_s + p.HomeBase));
+    info.Lines.append(u"Member "_s + p.VID);
+    info.Lines.append(u"Aircraft "_s + (p.AircraftType.isEmpty() ? u"-"_s : p.AircraftType));
+    if (p.DestAirport.isEmpty()) {
+        info.Lines.append(u"No flight plan"_s);
+    } else {
+        info.DepartureLine = int(info.Lines.size());
+        info.DepartureAirport = p.DepAirport;
+        info.Lines.append(u"From "_s + AirportText(p.DepAirport, reference));
+        info.DestinationLine = int(info.Lines.size());
+        info.DestinationAirport = p.DestAirport;
+        info.Lines.append(u"To   "_s + AirportText(p.DestAirport, reference));
+    }
+    info.Lines.append(u"Status "_s + network::FlightStatus(p));
+    info.Lines.append(u"Altitude "_s + Whole(p.Altitude) + u" ft, speed "_s + Whole(p.GroundSpeed) +
+                      u" kts"_s);
+    info.Lines.append(u"Heading "_s + u"%1"_s.arg(int(p.Heading), 3, 10, QChar(u'0')) + u"°"_s);
+    const bool depKnown = p.DepLatitude != 0.0f || p.DepLongitude != 0.0f;
+    const bool destKnown = p.DestLatitude != 0.0f || p.DestLongitude != 0.0f;
+    if (depKnown || destKnown) {
+        const QString flown =
+            depKnown ? Whole(geo::Distance(p.DepLatitude, p.DepLongitude, p.Latitude, p.Longitude)) : u"-"_s;
+        const QString toGo =
+            destKnown ? Whole(geo::Distance(p.Latitude, p.Longitude, p.DestLatitude, p.DestLongitude))
+                      : u"-"_s;
+        info.Lines.append(u"Flown "_s + flown + u" nm, to go "_s + toGo + u" nm"_s);
+        info.Lines.append(u"ETA "_s + EstimatedArrival(p, data.UpdateStamp));
+    }
+    AddWrapped(info.Lines, u"Route "_s, p.Route);
+    AddWrapped(info.Lines, u"Remarks "_s, p.Remarks);
+    info.Lines.append(u"Online "_s + geo::OnlineTime(p.TimeConnected, data.UpdateStamp));
+    return info;
+}
+
+InfoBoxContent ControllerInfo(int network, const NetworkData& data, int slot, const Friends& friends) {
+    const ControllerRecord& c = data.Controllers[size_t(slot)];
+    InfoBoxContent info;
+    info.NetworkSlot = network;
+    info.Title = c.Callsign;
+    info.IsFriend = friends.Contains(c.VID);
+    const QString rating = network::ControllerRatingText(network, c.Rating);
+    info.Lines.append(c.RealName + (rating.isEmpty() ? QString() : u" ("_s + rating + u')'));
+    info.Lines.append(u"Member "_s + c.VID);
+    info.Lines.append(u"Facility "_s + FacilityName(c.FacilityType) +
+                      (c.Station.isEmpty() ? QString() : u", "_s + c.Station));
+    info.Lines.append(u"Frequency "_s + c.Frequency);
+    info.Lines.append(u"Visual range "_s + Whole(c.VisualRange) + u" nm"_s);
+    info.Lines.append(u"Online "_s + geo::OnlineTime(c.TimeConnected, data.UpdateStamp));
+    // The ATIS as the Companion prints it: its lines, without the voice server's.
+    for (const QString& piece : c.AtisMessage.split(u"^§"_s)) {
+        if (!piece.isEmpty() && !piece.startsWith(u'$'))
+            AddWrapped(info.Lines, QString(), piece);
+    }
+    return info;
+}
+
+std::vector<ClientRef> ListClients(int network, const NetworkData& data, ListPage page,
+                                   const Friends& friends) {
+    std::vector<ClientRef> clients;
+    for (int slot = 1; slot <= data.ControllerCount; ++slot) {
+        const ControllerRecord& c = data.Controllers[size_t(slot)];
+        const bool observer = c.FacilityType < network::kFacilityAtis;
+        if ((page == ListPage::Friends && friends.Contains(c.VID)) ||
+            (page == ListPage::Controllers && !observer) || (page == ListPage::Observers && observer))
+            clients.push_back({network, false, slot});
+    }
+    for (int slot = 1; slot <= data.PilotCount; ++slot) {
+        const PilotRecord& p = data.Pilots[size_t(slot)];
+        if (page == ListPage::Pilots || (page == ListPage::Friends && friends.Contains(p.VID)))
+            clients.push_back({network, true, slot});
+    }
+    return clients;
+}
+
+int PageCount(size_t clients, int rowsPerPage) {
+    return std::max(1, int((clients + size_t(rowsPerPage) - 1) / size_t(std::max(1, rowsPerPage))));
+}
+
+TableContent ListPageContent(int network, const NetworkData& data, ListPage page, int pageIndex,
+                             int rowsPerPage, const Friends& friends) {
+    TableContent table;
+    table.Title = network::NetworkName(network);
+    const ListPage pages[] = {ListPage::Friends, ListPage::Controllers, ListPage::Pilots,
+                              ListPage::Observers};
+    const QString names[] = {u"Friends"_s, u"ATC"_s, u"Pilots"_s, u"Observers"_s};
+    for (int i = 0; i < 4; ++i) {
+        table.Tabs.append(names[i] + u" ("_s +
+                          QString::number(ListClients(network, data, pages[i], friends).size()) + u')');
+        if (pages[i] == page)
+            table.ActiveTab = i;
+    }
+    const std::vector<ClientRef> clients = ListClients(network, data, page, friends);
+    const int pages_ = PageCount(clients.size(), rowsPerPage);
+    pageIndex = std::clamp(pageIndex, 0, pages_ - 1);
+    table.PageText = u"Page %1/%2"_s.arg(pageIndex + 1).arg(pages_);
+    const size_t first = size_t(pageIndex) * size_t(rowsPerPage);
+    for (size_t i = first; i < clients.size() && i < first + size_t(rowsPerPage); ++i) {
+        const ClientRef& ref = clients[i];
+        if (ref.IsPilot) {
+            const PilotRecord& p = data.Pilots[size_t(ref.Slot)];
+            table.Rows.push_back(
+                {p.Callsign, p.RealName,
+                 p.DestAirport.isEmpty() ? u"no flight plan"_s : p.DepAirport + u'-' + p.DestAirport,
+                 network::FlightStatus(p)});
+        } else {
+            const ControllerRecord& c = data.Controllers[size_t(ref.Slot)];
+            table.Rows.push_back(
+                {c.Callsign, c.RealName, c.Frequency, network::ControllerRatingText(network, c.Rating)});
+        }
+        table.RowClients.push_back(ref);
+    }
+    return table;
+}
+
+TableContent AirportBoardContent(int network, const NetworkData& data, const QString& airport,
+                                 const ReferenceData& reference, int pageIndex, int rowsPerPage) {
+    TableContent table;
+    table.Title = u"Traffic at "_s + AirportText(airport, reference);
+    const Airport* place = reference.FindAirport(airport);
+    std::vector<ClientRef> clients;
+    std::vector<QStringList> rows;
+    const auto within = [&](const PilotRecord& p) {
+        return place &&
+               geo::Distance(p.Latitude, p.Longitude, place->Latitude, place->Longitude) <= kBoardRadiusNm;
+    };
+    for (int slot = 1; slot <= data.PilotCount; ++slot) {
+        const PilotRecord& p = data.Pilots[size_t(slot)];
+        if (p.DepAirport == airport && within(p)) {
+            const float away = geo::Distance(p.Latitude, p.Longitude, place->Latitude, place->Longitude);
+            rows.push_back(
+                {p.Callsign, u"to "_s + p.DestAirport, network::FlightStatus(p), Whole(away) + u" nm"_s});
+            clients.push_back({network, true, slot});
+        }
+    }
+    for (int slot = 1; slot <= data.PilotCount; ++slot) {
+        const PilotRecord& p = data.Pilots[size_t(slot)];
+        if (p.DestAirport == airport && within(p)) {
+            rows.push_back({p.Callsign, u"from "_s + p.DepAirport, network::FlightStatus(p),
+                            u"ETA "_s + EstimatedArrival(p, data.UpdateStamp)});
+            clients.push_back({network, true, slot});
+        }
+    }
+    const int pages = PageCount(rows.size(), rowsPerPage);
+    pageIndex = std::clamp(pageIndex, 0, pages - 1);
+    table.PageText = u"Page %1/%2"_s.arg(pageIndex + 1).arg(pages);
+    const size_t first = size_t(pageIndex) * size_t(rowsPerPage);
+    for (size_t i = first; i < rows.size() && i < first + size_t(rowsPerPage); ++i) {
+        table.Rows.push_back(rows[i]);
+        table.RowClients.push_back(clients[i]);
+    }
+    if (rows.empty())
+        table.Rows.push_back({u"No arrivals or departures within 100 nm"_s});
+    return table;
+}
+
+} // namespace sky::view
