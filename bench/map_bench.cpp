@@ -85,6 +85,14 @@ std::unique_ptr<sky::view::MapSession> NewSession(sky::render::GlApi& gl, NoHost
     return session;
 }
 
+// A session that has started and downloaded the VATSIM demo feed.
+std::unique_ptr<sky::view::MapSession> DemoSession(sky::render::GlApi& gl, NoHost& host, DemoFiles& files) {
+    auto session = NewSession(gl, host, files);
+    session->StartUp();
+    session->BtnDownload(1);
+    return session;
+}
+
 long ResidentKb() {
     std::ifstream status("/proc/self/status");
     std::string line;
@@ -115,9 +123,7 @@ void BM_BuildTrafficSceneVatsimDemo(benchmark::State& state) {
     sky::ui::GlBackend gl;
     NoHost host;
     DemoFiles files;
-    auto session = NewSession(gl, host, files);
-    session->StartUp();
-    session->BtnDownload(1);
+    auto session = DemoSession(gl, host, files);
     for (auto _ : state) {
         session->Display().SceneBuilt[1] = false;
         session->BuildTrafficScene(1);
@@ -132,9 +138,7 @@ void BM_DrawSceneVatsimDemo(benchmark::State& state) {
     sky::ui::GlBackend gl;
     NoHost host;
     DemoFiles files;
-    auto session = NewSession(gl, host, files);
-    session->StartUp();
-    session->BtnDownload(1);
+    auto session = DemoSession(gl, host, files);
     session->Config().ShowInbounds = true;
     const sky::view::FrameInputs inputs{session->Config(), session->Display(), session->Colours(), 800, 600};
     for (auto _ : state) {
@@ -159,9 +163,7 @@ void BM_DrawOneLayer(benchmark::State& state) {
     sky::ui::GlBackend gl;
     NoHost host;
     DemoFiles files;
-    auto session = NewSession(gl, host, files);
-    session->StartUp();
-    session->BtnDownload(1);
+    auto session = DemoSession(gl, host, files);
     const int list = int(state.range(0));
     for (auto _ : state) {
         glClear(GL_COLOR_BUFFER_BIT);

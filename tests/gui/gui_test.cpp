@@ -74,6 +74,18 @@ protected:
         return QImage(path);
     }
 
+    // The first window of that name, waiting up to 20 seconds for it to appear.
+    static QString FindWindow(const QString& name) {
+        QString window;
+        QElapsedTimer waited;
+        waited.start();
+        while (window.isEmpty() && waited.elapsed() < 20000) {
+            QThread::msleep(200);
+            window = Xdotool({u"search"_s, u"--name"_s, name}).section(u'\n', 0, 0);
+        }
+        return window;
+    }
+
     static QString Xdotool(const QStringList& arguments) {
         QProcess process;
         process.start(u"xdotool"_s, arguments);
@@ -109,13 +121,7 @@ TEST_F(Gui, KeysChangeTheMapAndClosingSavesTheView) {
     program.setProcessChannelMode(QProcess::ForwardedChannels);
     program.start(kBuild + u"/skylantra"_s, {u"--home"_s, m_home.path(), u"--demo"_s});
     ASSERT_TRUE(program.waitForStarted(10000));
-    QString window;
-    QElapsedTimer waited;
-    waited.start();
-    while (window.isEmpty() && waited.elapsed() < 20000) {
-        QThread::msleep(200);
-        window = Xdotool({u"search"_s, u"--name"_s, u"^Skylantra$"_s}).section(u'\n', 0, 0);
-    }
+    const QString window = FindWindow(u"^Skylantra$"_s);
     ASSERT_FALSE(window.isEmpty()) << "the map window did not appear";
     QThread::msleep(1500); // start-up to "Ready"
     Xdotool({u"windowfocus"_s, u"--sync"_s, window});
@@ -176,13 +182,7 @@ TEST_F(Gui, AFriendAddedFromTheInfoBoxIsSavedOnClosing) {
                   {u"--home"_s, m_home.path(), u"--demo"_s, u"--download"_s, u"ivao"_s, u"--keys"_s,
                    u"L;Right;click 60 75;click 740 385;Escape;F2"_s});
     ASSERT_TRUE(program.waitForStarted(10000));
-    QString window;
-    QElapsedTimer waited;
-    waited.start();
-    while (window.isEmpty() && waited.elapsed() < 20000) {
-        QThread::msleep(200);
-        window = Xdotool({u"search"_s, u"--name"_s, u"^Skylantra$"_s}).section(u'\n', 0, 0);
-    }
+    const QString window = FindWindow(u"^Skylantra$"_s);
     ASSERT_FALSE(window.isEmpty());
     QThread::msleep(2500);
     Xdotool({u"mousemove"_s, u"--window"_s, window, u"795"_s, u"8"_s, u"click"_s, u"1"_s});
@@ -199,17 +199,7 @@ TEST_F(Gui, TheCompanionAnswersAndRecallsItsLastCommand) {
     program.setProcessChannelMode(QProcess::ForwardedChannels);
     program.start(kBuild + u"/skylantra"_s, {u"--home"_s, m_home.path(), u"--demo"_s});
     ASSERT_TRUE(program.waitForStarted(10000));
-    const auto find = [&](const QString& name) {
-        QString window;
-        QElapsedTimer waited;
-        waited.start();
-        while (window.isEmpty() && waited.elapsed() < 20000) {
-            QThread::msleep(200);
-            window = Xdotool({u"search"_s, u"--name"_s, name}).section(u'\n', 0, 0);
-        }
-        return window;
-    };
-    const QString map = find(u"^Skylantra$"_s);
+    const QString map = FindWindow(u"^Skylantra$"_s);
     ASSERT_FALSE(map.isEmpty());
     QThread::msleep(1500);
     const auto keysTo = [&](const QString& window, const QStringList& keys) {
@@ -220,7 +210,7 @@ TEST_F(Gui, TheCompanionAnswersAndRecallsItsLastCommand) {
         }
     };
     keysTo(map, {u"space"_s});
-    const QString companion = find(u"^Skylantra Companion$"_s);
+    const QString companion = FindWindow(u"^Skylantra Companion$"_s);
     ASSERT_FALSE(companion.isEmpty()) << "Space did not open the Companion";
     Xdotool({u"windowfocus"_s, u"--sync"_s, companion});
     Xdotool({u"type"_s, u"--delay"_s, u"40"_s, u"icao KJFK"_s});

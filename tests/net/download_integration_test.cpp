@@ -1,11 +1,11 @@
 #include "network/download.h"
 
-#include <zlib.h>
-
 #include <QDir>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+
+#include "testing/gzip.h"
 
 #include "local_http_server.h"
 #include "qt_http_client.h"
@@ -16,19 +16,7 @@ using namespace Qt::StringLiterals;
 namespace sky::net {
 namespace {
 
-QByteArray Gzip(const QByteArray& plain) {
-    QByteArray out(plain.size() + 1024, Qt::Uninitialized);
-    z_stream stream{};
-    deflateInit2(&stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, 16 + MAX_WBITS, 8, Z_DEFAULT_STRATEGY);
-    stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(plain.constData()));
-    stream.avail_in = uInt(plain.size());
-    stream.next_out = reinterpret_cast<Bytef*>(out.data());
-    stream.avail_out = uInt(out.size());
-    deflate(&stream, Z_FINISH);
-    out.resize(qsizetype(stream.total_out));
-    deflateEnd(&stream);
-    return out;
-}
+using sky::testing::Gzip;
 
 QByteArray Whazzup(const QByteArray& callsign) {
     QByteArray text =

@@ -194,28 +194,26 @@ void MapSession::KeyUp(int keyCode, int modifiers) {
     view::KeyUp(context, keyCode, modifiers);
 }
 
+TimerContext MapSession::Timers() {
+    return TimerContext{m_autoCountdown,
+                        m_display.ShownNetwork,
+                        *m_tables,
+                        m_downloads,
+                        Now(),
+                        [this](int n) { BtnDownload(n); },
+                        [this] {
+                            MarksChanged();
+                            Redraw();
+                        }};
+}
+
 void MapSession::AutoDownloadTimerTick() {
-    TimerContext context{m_autoCountdown,
-                         m_display.ShownNetwork,
-                         *m_tables,
-                         m_downloads,
-                         Now(),
-                         [this](int n) { BtnDownload(n); },
-                         [this] { MarksChanged(); }};
+    TimerContext context = Timers();
     view::AutoDownloadTick(context);
 }
 
 void MapSession::DownloadTimerTick() {
-    TimerContext context{m_autoCountdown,
-                         m_display.ShownNetwork,
-                         *m_tables,
-                         m_downloads,
-                         Now(),
-                         [this](int n) { BtnDownload(n); },
-                         [this] {
-                             MarksChanged();
-                             Redraw();
-                         }};
+    TimerContext context = Timers();
     view::DownloadTick(context);
 }
 

@@ -18,6 +18,7 @@
 #include "refdata/fir_outlines.h"
 #include "refdata/reference_data.h"
 #include "view/display_state.h"
+#include "view/download_timers.h"
 #include "view/keyboard.h"
 #include "view/panels.h"
 
@@ -138,6 +139,7 @@ public:
 
 private:
     KeyContext Keys();
+    TimerContext Timers();
     network::DownloadContext DownloadContext();
     void RecordHighlight();
     void RebuildPanels();

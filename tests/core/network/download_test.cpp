@@ -1,13 +1,13 @@
 #include "network/download.h"
 
-#include <zlib.h>
-
 #include <map>
 
 #include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+
+#include "testing/gzip.h"
 
 #include "common/file_io.h"
 #include "network/http_client.h"
@@ -45,19 +45,7 @@ public:
     int MarkChanges = 0;
 };
 
-QByteArray Gzip(const QByteArray& plain) {
-    QByteArray out(plain.size() + 1024, Qt::Uninitialized);
-    z_stream stream{};
-    deflateInit2(&stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, 16 + MAX_WBITS, 8, Z_DEFAULT_STRATEGY);
-    stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(plain.constData()));
-    stream.avail_in = uInt(plain.size());
-    stream.next_out = reinterpret_cast<Bytef*>(out.data());
-    stream.avail_out = uInt(out.size());
-    deflate(&stream, Z_FINISH);
-    out.resize(qsizetype(stream.total_out));
-    deflateEnd(&stream);
-    return out;
-}
+using sky::testing::Gzip;
 
 QByteArray WhazzupFile(int clients, const QString& callsign = u"DLH1"_s) {
     QStringList lines = {u"!GENERAL"_s, u"RELOAD = 2"_s, u"UPDATE = 20261121142305"_s,

@@ -1,30 +1,18 @@
 #include "network/gunzip.h"
 
-#include <zlib.h>
-
 #include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+
+#include "testing/gzip.h"
 
 using namespace Qt::StringLiterals;
 
 namespace sky::network {
 namespace {
 
-QByteArray Gzip(const QByteArray& plain) {
-    z_stream stream{};
-    deflateInit2(&stream, Z_BEST_COMPRESSION, Z_DEFLATED, 16 + MAX_WBITS, 8, Z_DEFAULT_STRATEGY);
-    QByteArray out(int(deflateBound(&stream, uLong(plain.size()))), Qt::Uninitialized);
-    stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(plain.constData()));
-    stream.avail_in = uInt(plain.size());
-    stream.next_out = reinterpret_cast<Bytef*>(out.data());
-    stream.avail_out = uInt(out.size());
-    deflate(&stream, Z_FINISH);
-    out.resize(qsizetype(stream.total_out));
-    deflateEnd(&stream);
-    return out;
-}
+using sky::testing::Gzip;
 
 TEST(GunzipBytes, UnpacksWholeFilesAndRefusesBrokenOnes) {
     QByteArray plain;
