@@ -134,6 +134,13 @@ int main(int argc, char* argv[]) {
         return RunConsoleMode(argc, argv, parser.value(homeOption), parser.isSet(demoOption),
                               {parser.value(ivaoStatusOption), parser.value(vatsimStatusOption)}, download);
 
+    // Without any display the window system library would abort; say what to do instead.
+    if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") &&
+        qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+        Print(stderr, u"Skylantra: no display to show the map on. Run it in a desktop session, under xvfb-run, "
+                      u"or use --console for the Companion in this terminal."_s);
+        return 1;
+    }
     QApplication app(argc, argv);
     QApplication::setApplicationName(u"Skylantra"_s);
     QApplication::setApplicationVersion(QStringLiteral(SKYLANTRA_VERSION));
