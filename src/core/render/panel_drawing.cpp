@@ -72,6 +72,16 @@ struct Painter {
     }
 };
 
+// Starts recording a panel's list: its translucent background and frame.
+void OpenPanel(const Painter& p, int list, const PixelRect& area) {
+    p.Gl.DeleteList(list);
+    p.Gl.NewList(list);
+    p.Gl.Enable(Capability::Blend);
+    p.Gl.BlendFunc(BlendFactor::SrcAlpha, BlendFactor::OneMinusSrcAlpha);
+    p.Fill(area, kSlotWindowBackground, 0.85f);
+    p.Outline(area, kSlotScreenBorder);
+}
+
 // Cut to the characters that fit in pixels of the small font.
 QString Fit(const QString& text, int pixels) {
     return text.left(std::max(0, pixels / 6));
@@ -83,11 +93,7 @@ void BuildInfoBox(GlApi& gl, const ColourTable& colours, const view::PanelLayout
                   int height, const view::InfoBoxContent& content) {
     const Painter p{gl, colours, std::max(width, 1), std::max(height, 1)};
     const PixelRect& box = layout.InfoBox;
-    gl.DeleteList(lists::kInfoBox);
-    gl.NewList(lists::kInfoBox);
-    gl.Enable(Capability::Blend);
-    gl.BlendFunc(BlendFactor::SrcAlpha, BlendFactor::OneMinusSrcAlpha);
-    p.Fill(box, kSlotWindowBackground, 0.85f);
+    OpenPanel(p, lists::kInfoBox, box);
     p.Shade({box.X, box.Y, box.Width, 20});
     p.Outline(box, kSlotScreenBorder);
     p.Colour(content.NetworkSlot == 1 ? kSlotVATSIM : kSlotIVAO, 1.0f);
@@ -113,12 +119,7 @@ void BuildTablePanel(GlApi& gl, const ColourTable& colours, const view::PanelLay
                      int height, const view::TableContent& content) {
     const Painter p{gl, colours, std::max(width, 1), std::max(height, 1)};
     const PixelRect& panel = layout.ListPanel;
-    gl.DeleteList(lists::kListPanel);
-    gl.NewList(lists::kListPanel);
-    gl.Enable(Capability::Blend);
-    gl.BlendFunc(BlendFactor::SrcAlpha, BlendFactor::OneMinusSrcAlpha);
-    p.Fill(panel, kSlotWindowBackground, 0.85f);
-    p.Outline(panel, kSlotScreenBorder);
+    OpenPanel(p, lists::kListPanel, panel);
     if (content.Tabs.isEmpty()) {
         p.Shade({panel.X, panel.Y, panel.Width, 22});
         p.Colour(kSlotScreenBorder, 1.0f);
