@@ -81,7 +81,7 @@ std::unique_ptr<sky::view::MapSession> NewSession(sky::render::GlApi& gl, NoHost
             QUrl::fromLocalFile(
                 kBuild + (n == 0 ? u"/data/demo/ivao/status.txt"_s : u"/data/demo/vatsim/status.txt"_s))
                 .toString();
-    session->Resize(800, 600);
+    session->Scene().Resize(800, 600);
     return session;
 }
 
@@ -89,7 +89,7 @@ std::unique_ptr<sky::view::MapSession> NewSession(sky::render::GlApi& gl, NoHost
 std::unique_ptr<sky::view::MapSession> DemoSession(sky::render::GlApi& gl, NoHost& host, DemoFiles& files) {
     auto session = NewSession(gl, host, files);
     session->StartUp();
-    session->BtnDownload(1);
+    session->Downloader().BtnDownload(1);
     return session;
 }
 
@@ -126,7 +126,7 @@ void BM_BuildTrafficSceneVatsimDemo(benchmark::State& state) {
     auto session = DemoSession(gl, host, files);
     for (auto _ : state) {
         session->Display().SceneBuilt[1] = false;
-        session->BuildTrafficScene(1);
+        session->Scene().BuildTrafficScene(1);
         glFinish();
     }
     state.counters["resident_MB"] = double(ResidentKb()) / 1024.0;

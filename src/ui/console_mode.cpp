@@ -52,11 +52,11 @@ int RunConsole(const ConsoleOptions& options) {
     session.Companion().SetSink([](const QString& text) { Write(stdout, text + u'\n'); });
     const QString& which = options.DownloadNetworks;
     if (which == u"ivao")
-        session.BtnDownload(0);
+        session.Downloader().BtnDownload(0);
     else if (which == u"vatsim")
-        session.BtnDownload(1);
+        session.Downloader().BtnDownload(1);
     else if (which == u"both")
-        session.BtnDownload(2);
+        session.Downloader().BtnDownload(2);
     std::string line;
     while (std::getline(std::cin, line))
         session.CompanionEnter(QString::fromStdString(line));

@@ -80,11 +80,11 @@ MapWindow::MapWindow(MapOptions options)
     m_downloadTimer.setInterval(1000);
     connect(&m_autoDownloadTimer, &QTimer::timeout, this, [this] {
         makeCurrent();
-        m_session->AutoDownloadTimerTick();
+        m_session->Downloader().AutoDownloadTimerTick();
     });
     connect(&m_downloadTimer, &QTimer::timeout, this, [this] {
         makeCurrent();
-        m_session->DownloadTimerTick();
+        m_session->Downloader().DownloadTimerTick();
     });
     PlaceFromSettings();
 }
@@ -120,7 +120,7 @@ void MapWindow::StartUp() {
         std::exit(1);
     }
     makeCurrent();
-    m_session->Resize(width(), height());
+    m_session->Scene().Resize(width(), height());
     const QString missing = m_session->StartUp();
     if (!missing.isEmpty()) {
         PrintError(u"Skylantra: cannot read "_s + missing + u"; the map needs it."_s);
@@ -131,11 +131,11 @@ void MapWindow::StartUp() {
     m_downloadTimer.start();
     const QString which = m_options.DownloadNetworks;
     if (which == u"ivao")
-        m_session->BtnDownload(0);
+        m_session->Downloader().BtnDownload(0);
     else if (which == u"vatsim")
-        m_session->BtnDownload(1);
+        m_session->Downloader().BtnDownload(1);
     else if (which == u"both")
-        m_session->BtnDownload(2);
+        m_session->Downloader().BtnDownload(2);
     ApplyInput(m_options.Input);
     if (!m_options.SnapshotPath.isEmpty())
         SaveSnapshotAndExit();
@@ -148,7 +148,7 @@ void MapWindow::ApplyInput(const QString& sequence) {
             continue;
         makeCurrent();
         if (words[0] == u"click" && words.size() == 3) {
-            m_session->Click(words[1].toInt(), words[2].toInt());
+            m_session->Pointer().Click(words[1].toInt(), words[2].toInt());
             continue;
         }
         // A key by its name as Qt knows it, with "shift+", "ctrl+" or "alt+" before it.
@@ -179,7 +179,7 @@ void MapWindow::SaveSnapshotAndExit() {
 void MapWindow::resizeGL(int w, int h) {
     if (!m_started)
         return;
-    m_session->Resize(w, h);
+    m_session->Scene().Resize(w, h);
 }
 
 void MapWindow::paintGL() {
@@ -294,7 +294,7 @@ void MapWindow::mouseMoveEvent(QMouseEvent* event) {
         return;
     m_dragging = true;
     makeCurrent();
-    m_session->Drag(m_lastPosition.x(), m_lastPosition.y(), p.x(), p.y());
+    m_session->Pointer().Drag(m_lastPosition.x(), m_lastPosition.y(), p.x(), p.y());
     m_lastPosition = p;
 }
 
@@ -306,7 +306,7 @@ void MapWindow::mouseReleaseEvent(QMouseEvent* event) {
         return;
     if (!m_dragging) {
         makeCurrent();
-        m_session->Click(p.x(), p.y());
+        m_session->Pointer().Click(p.x(), p.y());
     }
     m_dragging = false;
 }
@@ -324,7 +324,7 @@ void MapWindow::wheelEvent(QWheelEvent* event) {
     if (steps == 0 || !m_started)
         return;
     makeCurrent();
-    m_session->Wheel(steps);
+    m_session->Pointer().Wheel(steps);
 }
 
 void MapWindow::contextMenuEvent(QContextMenuEvent* event) {

@@ -117,4 +117,12 @@ struct NetworkData {
 
 using ClientTables = std::array<NetworkData, kNetworkCount>;
 
+// One client of a network's tables: a pilot or a controller slot.
+struct ClientRef {
+    int Network = 0;
+    bool IsPilot = true;
+    int Slot = 0;
+    bool operator==(const ClientRef&) const = default;
+};
+
 } // namespace sky::network

@@ -6,14 +6,12 @@
 #include "render/gl_api.h"
 #include "render/list_numbers.h"
 #include "render/text.h"
-#include "view/panels.h"
+#include "render/panel_layout.h"
 
 using namespace Qt::StringLiterals;
 
 namespace sky::render {
 namespace {
-
-using view::PixelRect;
 
 // Drawing in pixels of the client area, origin at the top left.
 struct Painter {
@@ -89,8 +87,8 @@ QString Fit(const QString& text, int pixels) {
 
 } // namespace
 
-void BuildInfoBox(GlApi& gl, const ColourTable& colours, const view::PanelLayout& layout, int width,
-                  int height, const view::InfoBoxContent& content) {
+void BuildInfoBox(GlApi& gl, const ColourTable& colours, const PanelLayout& layout, int width, int height,
+                  const InfoBoxContent& content) {
     const Painter p{gl, colours, std::max(width, 1), std::max(height, 1)};
     const PixelRect& box = layout.InfoBox;
     OpenPanel(p, lists::kInfoBox, box);
@@ -99,9 +97,9 @@ void BuildInfoBox(GlApi& gl, const ColourTable& colours, const view::PanelLayout
     p.Colour(content.NetworkSlot == 1 ? kSlotVATSIM : kSlotIVAO, 1.0f);
     p.Text(box.X + 8, box.Y + 3, content.Title, true);
     p.Colour(kSlotScreenBorder, 1.0f);
-    const int lastTop = layout.CentreButton.Y - view::PanelLayout::kLineHeight;
+    const int lastTop = layout.CentreButton.Y - PanelLayout::kLineHeight;
     for (qsizetype i = 0; i < content.Lines.size(); ++i) {
-        const int top = box.Y + 24 + int(i) * view::PanelLayout::kLineHeight;
+        const int top = box.Y + 24 + int(i) * PanelLayout::kLineHeight;
         if (top > lastTop)
             break;
         // The airports of a flight are links to their traffic board.
@@ -115,8 +113,8 @@ void BuildInfoBox(GlApi& gl, const ColourTable& colours, const view::PanelLayout
     gl.EndList();
 }
 
-void BuildTablePanel(GlApi& gl, const ColourTable& colours, const view::PanelLayout& layout, int width,
-                     int height, const view::TableContent& content) {
+void BuildTablePanel(GlApi& gl, const ColourTable& colours, const PanelLayout& layout, int width, int height,
+                     const TableContent& content) {
     const Painter p{gl, colours, std::max(width, 1), std::max(height, 1)};
     const PixelRect& panel = layout.ListPanel;
     OpenPanel(p, lists::kListPanel, panel);

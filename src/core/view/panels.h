@@ -7,6 +7,7 @@
 #include <QStringList>
 
 #include "network/client_records.h"
+#include "render/panel_layout.h"
 
 namespace sky {
 class Friends;
@@ -15,13 +16,7 @@ class ReferenceData;
 
 namespace sky::view {
 
-// A client of one network's tables.
-struct ClientRef {
-    int Network = 0;
-    bool IsPilot = true;
-    int Slot = 0;
-    bool operator==(const ClientRef&) const = default;
-};
+using network::ClientRef;
 
 // The pages of the list panel, in the order the tabs show them.
 enum class ListPage { Friends, Controllers, Pilots, Observers };
@@ -39,23 +34,11 @@ struct PanelState {
 };
 unsigned char PanelModeOf(const PanelState& panels);
 
-// A rectangle in pixels of the client area, origin at the top left.
-struct PixelRect {
-    int X = 0, Y = 0, Width = 0, Height = 0;
-    bool Contains(int x, int y) const { return x >= X && x < X + Width && y >= Y && y < Y + Height; }
-};
-
-// Where everything of the panels is, for a client area of width by height pixels.
-struct PanelLayout {
-    PixelRect InfoBox;
-    PixelRect CentreButton, ProfileButton, FriendButton;
-    PixelRect ListPanel;
-    std::vector<PixelRect> Tabs; // friends, controllers, pilots, observers
-    std::vector<PixelRect> Rows;
-    PixelRect PreviousPage, NextPage;
-    static constexpr int kLineHeight = 13;
-};
-PanelLayout LayoutPanels(int width, int height);
+using render::InfoBoxContent;
+using render::LayoutPanels;
+using render::PanelLayout;
+using render::PixelRect;
+using render::TableContent;
 
 enum class PanelHitKind {
     None,
@@ -77,32 +60,12 @@ struct PanelHit {
 // What a click at (x, y) hits among the open panels; the info box lies over the list.
 PanelHit HitTestPanels(const PanelLayout& layout, const PanelState& panels, int x, int y);
 
-// The text of a pilot's or controller's info box: a title and lines; for a pilot the lines of its
-// departure and destination airports are named, so a click on them opens that airport's board.
-struct InfoBoxContent {
-    int NetworkSlot = 0; // the colour of the title
-    QString Title;
-    QStringList Lines;
-    int DepartureLine = -1;
-    int DestinationLine = -1;
-    QString DepartureAirport, DestinationAirport;
-    bool IsFriend = false;
-};
+// The info box of a pilot or a controller slot of a network's tables.
 InfoBoxContent PilotInfo(int network, const network::NetworkData& data, int slot,
                          const ReferenceData& reference, const Friends& friends);
 InfoBoxContent ControllerInfo(int network, const network::NetworkData& data, int slot,
                               const Friends& friends);
 
-// One page of the list panel or the airport board: a title, column texts per row, the clients the rows
-// stand for, and "Page 2/7".
-struct TableContent {
-    QString Title;
-    QStringList Tabs;
-    int ActiveTab = -1;
-    std::vector<QStringList> Rows;
-    std::vector<ClientRef> RowClients;
-    QString PageText;
-};
 // The clients of a list page of the shown network, in table order.
 std::vector<ClientRef> ListClients(int network, const network::NetworkData& data, ListPage page,
                                    const Friends& friends);

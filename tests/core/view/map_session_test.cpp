@@ -73,8 +73,8 @@ protected:
             std::make_unique<MapSession>(m_home.path(), Settings{}, Friends{}, m_gl, m_host, m_server);
         m_session->Downloads().Networks[0].StatusFileAddress = u"http://demo.example/ivao/status.txt"_s;
         m_session->Downloads().Networks[1].StatusFileAddress = u"http://demo.example/vatsim/status.txt"_s;
-        m_session->Now = [this] { return m_now; };
-        m_session->Random = [](int) { return 0; };
+        m_session->Downloader().Now = [this] { return m_now; };
+        m_session->Downloader().Random = [](int) { return 0; };
     }
 
     void Write(const QString& name, const QByteArray& bytes) {
@@ -85,7 +85,7 @@ protected:
 
     void StartAndDownload(int network) {
         ASSERT_TRUE(m_session->StartUp().isEmpty());
-        m_session->BtnDownload(network);
+        m_session->Downloader().BtnDownload(network);
     }
 
     QTemporaryDir m_home;
@@ -126,7 +126,7 @@ TEST_F(Session, TheDownloadButtonShowsTheNetworksTraffic) {
         EXPECT_TRUE(m_gl.IsList(10 + offset)) << offset;
     // The IVAO data file is not kept once drawn.
     EXPECT_FALSE(QFile::exists(m_home.filePath(u"data/whazzup.txt"_s)));
-    EXPECT_EQ(m_session->AutoDownloadCountdown(), 5 * 60);
+    EXPECT_EQ(m_session->Downloader().AutoDownloadCountdown(), 5 * 60);
     EXPECT_TRUE(m_session->Display().SceneBuilt[0]);
 }
 
@@ -136,13 +136,13 @@ TEST_F(Session, AFailedDownloadKeepsTheOldTrafficAndSaysWhy) {
 
     // Within the reload interval nothing is fetched at all.
     const int fetches = m_server.Fetches;
-    m_session->BtnDownload(1);
+    m_session->Downloader().BtnDownload(1);
     EXPECT_EQ(m_server.Fetches, fetches);
     EXPECT_TRUE(m_session->Downloads().Networks[1].DownloadReady);
 
     m_server.Files.clear();
     m_now = m_now.addSecs(3600);
-    m_session->BtnDownload(1);
+    m_session->Downloader().BtnDownload(1);
     EXPECT_EQ(m_session->Display().StatusText, u"Could not contact server");
     EXPECT_TRUE(m_gl.IsList(lists::TrafficBase(1) + lists::kPlanes));
     EXPECT_EQ(m_session->Tables()[1].PilotCount, 1300);
@@ -165,13 +165,13 @@ TEST_F(Session, AClickSelectsTheNearestClientAndBesideTheGlobeClears) {
         point = geo::LatLonToScreen(pilot->Latitude, pilot->Longitude, 800, 600, m_session->View());
     }
     ASSERT_TRUE(point.has_value());
-    m_session->Click(point->X + 1, point->Y);
+    m_session->Pointer().Click(point->X + 1, point->Y);
     ASSERT_TRUE(m_session->Selected().has_value());
     EXPECT_TRUE(m_gl.IsList(lists::kHighlight));
     EXPECT_TRUE(m_session->Display().StatusText.startsWith(
         m_session->Tables()[0].Pilots[m_session->Selected()->Slot].Callsign));
     m_session->View().ViewZ = 0.3f;
-    m_session->Click(1, 30);
+    m_session->Pointer().Click(1, 30);
     EXPECT_FALSE(m_session->Selected().has_value());
     EXPECT_FALSE(m_gl.IsList(lists::kHighlight));
 }
@@ -179,7 +179,7 @@ TEST_F(Session, AClickSelectsTheNearestClientAndBesideTheGlobeClears) {
 TEST_F(Session, ZoomingInRerecordsSymbolsAndDetailedLabels) {
     StartAndDownload(0);
     const size_t before = RecordingGl::Printed(m_gl.List(lists::kPlaneLabels + 10)).size();
-    m_session->Wheel(10);
+    m_session->Pointer().Wheel(10);
     EXPECT_FLOAT_EQ(m_session->View().ViewZ, std::min(50.0f, 1.49f * float(std::pow(1.2, 10))));
     EXPECT_GT(RecordingGl::Printed(m_gl.List(lists::kPlaneLabels + 10)).size(), before);
 }
@@ -196,7 +196,7 @@ TEST_F(Session, AClickOnAnAircraftOpensItsInfoBox) {
             break;
     }
     ASSERT_LE(slot, data.PilotCount);
-    m_session->Click(point->X, point->Y);
+    m_session->Pointer().Click(point->X, point->Y);
     ASSERT_EQ(m_session->Display().PanelMode, 1);
     const auto title = RecordingGl::Printed(m_gl.List(lists::kInfoBox));
     const std::string text(title.begin(), title.end());
@@ -215,23 +215,23 @@ TEST_F(Session, TheListPagesAndARowOpensThatClient) {
     EXPECT_EQ(m_session->Panels().PageIndex, 1);
     EXPECT_NE(RecordingGl::Printed(m_gl.List(lists::kListPanel)), before);
     const PanelLayout layout = LayoutPanels(800, 600);
-    m_session->Click(layout.NextPage.X + 5, layout.NextPage.Y + 5);
+    m_session->Pointer().Click(layout.NextPage.X + 5, layout.NextPage.Y + 5);
     EXPECT_EQ(m_session->Panels().PageIndex, 2);
     m_session->KeyDown(keys::kLeft, 0); // no camera keys while a panel is open
     EXPECT_FLOAT_EQ(m_session->View().ViewX, 13.34f);
-    m_session->Click(layout.Rows[0].X + 5, layout.Rows[0].Y + 5);
+    m_session->Pointer().Click(layout.Rows[0].X + 5, layout.Rows[0].Y + 5);
     EXPECT_EQ(m_session->Display().PanelMode, 4);
     const ClientRef client = *m_session->Panels().InfoClient;
     EXPECT_EQ(client.Slot, 2 * int(layout.Rows.size()) + 1); // the first pilot of the third page
-    m_session->Resize(1024, 768);
+    m_session->Scene().Resize(1024, 768);
     EXPECT_EQ(m_session->Display().PanelMode, 0);
 }
 
 TEST_F(Session, TheFriendButtonRebuildsWhatShowsFriends) {
     StartAndDownload(0);
-    m_session->OpenInfoBox({0, true, 5});
+    m_session->PanelController().OpenInfoBox({0, true, 5});
     const auto& pilot = m_session->Tables()[0].Pilots[5];
-    m_session->ToggleInfoClientFriend();
+    m_session->PanelController().ToggleInfoClientFriend();
     EXPECT_EQ(m_session->Display().StatusText,
               pilot.RealName + u" ("_s + pilot.VID + u") added to friends list"_s);
     EXPECT_TRUE(m_session->FriendList().Contains(pilot.VID));
@@ -243,8 +243,8 @@ TEST_F(Session, TheFriendButtonRebuildsWhatShowsFriends) {
     ASSERT_TRUE(m_session->Display().FriendsOnly);
     EXPECT_EQ(RecordingGl::Printed(m_gl.List(lists::kPlaneLabels + 10)).size(),
               size_t(pilot.Callsign.size()));
-    m_session->OpenInfoBox({0, true, 5});
-    m_session->ToggleInfoClientFriend();
+    m_session->PanelController().OpenInfoBox({0, true, 5});
+    m_session->PanelController().ToggleInfoClientFriend();
     EXPECT_TRUE(RecordingGl::Printed(m_gl.List(lists::kPlaneLabels + 10)).empty());
     EXPECT_TRUE(m_session->Display().StatusText.endsWith(u"removed from friends list"_s));
 }

@@ -1,0 +1,35 @@
+#include "render/panel_layout.h"
+
+#include <algorithm>
+
+namespace sky::render {
+namespace {
+
+constexpr int kInfoWidth = 300;
+constexpr int kButtonHeight = 18;
+
+} // namespace
+
+PanelLayout LayoutPanels(int width, int height) {
+    PanelLayout l;
+    const int infoHeight = std::max(120, std::min(height - 90, 340));
+    l.InfoBox = {width - kInfoWidth - 10, 60, kInfoWidth, infoHeight};
+    const int buttonY = l.InfoBox.Y + l.InfoBox.Height - kButtonHeight - 6;
+    l.CentreButton = {l.InfoBox.X + 10, buttonY, 80, kButtonHeight};
+    l.ProfileButton = {l.InfoBox.X + 110, buttonY, 80, kButtonHeight};
+    l.FriendButton = {l.InfoBox.X + 210, buttonY, 80, kButtonHeight};
+    l.ListPanel = {10, 30, std::min(width - 20, 520), std::max(100, height - 60)};
+    for (int tab = 0; tab < 4; ++tab)
+        l.Tabs.push_back({l.ListPanel.X + 6 + tab * 110, l.ListPanel.Y + 4, 104, 16});
+    const int rowsTop = l.ListPanel.Y + 26;
+    const int rows = std::max(1, (l.ListPanel.Height - 26 - 26) / PanelLayout::kLineHeight);
+    for (int row = 0; row < rows; ++row)
+        l.Rows.push_back({l.ListPanel.X + 4, rowsTop + row * PanelLayout::kLineHeight, l.ListPanel.Width - 8,
+                          PanelLayout::kLineHeight});
+    const int pagerY = l.ListPanel.Y + l.ListPanel.Height - kButtonHeight - 4;
+    l.PreviousPage = {l.ListPanel.X + 6, pagerY, 70, kButtonHeight};
+    l.NextPage = {l.ListPanel.X + l.ListPanel.Width - 76, pagerY, 70, kButtonHeight};
+    return l;
+}
+
+} // namespace sky::render

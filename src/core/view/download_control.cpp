@@ -1,0 +1,107 @@
+#include "view/download_control.h"
+
+#include <QDir>
+
+#include "view/download_timers.h"
+#include "view/map_host.h"
+#include "view/map_state.h"
+#include "view/scene_control.h"
+
+using namespace Qt::StringLiterals;
+
+namespace sky::view {
+
+DownloadControl::DownloadControl(MapState& state, SceneControl& scene, MapHost& host,
+                                 network::HttpClient& http)
+    : m_state(state), m_scene(scene), m_host(host), m_http(http) {}
+
+network::DownloadContext DownloadControl::Context() {
+    return network::DownloadContext{m_state.Downloads,
+                                    m_state.AllTables(),
+                                    m_state.Reference,
+                                    m_http,
+                                    *this,
+                                    QDir(m_state.Home).filePath(u"data"_s),
+                                    m_state.Config.TextForce,
+                                    Now,
+                                    Random};
+}
+
+void DownloadControl::BtnDownload(int network) {
+    if (!m_state.Downloads.DownloadIdle)
+        return;
+    DisplayState& display = m_state.Display;
+    display.ShownNetwork = network;
+    display.PanelMode = 0;
+    const std::vector<int> networks = network == 2 ? std::vector<int>{0, 1} : std::vector<int>{network};
+    bool attempted = false;
+    QString failure;
+    for (int n : networks) {
+        network::DownloadContext context = Context();
+        using network::DownloadOutcome;
+        const DownloadOutcome outcome = network::DownloadNetwork(context, n);
+        if (outcome != DownloadOutcome::Busy && outcome != DownloadOutcome::TooEarly)
+            attempted = true;
+        if (outcome == DownloadOutcome::Interpreted || outcome == DownloadOutcome::NoClients)
+            display.SceneBuilt[n] = false;
+        else if (outcome != DownloadOutcome::TooEarly && outcome != DownloadOutcome::Busy)
+            failure = display.StatusText;
+    }
+    if (network == 2) {
+        display.SceneBuilt[2] = false;
+        m_scene.BuildComparisonScene();
+    } else {
+        m_scene.BuildTrafficScene(network);
+    }
+    // The old traffic is drawn again after a failed download; the failure stays in the status line.
+    if (!failure.isEmpty())
+        m_scene.SetStatus(failure);
+    m_scene.ClientCountChanged();
+    if (attempted)
+        m_autoCountdown = std::int16_t(m_state.Config.DownloadMinutes * 60);
+    if (m_state.Config.AutoDownload)
+        m_host.EnableAutoDownload(true);
+    m_scene.Redraw();
+}
+
+TimerContext DownloadControl::Timers() {
+    return TimerContext{m_autoCountdown,
+                        m_state.Display.ShownNetwork,
+                        m_state.AllTables(),
+                        m_state.Downloads,
+                        Now(),
+                        [this](int n) { BtnDownload(n); },
+                        [this] {
+                            MarksChanged();
+                            m_scene.Redraw();
+                        }};
+}
+
+void DownloadControl::AutoDownloadTimerTick() {
+    TimerContext context = Timers();
+    AutoDownloadTick(context);
+}
+
+void DownloadControl::DownloadTimerTick() {
+    TimerContext context = Timers();
+    DownloadTick(context);
+}
+
+void DownloadControl::ShowStatus(const QString& text) {
+    m_scene.SetStatus(text);
+    m_host.Redraw();
+}
+
+void DownloadControl::ShowNetworkMessage(const QString& text) {
+    m_host.ShowNetworkMessage(text);
+}
+
+void DownloadControl::ClearTraffic(int network) {
+    m_scene.ClearTraffic(network);
+}
+
+void DownloadControl::MarksChanged() {
+    m_scene.MarksChanged();
+}
+
+} // namespace sky::view

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+#include <QDateTime>
+
+#include "network/download.h"
+
+namespace sky::network {
+class HttpClient;
+}
+
+namespace sky::view {
+
+struct MapState;
+class MapHost;
+class SceneControl;
+struct TimerContext;
+
+// The download button and the two one-second timers of the map: which network is shown, the
+// downloads themselves, the scene built from their data, and the countdown to the next automatic
+// download. Shows the download's progress through the scene's status line.
+class DownloadControl final : public network::DownloadView {
+public:
+    DownloadControl(MapState& state, SceneControl& scene, MapHost& host, network::HttpClient& http);
+
+    // The download button: shows network (2: both, compared), downloads, rebuilds and redraws.
+    void BtnDownload(int network);
+    void AutoDownloadTimerTick(); // once a second while the automatic download is enabled
+    void DownloadTimerTick();     // once a second
+
+    std::int16_t AutoDownloadCountdown() const { return m_autoCountdown; }
+
+    // The clock and the server choice; tests fix them.
+    std::function<QDateTime()> Now = [] { return QDateTime::currentDateTime(); };
+    std::function<int(int)> Random;
+
+    // DownloadView
+    void ShowStatus(const QString& text) override;
+    void ShowNetworkMessage(const QString& text) override;
+    void ClearTraffic(int network) override;
+    void MarksChanged() override;
+
+private:
+    network::DownloadContext Context();
+    TimerContext Timers();
+
+    MapState& m_state;
+    SceneControl& m_scene;
+    MapHost& m_host;
+    network::HttpClient& m_http;
+    std::int16_t m_autoCountdown = 0;
+};
+
+} // namespace sky::view

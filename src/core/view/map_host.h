@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QString>
+
+namespace sky::view {
+
+// What the map needs from the window it runs in.
+class MapHost {
+public:
+    virtual ~MapHost() = default;
+    // Draws a frame now (DrawScene), so a status text shows while work goes on.
+    virtual void Redraw() = 0;
+    virtual void ShowCompanion() = 0;
+    // The network's broadcast message, as plain text in a box.
+    virtual void ShowNetworkMessage(const QString& text) = 0;
+    // The automatic download timer runs while enabled.
+    virtual void EnableAutoDownload(bool enabled) = 0;
+    // Opens a web address (only ever http or https) in the user's browser.
+    virtual void OpenUrl(const QString& address) = 0;
+};
+
+} // namespace sky::view

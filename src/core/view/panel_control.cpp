@@ -1,0 +1,217 @@
+#include "view/panel_control.h"
+
+#include "render/panel_drawing.h"
+#include "view/keys.h"
+#include "view/map_state.h"
+#include "view/scene_control.h"
+
+namespace sky::view {
+
+PanelControl::PanelControl(MapState& state, SceneControl& scene, render::GlApi& gl,
+                           std::function<void(int network, const QString& vid)> openProfile)
+    : m_state(state), m_scene(scene), m_gl(gl), m_openProfile(std::move(openProfile)) {}
+
+void PanelControl::Sync() {
+    const unsigned char mode = m_state.Display.PanelMode;
+    if (mode == 0 || mode == 8) {
+        PanelState& p = m_state.Panels;
+        p.InfoClient.reset();
+        p.ListOpen = false;
+        p.BoardOpen = false;
+    }
+}
+
+bool PanelControl::CloseInfoBox() {
+    Sync();
+    if (!m_state.Panels.InfoClient)
+        return false;
+    m_state.Panels.InfoClient.reset();
+    m_state.Display.PanelMode = PanelModeOf(m_state.Panels);
+    return true;
+}
+
+void PanelControl::Show() {
+    Rebuild();
+    m_state.Display.PanelMode = PanelModeOf(m_state.Panels);
+    m_scene.Redraw();
+}
+
+void PanelControl::OpenList() {
+    Sync();
+    PanelState& p = m_state.Panels;
+    p.ListOpen = true;
+    p.BoardOpen = false;
+    p.Page = ListPage::Pilots;
+    p.PageIndex = 0;
+    Show();
+}
+
+void PanelControl::OpenInfoBox(const ClientRef& client) {
+    Sync();
+    m_state.Panels.InfoClient = client;
+    Show();
+}
+
+void PanelControl::OpenBoard(const QString& airport) {
+    Sync();
+    PanelState& p = m_state.Panels;
+    p.BoardOpen = true;
+    p.ListOpen = false;
+    p.InfoClient.reset();
+    p.BoardAirport = airport;
+    p.PageIndex = 0;
+    Show();
+}
+
+TableContent PanelControl::Table(int rowsPerPage, int pageIndex) const {
+    const int shown = m_state.Display.ShownNetwork == 1 ? 1 : 0;
+    const network::NetworkData& data = m_state.AllTables()[shown];
+    const PanelState& p = m_state.Panels;
+    if (p.ListOpen)
+        return ListPageContent(shown, data, p.Page, pageIndex, rowsPerPage, m_state.FriendList);
+    return AirportBoardContent(shown, data, p.BoardAirport, m_state.Reference, pageIndex, rowsPerPage);
+}
+
+void PanelControl::Rebuild() {
+    const int w = m_state.WidthPx, h = m_state.HeightPx;
+    const PanelLayout layout = LayoutPanels(w, h);
+    const PanelState& p = m_state.Panels;
+    if (p.ListOpen || p.BoardOpen)
+        render::BuildTablePanel(m_gl, m_state.Colours, layout, w, h,
+                                Table(int(layout.Rows.size()), p.PageIndex));
+    if (p.InfoClient) {
+        const ClientRef& c = *p.InfoClient;
+        const network::NetworkData& data = m_state.AllTables()[c.Network];
+        const InfoBoxContent info =
+            c.IsPilot ? PilotInfo(c.Network, data, c.Slot, m_state.Reference, m_state.FriendList)
+                      : ControllerInfo(c.Network, data, c.Slot, m_state.FriendList);
+        render::BuildInfoBox(m_gl, m_state.Colours, layout, w, h, info);
+    }
+}
+
+void PanelControl::ToggleInfoClientFriend() {
+    if (!m_state.Panels.InfoClient)
+        return;
+    const ClientRef c = *m_state.Panels.InfoClient;
+    const network::NetworkData& data = m_state.AllTables()[c.Network];
+    const QString& name =
+        c.IsPilot ? data.Pilots[size_t(c.Slot)].RealName : data.Controllers[size_t(c.Slot)].RealName;
+    const QString& vid = c.IsPilot ? data.Pilots[size_t(c.Slot)].VID : data.Controllers[size_t(c.Slot)].VID;
+    const FriendToggle toggle = ToggleFriend(m_state.FriendList, name, vid);
+    // Only friends shown: the scene changes at once; the toggle's text stays in the status line.
+    if (m_state.Display.FriendsOnly)
+        m_scene.RebuildScene(m_state.Display.ShownNetwork);
+    m_scene.SetStatus(toggle.StatusText);
+    // The friends page and the info box show the change.
+    Rebuild();
+    m_scene.Redraw();
+}
+
+void PanelControl::ClientClick(const PanelHit& hit) {
+    const ClientRef c = *m_state.Panels.InfoClient;
+    const network::NetworkData& data = m_state.AllTables()[c.Network];
+    switch (hit.Kind) {
+    case PanelHitKind::Centre:
+        if (c.IsPilot) {
+            const auto& p = data.Pilots[size_t(c.Slot)];
+            m_scene.CentreOn(p.Latitude, p.Longitude, p.Callsign);
+        } else {
+            const auto& r = data.Controllers[size_t(c.Slot)];
+            m_scene.CentreOn(r.DisplayLatitude, r.DisplayLongitude, r.Callsign);
+        }
+        break;
+    case PanelHitKind::Profile:
+        m_openProfile(c.Network,
+                      c.IsPilot ? data.Pilots[size_t(c.Slot)].VID : data.Controllers[size_t(c.Slot)].VID);
+        break;
+    case PanelHitKind::Friend:
+        ToggleInfoClientFriend();
+        break;
+    case PanelHitKind::InfoLine:
+        if (c.IsPilot) {
+            const InfoBoxContent info =
+                PilotInfo(c.Network, data, c.Slot, m_state.Reference, m_state.FriendList);
+            if (hit.Index == info.DepartureLine)
+                OpenBoard(info.DepartureAirport);
+            else if (hit.Index == info.DestinationLine)
+                OpenBoard(info.DestinationAirport);
+        }
+        break;
+    default:
+        break;
+    }
+}
+
+bool PanelControl::Click(int x, int y) {
+    Sync();
+    const PanelLayout layout = LayoutPanels(m_state.WidthPx, m_state.HeightPx);
+    const PanelHit hit = HitTestPanels(layout, m_state.Panels, x, y);
+    PanelState& p = m_state.Panels;
+    switch (hit.Kind) {
+    case PanelHitKind::None:
+        return false;
+    case PanelHitKind::Centre:
+    case PanelHitKind::Profile:
+    case PanelHitKind::Friend:
+    case PanelHitKind::InfoLine:
+        ClientClick(hit);
+        break;
+    case PanelHitKind::Tab:
+        p.Page = ListPage(hit.Index);
+        p.PageIndex = 0;
+        Show();
+        break;
+    case PanelHitKind::PreviousPage:
+        Key(keys::kLeft);
+        break;
+    case PanelHitKind::NextPage:
+        Key(keys::kRight);
+        break;
+    case PanelHitKind::Row: {
+        const TableContent table = Table(int(layout.Rows.size()), p.PageIndex);
+        if (hit.Index < int(table.RowClients.size())) {
+            const ClientRef row = table.RowClients[size_t(hit.Index)];
+            m_state.Selected = row;
+            m_scene.RecordHighlight();
+            OpenInfoBox(row);
+        }
+        break;
+    }
+    default:
+        break;
+    }
+    return true;
+}
+
+bool PanelControl::Key(int keyCode) {
+    Sync();
+    PanelState& p = m_state.Panels;
+    if (!p.ListOpen && !p.BoardOpen)
+        return false;
+    const int rows = int(LayoutPanels(m_state.WidthPx, m_state.HeightPx).Rows.size());
+    // Every row on one page tells how many rows there are in all.
+    const int pages = PageCount(Table(1 << 20, 0).RowClients.size(), rows);
+    switch (keyCode) {
+    case keys::kLeft:
+    case keys::kPageUp:
+        p.PageIndex = std::max(0, p.PageIndex - 1);
+        break;
+    case keys::kRight:
+    case keys::kPageDown:
+        p.PageIndex = std::min(pages - 1, p.PageIndex + 1);
+        break;
+    case keys::kUp:
+    case keys::kDown:
+        if (!p.ListOpen)
+            return false;
+        p.Page = ListPage((int(p.Page) + (keyCode == keys::kDown ? 1 : 3)) % 4);
+        p.PageIndex = 0;
+        break;
+    default:
+        return false;
+    }
+    Show();
+    return true;
+}
+
+} // namespace sky::view

@@ -1,0 +1,149 @@
+#include "view/pointer_control.h"
+
+#include <cmath>
+#include <vector>
+
+#include "geo/projection.h"
+#include "view/map_state.h"
+#include "view/panel_control.h"
+#include "view/scene_control.h"
+
+using namespace Qt::StringLiterals;
+
+namespace sky::view {
+
+PointerControl::PointerControl(MapState& state, SceneControl& scene, PanelControl& panels)
+    : m_state(state), m_scene(scene), m_panels(panels) {}
+
+std::optional<network::ClientRef> PointerControl::ClientAt(double x, double y, double radiusPx) const {
+    const MapState& s = m_state;
+    const int shown = s.Display.ShownNetwork;
+    const std::vector<int> networks = shown == 2 ? std::vector<int>{0, 1} : std::vector<int>{shown};
+    double best = radiusPx * radiusPx;
+    std::optional<network::ClientRef> found;
+    const auto consider = [&](int n, bool pilot, int slot, const QString& vid, float lat, float lon) {
+        if (s.Display.FriendsOnly && !s.FriendList.Contains(vid))
+            return;
+        const auto point = geo::LatLonToScreen(lat, lon, s.WidthPx, s.HeightPx, s.View);
+        if (!point)
+            return;
+        const double d = (point->X - x) * (point->X - x) + (point->Y - y) * (point->Y - y);
+        if (d <= best) {
+            best = d;
+            found = network::ClientRef{n, pilot, slot};
+        }
+    };
+    for (int n : networks) {
+        const network::NetworkData& data = s.AllTables()[n];
+        if (s.Config.ShowATC) {
+            for (int slot = 1; slot <= data.ControllerCount; ++slot) {
+                const auto& c = data.Controllers[size_t(slot)];
+                if (c.FacilityType > 1)
+                    consider(n, false, slot, c.VID, c.DisplayLatitude, c.DisplayLongitude);
+            }
+        }
+        if (s.Config.ShowPlanes) {
+            for (int slot = 1; slot <= data.PilotCount; ++slot) {
+                const auto& p = data.Pilots[size_t(slot)];
+                consider(n, true, slot, p.VID, p.Latitude, p.Longitude);
+            }
+        }
+    }
+    return found;
+}
+
+QString PointerControl::AirportAt(double x, double y) const {
+    const MapState& s = m_state;
+    const int shown = s.Display.ShownNetwork == 1 ? 1 : 0;
+    if (!s.Config.ShowAirports || s.Display.ShownNetwork == 2)
+        return {};
+    const network::NetworkData& data = s.AllTables()[shown];
+    double best = 8.0 * 8.0;
+    QString found;
+    const auto consider = [&](const QString& code, float lat, float lon) {
+        if (code.isEmpty() || (lat == 0.0f && lon == 0.0f))
+            return;
+        const auto point = geo::LatLonToScreen(lat, lon, s.WidthPx, s.HeightPx, s.View);
+        if (!point)
+            return;
+        const double d = (point->X - x) * (point->X - x) + (point->Y - y) * (point->Y - y);
+        if (d <= best) {
+            best = d;
+            found = code;
+        }
+    };
+    for (int slot = 1; slot <= data.PilotCount; ++slot) {
+        const auto& p = data.Pilots[size_t(slot)];
+        consider(p.DepAirport, p.DepLatitude, p.DepLongitude);
+        consider(p.DestAirport, p.DestLatitude, p.DestLongitude);
+    }
+    return found;
+}
+
+void PointerControl::Click(double x, double y) {
+    const unsigned char mode = m_state.Display.PanelMode;
+    if (mode != 0 && mode != 8 && m_panels.Click(int(x), int(y)))
+        return;
+    if (!geo::ScreenToLatLon(x, y, m_state.WidthPx, m_state.HeightPx, m_state.View)) {
+        ClearSelection();
+        return;
+    }
+    constexpr double kPickRadiusPx = 12.0;
+    if (const auto client = ClientAt(x, y, kPickRadiusPx)) {
+        Select(*client);
+        return;
+    }
+    // Beside every client, an airport in use opens its traffic board.
+    const QString airport = AirportAt(x, y);
+    if (!airport.isEmpty())
+        m_panels.OpenBoard(airport);
+    else
+        ClearSelection();
+}
+
+void PointerControl::Select(const network::ClientRef& client) {
+    m_state.Selected = client;
+    m_scene.RecordHighlight();
+    m_panels.OpenInfoBox(client);
+    const network::NetworkData& data = m_state.AllTables()[client.Network];
+    if (client.IsPilot) {
+        const auto& p = data.Pilots[size_t(client.Slot)];
+        m_scene.SetStatus(p.Callsign + u" - "_s + p.RealName);
+    } else {
+        const auto& c = data.Controllers[size_t(client.Slot)];
+        m_scene.SetStatus(c.Callsign + u" - "_s + c.RealName);
+    }
+    m_scene.Redraw();
+}
+
+void PointerControl::ClearSelection() {
+    const bool boxClosed = m_panels.CloseInfoBox();
+    if (!m_state.Selected && !boxClosed)
+        return;
+    m_scene.DeleteHighlight();
+    m_scene.Redraw();
+}
+
+void PointerControl::Drag(double fromX, double fromY, double toX, double toY) {
+    const MapState& s = m_state;
+    const auto from = geo::ScreenToLatLon(fromX, fromY, s.WidthPx, s.HeightPx, s.View);
+    const auto to = geo::ScreenToLatLon(toX, toY, s.WidthPx, s.HeightPx, s.View);
+    if (!from || !to)
+        return;
+    // The point under the pointer follows it; across the date line the short way round.
+    float dLon = from->Lon - to->Lon;
+    if (dLon > 180.0f)
+        dLon -= 360.0f;
+    else if (dLon < -180.0f)
+        dLon += 360.0f;
+    m_state.View.ViewX += dLon;
+    m_state.View.ViewY += to->Lat - from->Lat;
+    m_scene.Redraw();
+}
+
+void PointerControl::Wheel(int steps) {
+    m_state.View.ViewZ *= float(std::pow(1.2, steps));
+    m_scene.Redraw();
+}
+
+} // namespace sky::view

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <optional>
+
+#include <QString>
+
+#include "network/client_records.h"
+
+namespace sky::view {
+
+struct MapState;
+class SceneControl;
+class PanelControl;
+
+// The mouse on the map: a left click selects the client nearest the pointer (within 12 pixels) and
+// opens its info box, opens the board of an airport in use, or clears the selection beside everything;
+// dragging turns the globe under the pointer; the wheel zooms. Clicks reach an open panel first.
+class PointerControl {
+public:
+    PointerControl(MapState& state, SceneControl& scene, PanelControl& panels);
+
+    void Click(double x, double y);
+    void Drag(double fromX, double fromY, double toX, double toY);
+    void Wheel(int steps); // whole steps of the wheel, forward positive
+    void ClearSelection();
+
+    // The shown client nearest (x, y) within radiusPx pixels, if any.
+    std::optional<network::ClientRef> ClientAt(double x, double y, double radiusPx) const;
+    // An airport in use within 8 pixels of (x, y), or empty.
+    QString AirportAt(double x, double y) const;
+
+private:
+    void Select(const network::ClientRef& client);
+
+    MapState& m_state;
+    SceneControl& m_scene;
+    PanelControl& m_panels;
+};
+
+} // namespace sky::view
