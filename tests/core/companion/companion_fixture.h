@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "qt_printers.h"
+#include "testing/fakes.h"
 
 #include "companion/console.h"
 #include "network/download.h"
@@ -42,17 +43,7 @@ public:
     std::function<void(int)> OnDownload;
 };
 
-class FakeHttp : public network::HttpClient {
-public:
-    network::FetchResult Fetch(const QString& url) override {
-        Requests.append(url);
-        const auto it = Answers.find(url);
-        return it == Answers.end() ? network::FetchResult{false, {}, {}}
-                                   : network::FetchResult{true, it->second, {}};
-    }
-    std::map<QString, QByteArray> Answers;
-    QStringList Requests;
-};
+using sky::testing::FakeHttp;
 
 // A console over a small network of clients, recording what it prints.
 class Companion : public ::testing::Test {

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "testing/fakes.h"
 #include "testing/gzip.h"
 
 #include "common/file_io.h"
@@ -20,18 +21,7 @@ using namespace Qt::StringLiterals;
 namespace sky::network {
 namespace {
 
-class FakeHttp : public HttpClient {
-public:
-    FetchResult Fetch(const QString& url) override {
-        Requests.append(url);
-        const auto it = Answers.find(url);
-        if (it == Answers.end())
-            return {false, {}, u"no such address"_s};
-        return {true, it->second, {}};
-    }
-    std::map<QString, QByteArray> Answers;
-    QStringList Requests;
-};
+using sky::testing::FakeHttp;
 
 class RecordingView : public DownloadView {
 public:

@@ -10,11 +10,11 @@
 
 #include "common/file_io.h"
 #include "geo/projection.h"
-#include "network/http_client.h"
 #include "render/list_numbers.h"
 #include "render/recording_gl.h"
 #include "view/keys.h"
 #include "view/panels.h"
+#include "testing/fakes.h"
 
 using namespace Qt::StringLiterals;
 
@@ -24,40 +24,17 @@ namespace {
 namespace lists = render::lists;
 using render::RecordingGl;
 
-// Serves the bundled demo feeds as if they were on a web server.
-class DemoServer : public network::HttpClient {
-public:
-    DemoServer() {
-        const QString demo = QStringLiteral(SKYLANTRA_SOURCE_DIR) + u"/data/demo/"_s;
-        for (const QString& network : {u"ivao"_s, u"vatsim"_s}) {
-            for (const QString& file : {u"status.txt"_s, u"whazzup.txt"_s, u"whazzup.txt.gz"_s})
-                Files[u"http://demo.example/"_s + network + u'/' + file] =
-                    ReadWholeFile(demo + network + u'/' + file).value_or(QByteArray());
-        }
+// The bundled demo feeds as if they were on a web server.
+sky::testing::FakeHttp DemoServer() {
+    sky::testing::FakeHttp server;
+    const QString demo = QStringLiteral(SKYLANTRA_SOURCE_DIR) + u"/data/demo/"_s;
+    for (const QString& network : {u"ivao"_s, u"vatsim"_s}) {
+        for (const QString& file : {u"status.txt"_s, u"whazzup.txt"_s, u"whazzup.txt.gz"_s})
+            server.Answers[u"http://demo.example/"_s + network + u'/' + file] =
+                ReadWholeFile(demo + network + u'/' + file).value_or(QByteArray());
     }
-    network::FetchResult Fetch(const QString& url) override {
-        ++Fetches;
-        const auto it = Files.find(url);
-        if (it == Files.end())
-            return {false, {}, u"not found"_s};
-        return {true, it->second, {}};
-    }
-    std::map<QString, QByteArray> Files;
-    int Fetches = 0;
-};
-
-class FakeHost : public MapHost {
-public:
-    void Redraw() override { ++Redraws; }
-    void ShowCompanion() override {}
-    void ShowNetworkMessage(const QString& text) override { Messages.append(text); }
-    void EnableAutoDownload(bool enabled) override { AutoDownload = enabled; }
-    void OpenUrl(const QString& address) override { Opened.append(address); }
-    QStringList Opened;
-    int Redraws = 0;
-    QStringList Messages;
-    bool AutoDownload = false;
-};
+    return server;
+}
 
 class Session : public ::testing::Test {
 protected:
@@ -90,8 +67,8 @@ protected:
 
     QTemporaryDir m_home;
     RecordingGl m_gl;
-    FakeHost m_host;
-    DemoServer m_server;
+    sky::testing::FakeMapHost m_host;
+    sky::testing::FakeHttp m_server = DemoServer();
     QDateTime m_now = QDateTime(QDate(2026, 11, 21), QTime(15, 0));
     std::unique_ptr<MapSession> m_session;
 };
@@ -135,12 +112,12 @@ TEST_F(Session, AFailedDownloadKeepsTheOldTrafficAndSaysWhy) {
     EXPECT_EQ(m_host.Messages.size(), 1); // the demo status file's broadcast
 
     // Within the reload interval nothing is fetched at all.
-    const int fetches = m_server.Fetches;
+    const qsizetype fetches = m_server.Requests.size();
     m_session->Downloader().BtnDownload(1);
-    EXPECT_EQ(m_server.Fetches, fetches);
+    EXPECT_EQ(m_server.Requests.size(), fetches);
     EXPECT_TRUE(m_session->Downloads().Networks[1].DownloadReady);
 
-    m_server.Files.clear();
+    m_server.Answers.clear();
     m_now = m_now.addSecs(3600);
     m_session->Downloader().BtnDownload(1);
     EXPECT_EQ(m_session->Display().StatusText, u"Could not contact server");
