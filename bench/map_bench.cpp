@@ -13,7 +13,6 @@
 
 #include "common/file_io.h"
 #include "gl_backend.h"
-#include "glyph_fonts.h"
 #include "network/http_client.h"
 #include "view/camera.h"
 #include "view/map_session.h"
@@ -59,7 +58,6 @@ struct GlTarget {
         fboFormat.setAttachment(QOpenGLFramebufferObject::CombinedDepthStencil);
         fbo = std::make_unique<QOpenGLFramebufferObject>(800, 600, fboFormat);
         fbo->bind();
-        sky::ui::BuildGlyphFonts();
     }
     QOffscreenSurface surface;
     QOpenGLContext context;
@@ -106,11 +104,12 @@ long ResidentKb() {
 void BM_StartUpToReady(benchmark::State& state) {
     Target();
     sky::ui::GlBackend gl;
+    gl.InitialiseText(1.0);
     NoHost host;
     DemoFiles files;
     // From the context to "Ready": the glyph fonts, the frame, the reference data and the geography.
     for (auto _ : state) {
-        sky::ui::BuildGlyphFonts();
+        gl.InitialiseText(1.0);
         auto session = NewSession(gl, host, files);
         benchmark::DoNotOptimize(session->StartUp());
         glFinish();
@@ -121,6 +120,7 @@ BENCHMARK(BM_StartUpToReady)->Unit(benchmark::kMillisecond);
 void BM_BuildTrafficSceneVatsimDemo(benchmark::State& state) {
     Target();
     sky::ui::GlBackend gl;
+    gl.InitialiseText(1.0);
     NoHost host;
     DemoFiles files;
     auto session = DemoSession(gl, host, files);
@@ -136,6 +136,7 @@ BENCHMARK(BM_BuildTrafficSceneVatsimDemo)->Unit(benchmark::kMillisecond);
 void BM_DrawSceneVatsimDemo(benchmark::State& state) {
     Target();
     sky::ui::GlBackend gl;
+    gl.InitialiseText(1.0);
     NoHost host;
     DemoFiles files;
     auto session = DemoSession(gl, host, files);
@@ -161,6 +162,7 @@ BENCHMARK(BM_DrawEmptyFrame)->Unit(benchmark::kMillisecond);
 void BM_DrawOneLayer(benchmark::State& state) {
     Target();
     sky::ui::GlBackend gl;
+    gl.InitialiseText(1.0);
     NoHost host;
     DemoFiles files;
     auto session = DemoSession(gl, host, files);
@@ -188,6 +190,7 @@ BENCHMARK(BM_DrawOneLayer)
     ->Arg(21)
     ->Arg(22)
     ->Arg(23)
+    ->Arg(24)
     ->Arg(25)
     ->Arg(26)
     ->Arg(27)

@@ -11,6 +11,7 @@ fixed seed, so the same reference data always give the same bytes.
 import gzip
 import json
 import math
+import zlib
 import os
 import random
 import sys
@@ -61,6 +62,15 @@ def great_circle_point(lat1, lon1, lat2, lon2, fraction):
     y = a * math.cos(p1) * math.sin(l1) + b * math.cos(p2) * math.sin(l2)
     z = a * math.sin(p1) + b * math.sin(p2)
     return math.degrees(math.atan2(z, math.hypot(x, y))), math.degrees(math.atan2(y, x))
+
+
+def on_airport(lat, lon, u, v):
+    """A point of an airport's area for u, v in -1..1: parked and taxiing aircraft spread over about
+    3 by 4 km round the reference point, as stands and taxiways lie, not all on one spot."""
+    angle = math.pi * u
+    radius = 0.5 + 0.5 * abs(v)
+    return (lat + 0.014 * radius * math.sin(angle),
+            lon + 0.018 * radius * math.cos(angle) / max(math.cos(math.radians(lat)), 0.2))
 
 
 def distance_nm(lat1, lon1, lat2, lon2):
@@ -154,11 +164,13 @@ class Feed:
         else:
             fraction, alt, gs = phases[phase]
             lat, lon = great_circle_point(dlat, dlon, alat, alon, fraction)
-            if fraction in (0.0, 1.0):  # on the stand or taxiway: a few hundred metres off the reference
-                lat += rng.uniform(-0.01, 0.01)
-                lon += rng.uniform(-0.01, 0.01)
+            if fraction in (0.0, 1.0):  # on a stand or taxiway, somewhere on the airport
+                lat, lon = on_airport(lat, lon, rng.uniform(-0.01, 0.01) * 100, rng.uniform(-0.01, 0.01) * 100)
         heading = bearing(lat, lon, alat, alon) if phase not in ("onblocks", "diverted") else rng.randint(0, 359)
         callsign = self.unique(lambda: "%s%d" % (rng.choice(AIRLINES), rng.randint(1, 9999)))
+        if phase == "diverted":  # parked at the alternate; placed from its callsign, so the draws stay as they were
+            spread = zlib.crc32(callsign.encode())
+            lat, lon = on_airport(lat, lon, (spread % 2001) / 1000 - 1, (spread // 2001 % 2001) / 1000 - 1)
         aircraft = rng.choice(AIRCRAFT[:20])
         prefix = "H/" if aircraft in ("A388", "B744", "B77W") else ""
         suffix = rng.choice(["/L", "/G", ""]) if self.network == 1 else ""

@@ -1,6 +1,12 @@
 #include "gl_backend.h"
 
+#include <cmath>
+
 #include <GL/gl.h>
+
+#include <QOpenGLFunctions>
+
+#include "render/list_numbers.h"
 
 namespace sky::ui {
 namespace {
@@ -81,11 +87,44 @@ GLenum ToGl(render::StencilAction a) {
 
 } // namespace
 
+GlBackend::GlBackend() = default;
+GlBackend::~GlBackend() = default;
+
+void GlBackend::InitialiseText(double devicePixelRatio) {
+    m_ratio = devicePixelRatio > 0.0 ? devicePixelRatio : 1.0;
+    if (!m_functions) {
+        m_functions = std::make_unique<QOpenGLFunctions>();
+        m_functions->initializeOpenGLFunctions();
+        m_textReady = m_text.Initialise(*m_functions);
+    }
+    m_text.SetAtlas(BuildGlyphFonts(m_ratio, m_text.Atlas().Texture));
+}
+
+int GlBackend::GlyphAdvance(bool bold, unsigned char code) const {
+    const GlyphBox& box = m_text.Atlas().Glyph(bold, code);
+    return int(std::ceil(box.Advance / m_text.Atlas().DevicePixelRatio - 0.01));
+}
+
+void GlBackend::FlushText() {
+    if (!m_text.Empty()) {
+        m_text.Flush();
+        // The batch set its own colours; what the list chose last applies again.
+        if (m_listColour)
+            glColor4f(m_listColour->R, m_listColour->G, m_listColour->B, m_listColour->A);
+    }
+}
+
 void GlBackend::NewList(int list) {
+    FlushText();
+    m_recording = true;
+    m_listColour.reset();
     glNewList(GLuint(list), GL_COMPILE);
 }
 void GlBackend::EndList() {
+    FlushText();
     glEndList();
+    m_recording = false;
+    m_listColour.reset();
 }
 void GlBackend::DeleteList(int list) {
     glDeleteLists(GLuint(list), 1);
@@ -94,15 +133,28 @@ bool GlBackend::IsList(int list) const {
     return glIsList(GLuint(list)) == GL_TRUE;
 }
 void GlBackend::CallList(int list) {
+    FlushText();
     glCallList(GLuint(list));
 }
 void GlBackend::ListBase(int base) {
-    glListBase(GLuint(base));
+    m_listBase = base;
+    if (!m_textReady)
+        glListBase(GLuint(base));
 }
 void GlBackend::CallListByte(unsigned char code) {
-    glCallLists(1, GL_UNSIGNED_BYTE, &code);
+    const bool small = m_listBase == render::lists::kSmallFontBase;
+    if (!m_textReady || (!small && m_listBase != render::lists::kBoldFontBase)) {
+        FlushText();
+        glListBase(GLuint(m_listBase));
+        glCallLists(1, GL_UNSIGNED_BYTE, &code);
+        return;
+    }
+    m_text.Glyph(!small, code);
+    if (!m_recording)
+        FlushText();
 }
 void GlBackend::Begin(render::Primitive primitive) {
+    FlushText();
     glBegin(ToGl(primitive));
 }
 void GlBackend::End() {
@@ -112,36 +164,57 @@ void GlBackend::Vertex(float x, float y, float z) {
     glVertex3f(x, y, z);
 }
 void GlBackend::Colour(float r, float g, float b, float a) {
+    if (m_recording)
+        m_listColour = Rgba{r, g, b, a};
     glColor4f(r, g, b, a);
 }
 void GlBackend::RasterPos(float x, float y, float z) {
+    if (m_textReady) {
+        m_text.RasterPos(x, y, z, m_listColour);
+        return;
+    }
     glRasterPos3f(x, y, z);
 }
 void GlBackend::BitmapMove(float dx, float dy) {
-    glBitmap(0, 0, 0, 0, dx, dy, nullptr);
+    if (m_textReady) {
+        m_text.Move(dx, dy);
+        return;
+    }
+    // An empty bitmap moves the raster position only when called at once; recorded in a list it needs
+    // a pixel of its own (left unset).
+    static const GLubyte kBlank = 0;
+    glBitmap(1, 1, 0.0f, 0.0f, Device(dx), Device(dy), &kBlank);
 }
 void GlBackend::LineWidth(float width) {
-    glLineWidth(width);
+    FlushText();
+    glLineWidth(Device(width));
 }
 void GlBackend::PointSize(float size) {
-    glPointSize(size);
+    FlushText();
+    glPointSize(Device(size));
 }
 void GlBackend::Enable(render::Capability c) {
+    FlushText();
     glEnable(ToGl(c));
 }
 void GlBackend::Disable(render::Capability c) {
+    FlushText();
     glDisable(ToGl(c));
 }
 void GlBackend::BlendFunc(render::BlendFactor s, render::BlendFactor d) {
+    FlushText();
     glBlendFunc(ToGl(s), ToGl(d));
 }
 void GlBackend::StencilFunc(render::StencilTest t, int reference, unsigned mask) {
+    FlushText();
     glStencilFunc(ToGl(t), reference, mask);
 }
 void GlBackend::StencilOp(render::StencilAction f, render::StencilAction z, render::StencilAction p) {
+    FlushText();
     glStencilOp(ToGl(f), ToGl(z), ToGl(p));
 }
 void GlBackend::ColourMask(bool write) {
+    FlushText();
     const GLboolean flag = write ? GL_TRUE : GL_FALSE;
     glColorMask(flag, flag, flag, flag);
 }
@@ -150,30 +223,41 @@ void GlBackend::ClearColour(float r, float g, float b, float a) {
 }
 // The stencil is cleared too, so a fill cut short by a lost frame cannot leave marks behind.
 void GlBackend::Clear() {
+    FlushText();
     glClear(GL_COLOR_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
 }
 void GlBackend::Viewport(int x, int y, int w, int h) {
-    glViewport(x, y, w, h);
+    FlushText();
+    const auto device = [this](int v) { return int(std::lround(v * m_ratio)); };
+    glViewport(device(x), device(y), device(w), device(h));
+    m_text.Viewport(device(x), device(y), device(w), device(h));
 }
 void GlBackend::LoadIdentity() {
+    FlushText();
     glLoadIdentity();
 }
 void GlBackend::Ortho(double l, double r, double b, double t, double n, double f) {
+    FlushText();
     glOrtho(l, r, b, t, n, f);
 }
 void GlBackend::PushMatrix() {
+    FlushText();
     glPushMatrix();
 }
 void GlBackend::PopMatrix() {
+    FlushText();
     glPopMatrix();
 }
 void GlBackend::Translate(float x, float y, float z) {
+    FlushText();
     glTranslatef(x, y, z);
 }
 void GlBackend::Rotate(float a, float x, float y, float z) {
+    FlushText();
     glRotatef(a, x, y, z);
 }
 void GlBackend::Scale(float x, float y, float z) {
+    FlushText();
     glScalef(x, y, z);
 }
 

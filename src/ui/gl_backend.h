@@ -1,13 +1,30 @@
 #pragma once
 
+#include <memory>
+#include <optional>
+
 #include "render/gl_api.h"
+#include "text_batch.h"
+
+class QOpenGLFunctions;
 
 namespace sky::ui {
 
 // The core's GL interface on the real OpenGL 1.1 of the map window's context. Every call needs that
-// context current.
+// context current. The core works in logical pixels; the backend turns viewports, line widths, point
+// sizes and text offsets into device pixels by the screen's device pixel ratio. Text printed through
+// the glyph lists is gathered per list and drawn from the glyph atlas in one batch (see TextBatch).
 class GlBackend final : public render::GlApi {
 public:
+    GlBackend();
+    ~GlBackend() override;
+
+    // With the context current: the glyph lists and atlas for this device pixel ratio, and the text
+    // program. Called again when the window moves to a screen of another ratio.
+    void InitialiseText(double devicePixelRatio);
+    double DevicePixelRatio() const { return m_ratio; }
+
+    int GlyphAdvance(bool bold, unsigned char code) const override;
     void NewList(int list) override;
     void EndList() override;
     void DeleteList(int list) override;
@@ -40,6 +57,18 @@ public:
     void Translate(float x, float y, float z) override;
     void Rotate(float angleDeg, float x, float y, float z) override;
     void Scale(float x, float y, float z) override;
+
+private:
+    void FlushText(); // before any call that is not text, so the glyphs keep their place in order
+    float Device(float logical) const { return float(logical * m_ratio); }
+
+    std::unique_ptr<QOpenGLFunctions> m_functions;
+    TextBatch m_text;
+    bool m_textReady = false;
+    double m_ratio = 1.0;
+    bool m_recording = false;
+    int m_listBase = 0;
+    std::optional<Rgba> m_listColour; // the colour the list being recorded set last
 };
 
 } // namespace sky::ui

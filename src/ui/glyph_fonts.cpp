@@ -1,5 +1,6 @@
 #include "glyph_fonts.h"
 
+#include <cmath>
 #include <vector>
 
 #include <GL/gl.h>
@@ -24,49 +25,135 @@ QFont MakeFont(const char* family, int pixelSize, bool bold) {
     return font;
 }
 
-// One glyph as a GL bitmap: rows from the bottom up, each padded to whole bytes, leftmost pixel in the
-// highest bit.
-void RecordGlyph(int list, QChar character, const QFont& font, const QFontMetrics& metrics) {
+// The character a code prints; control codes print nothing wide.
+QChar CharacterOf(int code) {
+    return code < 32 ? QChar(u' ') : DecodeText(QByteArray(1, char(code))).Text.at(0);
+}
+
+QImage RenderGlyph(QChar character, const QFont& font, const QFontMetrics& metrics) {
     const int advance = std::max(1, metrics.horizontalAdvance(character));
-    const int height = metrics.ascent() + metrics.descent();
-    QImage image(advance, height, QImage::Format_RGB32);
+    QImage image(advance, metrics.ascent() + metrics.descent(), QImage::Format_RGB32);
     image.fill(Qt::black);
-    {
-        QPainter painter(&image);
-        painter.setFont(font);
-        painter.setPen(Qt::white);
-        painter.drawText(0, metrics.ascent(), QString(character));
-    }
-    const int rowBytes = (advance + 7) / 8;
+    QPainter painter(&image);
+    painter.setFont(font);
+    painter.setPen(Qt::white);
+    painter.drawText(0, metrics.ascent(), QString(character));
+    return image;
+}
+
+bool IsSet(const QImage& image, int x, int row) {
+    return qGray(image.pixel(x, row)) > 127;
+}
+
+// One glyph as a GL bitmap list: rows from the bottom up, each padded to whole bytes, leftmost pixel in
+// the highest bit.
+void RecordGlyphList(int list, const QImage& image, int descent) {
+    const int width = image.width(), height = image.height();
+    const int rowBytes = (width + 7) / 8;
     std::vector<GLubyte> bits(size_t(rowBytes * height), 0);
     for (int y = 0; y < height; ++y) {
-        const QRgb* row = reinterpret_cast<const QRgb*>(image.constScanLine(height - 1 - y));
-        for (int x = 0; x < advance; ++x) {
-            if (qGray(row[x]) > 127)
+        for (int x = 0; x < width; ++x) {
+            if (IsSet(image, x, height - 1 - y))
                 bits[size_t(y * rowBytes + x / 8)] |= GLubyte(0x80 >> (x % 8));
         }
     }
     glNewList(GLuint(list), GL_COMPILE);
-    glBitmap(advance, height, 0.0f, float(metrics.descent()), float(advance), 0.0f, bits.data());
+    glBitmap(width, height, 0.0f, float(descent), float(width), 0.0f, bits.data());
     glEndList();
 }
 
-void RecordFont(int base, const QFont& font) {
+struct FontGlyphs {
+    std::array<QImage, 255> Images;
+    int Descent = 0;
+};
+
+FontGlyphs RenderFont(int base, const QFont& font) {
     const QFontMetrics metrics(font);
+    FontGlyphs glyphs;
+    glyphs.Descent = metrics.descent();
     for (int code = 0; code < render::lists::kGlyphCount; ++code) {
-        const QString decoded = DecodeText(QByteArray(1, char(code))).Text;
-        // Control codes print nothing wide; they still get a list so every code calls something.
-        const QChar character = code < 32 ? QChar(u' ') : decoded.at(0);
-        RecordGlyph(base + code, character, font, metrics);
+        glyphs.Images[size_t(code)] = RenderGlyph(CharacterOf(code), font, metrics);
+        RecordGlyphList(base + code, glyphs.Images[size_t(code)], glyphs.Descent);
     }
+    return glyphs;
+}
+
+// Packs both fonts row by row into one alpha texture, a pixel apart, and notes where each glyph went.
+unsigned UploadAtlas(const FontGlyphs& small, const FontGlyphs& bold, GlyphAtlas& atlas) {
+    constexpr int kWidth = 1024;
+    struct Place {
+        const QImage* Image;
+        GlyphBox* Box;
+        int Descent;
+        int X = 0, Y = 0;
+    };
+    std::vector<Place> places;
+    for (int code = 0; code < render::lists::kGlyphCount; ++code) {
+        places.push_back({&small.Images[size_t(code)], &atlas.Small[size_t(code)], small.Descent});
+        places.push_back({&bold.Images[size_t(code)], &atlas.Bold[size_t(code)], bold.Descent});
+    }
+    int x = 1, y = 1, rowHeight = 0;
+    for (Place& p : places) {
+        if (x + p.Image->width() + 1 > kWidth) {
+            x = 1;
+            y += rowHeight + 1;
+            rowHeight = 0;
+        }
+        p.X = x;
+        p.Y = y;
+        x += p.Image->width() + 1;
+        rowHeight = std::max(rowHeight, p.Image->height());
+    }
+    int height = 1;
+    while (height < y + rowHeight + 1)
+        height *= 2;
+    std::vector<GLubyte> alpha(size_t(kWidth * height), 0);
+    for (const Place& p : places) {
+        const int w = p.Image->width(), h = p.Image->height();
+        // Texture rows go up from the bottom, like the bitmaps.
+        for (int row = 0; row < h; ++row) {
+            for (int col = 0; col < w; ++col) {
+                if (IsSet(*p.Image, col, h - 1 - row))
+                    alpha[size_t((p.Y + row) * kWidth + p.X + col)] = 255;
+            }
+        }
+        *p.Box = GlyphBox{w,
+                          w,
+                          h,
+                          p.Descent,
+                          float(p.X) / kWidth,
+                          float(p.Y) / float(height),
+                          float(p.X + w) / kWidth,
+                          float(p.Y + h) / float(height)};
+    }
+    GLuint texture = 0;
+    glGenTextures(1, &texture);
+    glBindTexture(GL_TEXTURE_2D, texture);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP);
+    glTexImage2D(GL_TEXTURE_2D, 0, GL_ALPHA8, kWidth, height, 0, GL_ALPHA, GL_UNSIGNED_BYTE, alpha.data());
+    return texture;
 }
 
 } // namespace
 
-void BuildGlyphFonts() {
+GlyphAtlas BuildGlyphFonts(double devicePixelRatio, unsigned previousTexture) {
+    const double ratio = devicePixelRatio > 0.0 && devicePixelRatio < 8.0 ? devicePixelRatio : 1.0;
     glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
-    RecordFont(render::lists::kSmallFontBase, MakeFont("DejaVu Sans Mono", 10, false));
-    RecordFont(render::lists::kBoldFontBase, MakeFont("Liberation Sans", 12, true));
+    if (previousTexture != 0) {
+        const GLuint old = previousTexture;
+        glDeleteTextures(1, &old);
+    }
+    const FontGlyphs small = RenderFont(render::lists::kSmallFontBase,
+                                        MakeFont("DejaVu Sans Mono", int(std::lround(10 * ratio)), false));
+    const FontGlyphs bold =
+        RenderFont(render::lists::kBoldFontBase, MakeFont("Liberation Sans", int(std::lround(12 * ratio)), true));
+    GlyphAtlas atlas;
+    atlas.DevicePixelRatio = ratio;
+    atlas.Texture = UploadAtlas(small, bold, atlas);
+    return atlas;
 }
 
 } // namespace sky::ui

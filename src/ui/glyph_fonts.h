@@ -1,11 +1,33 @@
 #pragma once
 
+#include <array>
+
 namespace sky::ui {
 
+// Where one glyph lies in the atlas texture and how it sits on the baseline, in device pixels.
+struct GlyphBox {
+    int Advance = 0;
+    int Width = 0;
+    int Height = 0;
+    int Descent = 0;         // rows below the baseline
+    float U0 = 0, V0 = 0;    // the texture coordinates of its lower left corner
+    float U1 = 0, V1 = 0;    // and of its upper right corner
+};
+
+// Both fonts' glyphs, codes 0 to 254, in one alpha texture.
+struct GlyphAtlas {
+    unsigned Texture = 0;
+    double DevicePixelRatio = 1.0;
+    std::array<GlyphBox, 255> Small{};
+    std::array<GlyphBox, 255> Bold{};
+    const GlyphBox& Glyph(bool bold, unsigned char code) const { return bold ? Bold[code] : Small[code]; }
+};
+
 // Records the two bitmap fonts as display lists, one per Windows-1252 code 0 to 254: the small font
-// (DejaVu Sans Mono, 10 px) from list 64725, the bold font (Liberation Sans Bold, 12 px) from 65000.
-// Each glyph is drawn without antialiasing and advances the raster position by its own width. Needs the
-// map's GL context current.
-void BuildGlyphFonts();
+// (DejaVu Sans Mono, 10 px) from list 64725, the bold font (Liberation Sans Bold, 12 px) from 65000,
+// each sized for the screen's device pixel ratio. Each glyph is drawn without antialiasing and
+// advances the raster position by its own width. The same glyphs go into one texture, which the map
+// draws its labels from. Needs the map's GL context current; a texture made before is replaced.
+GlyphAtlas BuildGlyphFonts(double devicePixelRatio, unsigned previousTexture = 0);
 
 } // namespace sky::ui

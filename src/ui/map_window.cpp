@@ -23,7 +23,6 @@
 #include "app/colour_theme.h"
 #include "app/window_geometry.h"
 #include "common/numbers.h"
-#include "glyph_fonts.h"
 #include "key_codes.h"
 #include "view/camera.h"
 #include "view/keys.h"
@@ -82,6 +81,12 @@ MapWindow::MapWindow(MapOptions options)
         makeCurrent();
         m_session->Downloader().AutoDownloadTimerTick();
     });
+    m_settleTimer.setSingleShot(true);
+    m_settleTimer.setInterval(250);
+    connect(&m_settleTimer, &QTimer::timeout, this, [this] {
+        makeCurrent();
+        m_session->Scene().ViewSettled();
+    });
     connect(&m_downloadTimer, &QTimer::timeout, this, [this] {
         makeCurrent();
         m_session->Downloader().DownloadTimerTick();
@@ -99,7 +104,7 @@ void MapWindow::PlaceFromSettings() {
 }
 
 void MapWindow::initializeGL() {
-    BuildGlyphFonts();
+    m_gl.InitialiseText(devicePixelRatioF());
     const ColourTable& c = m_session->Colours();
     glClearColor(c.Red[kSlotScreenBackground], c.Green[kSlotScreenBackground], c.Blue[kSlotScreenBackground],
                  0.0f);
@@ -231,6 +236,7 @@ void MapWindow::RunKey(int keyCode, int modifiers) {
         return;
     makeCurrent();
     m_session->KeyUp(keyCode, modifiers);
+    m_settleTimer.start(); // a stored view may have been restored
 }
 
 void MapWindow::keyPressEvent(QKeyEvent* event) {
@@ -244,6 +250,7 @@ void MapWindow::keyPressEvent(QKeyEvent* event) {
         m_pressModifiers[code] = modifiers;
     makeCurrent();
     m_session->KeyDown(code, modifiers);
+    m_settleTimer.start();
 }
 
 void MapWindow::keyReleaseEvent(QKeyEvent* event) {
@@ -304,10 +311,11 @@ void MapWindow::mouseReleaseEvent(QMouseEvent* event) {
     const QPoint p = event->position().toPoint();
     if (TitleStripZone(m_pressPosition.x(), m_pressPosition.y(), width()) != TitleZone::None)
         return;
-    if (!m_dragging) {
-        makeCurrent();
+    makeCurrent();
+    if (!m_dragging)
         m_session->Pointer().Click(p.x(), p.y());
-    }
+    else
+        m_session->Scene().ViewSettled();
     m_dragging = false;
 }
 
@@ -325,6 +333,7 @@ void MapWindow::wheelEvent(QWheelEvent* event) {
         return;
     makeCurrent();
     m_session->Pointer().Wheel(steps);
+    m_settleTimer.start();
 }
 
 void MapWindow::contextMenuEvent(QContextMenuEvent* event) {

@@ -77,6 +77,7 @@ private:
     std::unique_ptr<CompanionWindow> m_companion; // made on first use
     QTimer m_autoDownloadTimer;
     QTimer m_downloadTimer;
+    QTimer m_settleTimer; // the view has come to rest a moment after the last wheel step or key
     bool m_started = false;
     bool m_shutDown = false;
     bool m_maximised = false;

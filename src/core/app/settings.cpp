@@ -112,6 +112,7 @@ Settings ReadSettings(const IniFile& ini, const ScreenMetrics& screen) {
     s.ShowAirportLabels = Boolean(ini, u"Map", u"ShowAirportLabels", true);
     s.ShowInbounds = Boolean(ini, u"Map", u"ShowInbounds", false);
     s.ShowActualHeading = Boolean(ini, u"Map", u"ShowActualHeading", false);
+    s.DeclutterLabels = Boolean(ini, u"Map", u"DeclutterLabels", true);
     return s;
 }
 
@@ -151,6 +152,7 @@ void WriteSettings(const Settings& s, const WindowPlacement& window, float twips
     ini.SetValue(u"Map"_s, u"ShowAirportLabels"_s, BooleanText(s.ShowAirportLabels));
     ini.SetValue(u"Map"_s, u"ShowInbounds"_s, BooleanText(s.ShowInbounds));
     ini.SetValue(u"Map"_s, u"ShowActualHeading"_s, BooleanText(s.ShowActualHeading));
+    ini.SetValue(u"Map"_s, u"DeclutterLabels"_s, BooleanText(s.DeclutterLabels));
 }
 
 QString SettingsPath(const QString& home) {

@@ -58,6 +58,8 @@ struct Settings {
     bool ShowAirportLabels = true;
     bool ShowInbounds = false;
     bool ShowActualHeading = false;
+    // Labels that would overlap are left out by priority (the D key); off, every label is drawn.
+    bool DeclutterLabels = true;
 
     // The member number on network 0 (IVAO) or 1 (VATSIM).
     const QString& MemberId(int network) const { return network == 0 ? IVAO_ID : VATSIM_ID; }

@@ -58,6 +58,17 @@ void BuildFrame(GlApi& gl, const ColourTable& colours, int width, int height, co
     gl.Enable(Capability::Blend);
     gl.BlendFunc(BlendFactor::SrcAlpha, BlendFactor::OneMinusSrcAlpha);
 
+    // Nothing of the map shows through the title strip and the status band.
+    o.Colour(kSlotScreenBackground, 1.0f);
+    gl.Begin(Primitive::Quads);
+    for (const double y0 : {top, 0.0}) {
+        const double y1 = y0 == 0.0 ? kStatusBandPx : h;
+        o.Vertex(0, y0);
+        o.Vertex(w, y0);
+        o.Vertex(w, y1);
+        o.Vertex(0, y1);
+    }
+    gl.End();
     // The title strip, and bands down the sides and along the bottom.
     o.Band(kSlotWindowShading, 0, h, w, h, w, top, 0, top);
     o.Band(kSlotWindowShading, 0, 0, 0, top, kBandPx, top, kBandPx, 0);

@@ -51,6 +51,13 @@ public:
     virtual void Translate(float x, float y, float z) = 0;
     virtual void Rotate(float angleDeg, float x, float y, float z) = 0;
     virtual void Scale(float x, float y, float z) = 0;
+
+    // How far a glyph of the small or bold font advances the raster position, in pixels. What the map
+    // lays out (labels, panels) is measured with it; this default is the size of the shipped fonts.
+    virtual int GlyphAdvance(bool bold, unsigned char code) const {
+        (void)code;
+        return bold ? 7 : 6;
+    }
 };
 
 } // namespace sky::render

@@ -76,7 +76,7 @@ void OpenPanel(const Painter& p, int list, const PixelRect& area) {
     p.Gl.NewList(list);
     p.Gl.Enable(Capability::Blend);
     p.Gl.BlendFunc(BlendFactor::SrcAlpha, BlendFactor::OneMinusSrcAlpha);
-    p.Fill(area, kSlotWindowBackground, 0.85f);
+    p.Fill(area, kSlotWindowBackground, 1.0f); // the map does not show through a panel
     p.Outline(area, kSlotScreenBorder);
 }
 

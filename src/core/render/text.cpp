@@ -28,6 +28,16 @@ void PrintBoldText(GlApi& gl, const QString& text) {
     Print(gl, text, lists::kBoldFontBase);
 }
 
+int TextWidth(const GlApi& gl, const QString& text, bool bold) {
+    int width = 0;
+    for (QChar c : text) {
+        const unsigned char code = ToWindows1252(c);
+        if (code < lists::kGlyphCount)
+            width += gl.GlyphAdvance(bold, code);
+    }
+    return width;
+}
+
 void BuildStatusLine(GlApi& gl, const QString& statusText, int width, int height) {
     width = std::max(width, 1);
     height = std::max(height, 1);

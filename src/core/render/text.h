@@ -11,6 +11,8 @@ class GlApi;
 // and code 255, which has no glyph list, prints nothing. An empty text touches nothing.
 void PrintText(GlApi& gl, const QString& text);
 void PrintBoldText(GlApi& gl, const QString& text);
+// How wide a text prints, in pixels.
+int TextWidth(const GlApi& gl, const QString& text, bool bold = false);
 
 // Records the status line (list 55): the text 65 pixels from the left and 6 above the bottom of a
 // client area width by height pixels, in the small font. The list holds no colour of its own.

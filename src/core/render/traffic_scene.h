@@ -1,11 +1,13 @@
 #pragma once
 
-#include <array>
-#include <functional>
+#include <optional>
+#include <vector>
 
 #include <QString>
 
+#include "geo/geodesy.h"
 #include "network/client_records.h"
+#include "render/panel_layout.h"
 
 namespace sky {
 class Friends;
@@ -16,6 +18,20 @@ struct ColourTable;
 namespace sky::render {
 
 class GlApi;
+class SectorShapes;
+
+// What the labels are placed for when they are decluttered: the view and the window they are seen
+// in, the areas they must keep off, and what is drawn. Without it every label goes beside its symbol.
+struct LabelView {
+    geo::ViewState View;
+    int WidthPx = 800;
+    int HeightPx = 600;
+    std::vector<PixelRect> Reserved; // title strip, count panel, status band, open panels
+    std::optional<network::ClientRef> Selected;
+    bool Planes = true, PlaneLabels = true; // the switches of the layers and their labels
+    bool Atc = true, AtcLabels = true;
+    bool Airports = true, AirportLabels = true;
+};
 
 // What the traffic lists are drawn from.
 struct TrafficInputs {
@@ -26,12 +42,16 @@ struct TrafficInputs {
     const FirOutlines& Outlines;
     bool ShowActualHeading = false; // turn aircraft by their course instead of their heading
     float ViewZ = 1.0f; // symbols keep their size on screen; labels add level and speed when close
+    const LabelView* Labels = nullptr; // decluttered labels; null: every label beside its symbol
+    SectorShapes* Shapes = nullptr;    // the filled outlines of sectors, kept between builds
 };
 
 // The zoom band the symbols were recorded for: a symbol list is rebuilt when the band changes.
 int SymbolBand(float viewZ);
 // Labels show the flight level and ground speed from this zoom on.
 inline constexpr float kDetailedLabelZoom = 4.0f;
+// Aircraft on the ground are labelled from this zoom on, where those of one airport come apart.
+inline constexpr float kGroundLabelZoom = 25.0f;
 
 // True when a client with this member number is drawn: always, or only friends under FriendsOnly.
 bool PassesFriendFilter(const TrafficInputs& in, const QString& vid);
@@ -39,15 +59,22 @@ bool PassesFriendFilter(const TrafficInputs& in, const QString& vid);
 // Records the nine traffic lists of one network (0 or 1) in their fixed order, deleting the
 // highlight (list 42) between the inbound lines and the sector fills.
 void BuildTrafficLists(GlApi& gl, int network, const TrafficInputs& in);
-// Records the aircraft symbols and labels alone (after a zoom that changed their size or detail).
+// Records the aircraft symbols and the three label lists alone (after a zoom that changed their size
+// or detail); network 2 is the comparison.
 void BuildPlaneLists(GlApi& gl, int network, const TrafficInputs& in);
+// Records the aircraft, airport and controller labels of network (0, 1 or 2 for the comparison),
+// decluttered together when the inputs carry a label view.
+void BuildLabelLists(GlApi& gl, int network, const TrafficInputs& in);
 
 // Records lists 30 to 38: both networks' traffic in their own colours.
 void BuildComparisonLists(GlApi& gl, const TrafficInputs& in);
 
-// Records the client-count panel (list 56): pilots, controllers, observers and total of each network.
+// Records the client-count panel (list 56): pilots, controllers, observers and total of each network,
+// in columns as wide as their texts, right-aligned under the title strip.
 void BuildClientCountPanel(GlApi& gl, const network::ClientTables& tables, const ColourTable& colours,
                            int width, int height);
+// Where the client-count panel lies, pixels from the top left, for the same inputs.
+PixelRect ClientCountPanelBox(const GlApi& gl, const network::ClientTables& tables, int width);
 
 // The status text of the comparison: "Merged data of 1423Z/1424Z displayed", or "Missing VATSIM data.
 // No comparison possible." when a network has no data.

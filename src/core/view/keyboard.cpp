@@ -182,6 +182,11 @@ void KeyUp(KeyContext& c, int key, int modifiers) {
         StoreOrRestoreView(c, key - keys::Digit(1), shift);
         c.Commands.Redraw();
         return;
+    case keys::Letter('D'):
+        s.DeclutterLabels = !s.DeclutterLabels;
+        SetStatus(c, s.DeclutterLabels ? u"Labels decluttered"_s : u"All labels shown"_s);
+        c.Commands.Redraw();
+        return;
     default:
         break;
     }

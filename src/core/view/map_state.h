@@ -13,6 +13,7 @@
 #include "network/download.h"
 #include "refdata/fir_outlines.h"
 #include "refdata/reference_data.h"
+#include "render/sector_layer.h"
 #include "view/display_state.h"
 #include "view/panels.h"
 
@@ -34,6 +35,7 @@ struct MapState {
     ColourTable Colours; // the theme
     ReferenceData Reference;
     FirOutlines Outlines;
+    render::SectorShapes Shapes; // the outlines' drawn shapes, worked out on first use
     std::unique_ptr<network::ClientTables> Tables; // the interpreter, through the downloads
     network::DownloadState Downloads;
     DisplayState Display;

@@ -1,13 +1,17 @@
 #include "view/scene_control.h"
 
+#include <cmath>
+
 #include <QDir>
 #include <QFile>
 
+#include "geo/projection.h"
+#include "render/aircraft_layer.h"
 #include "render/frame.h"
 #include "render/gl_api.h"
 #include "render/list_numbers.h"
+#include "render/panel_layout.h"
 #include "render/text.h"
-#include "render/traffic_scene.h"
 #include "view/map_host.h"
 #include "view/map_state.h"
 
@@ -19,34 +23,125 @@ namespace lists = render::lists;
 
 namespace {
 
-render::TrafficInputs Inputs(const MapState& s) {
-    return render::TrafficInputs{s.AllTables(), s.FriendList, s.Display.FriendsOnly,
-                                 s.Colours,     s.Outlines,   s.Config.ShowActualHeading,
-                                 s.View.ViewZ};
+// The frame's title strip, side bands and status band, which labels keep off.
+constexpr int kStripPx = 20;
+constexpr int kSideBandPx = 6;
+
+// The highlight's callsign stands this far up and right of its client.
+constexpr int kHighlightTextDx = 9;
+constexpr int kHighlightTextDy = 9;
+
+void HighlightColour(render::GlApi& gl, const ColourTable& c) {
+    gl.Colour(c.Red[kSlotHighlight], c.Green[kSlotHighlight], c.Blue[kSlotHighlight], 1.0f);
 }
 
-// The highlight's colour, a point and a text beside it at the position.
-void RecordMark(render::GlApi& gl, const ColourTable& colours, float lat, float lon, const QString& text,
-                bool bold) {
-    gl.NewList(lists::kHighlight);
-    gl.Colour(colours.Red[kSlotHighlight], colours.Green[kSlotHighlight], colours.Blue[kSlotHighlight], 1.0f);
-    gl.Begin(render::Primitive::Points);
-    gl.Vertex(geo::GlobeX(lat, lon), geo::GlobeY(lat, lon), geo::GlobeZ(lat, lon));
-    gl.End();
-    gl.RasterPos(geo::GlobeX(lat, lon), geo::GlobeY(lat, lon), geo::GlobeZ(lat, lon));
-    if (bold) {
-        gl.BitmapMove(9, 8);
-        render::PrintBoldText(gl, text);
-    } else {
-        render::PrintText(gl, text);
+// A ring of radius (in the globe's units) round a point, flat on the globe there.
+void Ring(render::GlApi& gl, float lat, float lon, double radius) {
+    const double phi = lat * geo::DegToRad, lambda = lon * geo::DegToRad;
+    const geo::Vec3 centre = geo::OnGlobe(lat, lon);
+    const geo::Vec3 east{std::cos(lambda), 0.0, -std::sin(lambda)};
+    const geo::Vec3 north{-std::sin(phi) * std::sin(lambda), std::cos(phi), -std::sin(phi) * std::cos(lambda)};
+    gl.Begin(render::Primitive::LineLoop);
+    constexpr int kSegments = 24;
+    for (int i = 0; i < kSegments; ++i) {
+        const double a = 2.0 * 3.141592653589793 * i / kSegments;
+        const geo::Vec3 p = centre + east * (radius * std::cos(a)) + north * (radius * std::sin(a));
+        gl.Vertex(float(p.X), float(p.Y), float(p.Z));
     }
-    gl.EndList();
+    gl.End();
 }
 
 } // namespace
 
 SceneControl::SceneControl(MapState& state, render::GlApi& gl, MapHost& host)
     : m_state(state), m_gl(gl), m_host(host) {}
+
+render::LabelView SceneControl::CurrentLabelView() const {
+    const MapState& s = m_state;
+    const int w = s.WidthPx, h = s.HeightPx;
+    render::LabelView v;
+    v.View = s.View;
+    geo::ClampView(v.View);
+    v.WidthPx = w;
+    v.HeightPx = h;
+    v.Selected = s.Selected;
+    const Settings& c = s.Config;
+    v.Planes = c.ShowPlanes;
+    v.PlaneLabels = c.ShowPlaneLabels;
+    v.Atc = c.ShowATC;
+    v.AtcLabels = c.ShowATCLabels;
+    v.Airports = c.ShowAirports;
+    v.AirportLabels = c.ShowAirportLabels;
+    v.Reserved = {{0, 0, w, kStripPx + 2},
+                  {0, h - kStripPx, w, kStripPx},
+                  {0, 0, kSideBandPx, h},
+                  {w - kSideBandPx, 0, kSideBandPx, h},
+                  render::ClientCountPanelBox(m_gl, s.AllTables(), w)};
+    const render::PanelLayout layout = render::LayoutPanels(w, h);
+    switch (s.Display.PanelMode) {
+    case 1:
+    case 2:
+        v.Reserved.push_back(layout.InfoBox);
+        break;
+    case 3:
+    case 5:
+        v.Reserved.push_back(layout.ListPanel);
+        break;
+    case 4:
+    case 6:
+        v.Reserved.push_back(layout.ListPanel);
+        v.Reserved.push_back(layout.InfoBox);
+        break;
+    default:
+        break;
+    }
+    // The highlight's callsign keeps its place above the selected client's own label.
+    if (s.Selected) {
+        const network::NetworkData& data = s.AllTables()[s.Selected->Network];
+        const bool pilot = s.Selected->IsPilot;
+        const auto& p = data.Pilots[size_t(pilot ? s.Selected->Slot : 0)];
+        const auto& r = data.Controllers[size_t(pilot ? 0 : s.Selected->Slot)];
+        const auto point = geo::LatLonToScreen(pilot ? p.Latitude : r.DisplayLatitude,
+                                               pilot ? p.Longitude : r.DisplayLongitude, w, h, v.View);
+        if (point)
+            v.Reserved.push_back({int(point->X) + kHighlightTextDx, int(point->Y) - kHighlightTextDy - 11,
+                                  render::TextWidth(m_gl, pilot ? p.Callsign : r.Callsign, true), 14});
+    }
+    return v;
+}
+
+SceneControl::LabelKey SceneControl::CurrentLabelKey() const {
+    const MapState& s = m_state;
+    const Settings& c = s.Config;
+    return LabelKey{s.Display.ShownNetwork,
+                    c.DeclutterLabels,
+                    {c.ShowPlanes, c.ShowPlaneLabels, c.ShowATC, c.ShowATCLabels, c.ShowAirports,
+                     c.ShowAirportLabels, s.Display.FriendsOnly},
+                    s.Selected,
+                    s.Display.PanelMode,
+                    s.WidthPx,
+                    s.HeightPx};
+}
+
+render::TrafficInputs SceneControl::Inputs(const render::LabelView* labels) {
+    MapState& s = m_state;
+    return render::TrafficInputs{s.AllTables(),
+                                 s.FriendList,
+                                 s.Display.FriendsOnly,
+                                 s.Colours,
+                                 s.Outlines,
+                                 s.Config.ShowActualHeading,
+                                 s.View.ViewZ,
+                                 s.Config.DeclutterLabels ? labels : nullptr,
+                                 &s.Shapes};
+}
+
+void SceneControl::PlacedFor(int scene) {
+    m_symbolBand[size_t(scene)] = render::SymbolBand(m_state.View.ViewZ);
+    m_detailedLabels[size_t(scene)] = m_state.View.ViewZ >= render::kDetailedLabelZoom;
+    m_labelKey = CurrentLabelKey();
+    m_labelViewState = m_state.View;
+}
 
 void SceneControl::BuildTrafficScene(int network) {
     DisplayState& display = m_state.Display;
@@ -58,10 +153,10 @@ void SceneControl::BuildTrafficScene(int network) {
             SetStatus(u"Setting up map..."_s);
             Redraw();
         }
-        render::BuildTrafficLists(m_gl, network, Inputs(m_state));
         m_state.Selected.reset();
-        m_symbolBand[network] = render::SymbolBand(m_state.View.ViewZ);
-        m_detailedLabels[network] = m_state.View.ViewZ >= render::kDetailedLabelZoom;
+        const render::LabelView labels = CurrentLabelView();
+        render::BuildTrafficLists(m_gl, network, Inputs(&labels));
+        PlacedFor(network);
     }
     if (data.ConnectedClients > 0) {
         if (!display.FriendsOnly)
@@ -84,10 +179,10 @@ void SceneControl::BuildComparisonScene() {
     if (tables[0].ConnectedClients > 0 && tables[1].ConnectedClients > 0 && !m_state.Display.SceneBuilt[2]) {
         SetStatus(u"Setting up map..."_s);
         Redraw();
-        render::BuildComparisonLists(m_gl, Inputs(m_state));
         m_state.Selected.reset();
-        m_symbolBand[2] = render::SymbolBand(m_state.View.ViewZ);
-        m_detailedLabels[2] = m_state.View.ViewZ >= render::kDetailedLabelZoom;
+        const render::LabelView labels = CurrentLabelView();
+        render::BuildComparisonLists(m_gl, Inputs(&labels));
+        PlacedFor(2);
         m_state.Display.SceneBuilt[2] = true;
     }
     SetStatus(status);
@@ -106,13 +201,33 @@ void SceneControl::ViewChanged() {
     const int shown = m_state.Display.ShownNetwork;
     const float zoom = m_state.View.ViewZ;
     const bool detailed = zoom >= render::kDetailedLabelZoom;
+    if (m_state.Selected && render::SymbolBand(zoom) != m_highlightBand)
+        RecordHighlight();
     if (!m_state.Display.SceneBuilt[shown])
         return;
     if (render::SymbolBand(zoom) == m_symbolBand[shown] && detailed == m_detailedLabels[shown])
         return;
-    render::BuildPlaneLists(m_gl, shown, Inputs(m_state));
-    m_symbolBand[shown] = render::SymbolBand(zoom);
-    m_detailedLabels[shown] = detailed;
+    const render::LabelView labels = CurrentLabelView();
+    render::BuildPlaneLists(m_gl, shown, Inputs(&labels));
+    PlacedFor(shown);
+}
+
+void SceneControl::RebuildLabels() {
+    const int shown = m_state.Display.ShownNetwork;
+    const render::LabelView labels = CurrentLabelView();
+    render::BuildLabelLists(m_gl, shown, Inputs(&labels));
+    PlacedFor(shown);
+}
+
+void SceneControl::ViewSettled() {
+    geo::ClampView(m_state.View);
+    const geo::ViewState& v = m_state.View;
+    const bool moved = v.ViewX != m_labelViewState.ViewX || v.ViewY != m_labelViewState.ViewY ||
+                       v.ViewZ != m_labelViewState.ViewZ;
+    if (m_state.Config.DeclutterLabels && moved && m_state.Display.SceneBuilt[m_state.Display.ShownNetwork]) {
+        RebuildLabels();
+        m_host.Redraw();
+    }
 }
 
 void SceneControl::Resize(int widthPx, int heightPx) {
@@ -144,8 +259,7 @@ void SceneControl::MarksChanged() {
 }
 
 void SceneControl::ClientCountChanged() {
-    render::BuildClientCountPanel(m_gl, m_state.AllTables(), m_state.Colours, m_state.WidthPx,
-                                  m_state.HeightPx);
+    render::BuildClientCountPanel(m_gl, m_state.AllTables(), m_state.Colours, m_state.WidthPx, m_state.HeightPx);
 }
 
 void SceneControl::ClearTraffic(int network) {
@@ -162,13 +276,28 @@ void SceneControl::RecordHighlight() {
         return;
     const Selection& s = *m_state.Selected;
     const network::NetworkData& data = m_state.AllTables()[s.Network];
+    float lat = 0, lon = 0;
+    QString callsign;
     if (s.IsPilot) {
         const auto& p = data.Pilots[size_t(s.Slot)];
-        RecordMark(m_gl, m_state.Colours, p.Latitude, p.Longitude, p.Callsign, true);
+        lat = p.Latitude;
+        lon = p.Longitude;
+        callsign = p.Callsign;
     } else {
         const auto& c = data.Controllers[size_t(s.Slot)];
-        RecordMark(m_gl, m_state.Colours, c.DisplayLatitude, c.DisplayLongitude, c.Callsign, true);
+        lat = c.DisplayLatitude;
+        lon = c.DisplayLongitude;
+        callsign = c.Callsign;
     }
+    m_highlightBand = render::SymbolBand(m_state.View.ViewZ);
+    m_gl.NewList(lists::kHighlight);
+    HighlightColour(m_gl, m_state.Colours);
+    // A ring well outside the symbol, so the selection stands out at any zoom.
+    Ring(m_gl, lat, lon, 1.8 * render::SymbolSize(m_state.View.ViewZ));
+    m_gl.RasterPos(geo::GlobeX(lat, lon), geo::GlobeY(lat, lon), geo::GlobeZ(lat, lon));
+    m_gl.BitmapMove(kHighlightTextDx, kHighlightTextDy);
+    render::PrintBoldText(m_gl, callsign);
+    m_gl.EndList();
 }
 
 void SceneControl::DeleteHighlight() {
@@ -178,7 +307,15 @@ void SceneControl::DeleteHighlight() {
 
 void SceneControl::MarkAirport(float latitude, float longitude, const QString& code) {
     DeleteHighlight();
-    RecordMark(m_gl, m_state.Colours, latitude, longitude, code, false);
+    m_gl.NewList(lists::kHighlight);
+    HighlightColour(m_gl, m_state.Colours);
+    m_gl.Begin(render::Primitive::Points);
+    m_gl.Vertex(geo::GlobeX(latitude, longitude), geo::GlobeY(latitude, longitude), geo::GlobeZ(latitude, longitude));
+    m_gl.End();
+    m_gl.RasterPos(geo::GlobeX(latitude, longitude), geo::GlobeY(latitude, longitude),
+                   geo::GlobeZ(latitude, longitude));
+    render::PrintText(m_gl, code);
+    m_gl.EndList();
 }
 
 void SceneControl::CentreOn(float latitude, float longitude, const QString& name) {
@@ -188,10 +325,14 @@ void SceneControl::CentreOn(float latitude, float longitude, const QString& name
     m_state.Display.PanelMode = 0;
     SetStatus(u"Centered on "_s + name);
     Redraw();
+    ViewSettled();
 }
 
 void SceneControl::Redraw() {
     ViewChanged();
+    const int shown = m_state.Display.ShownNetwork;
+    if (m_state.Display.SceneBuilt[shown] && m_labelKey && !(*m_labelKey == CurrentLabelKey()))
+        RebuildLabels();
     m_host.Redraw();
 }
 

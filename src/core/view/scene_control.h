@@ -1,8 +1,13 @@
 #pragma once
 
 #include <array>
+#include <optional>
 
 #include <QString>
+
+#include "geo/geodesy.h"
+#include "network/client_records.h"
+#include "render/traffic_scene.h"
 
 namespace sky::render {
 class GlApi;
@@ -15,8 +20,10 @@ class MapHost;
 
 // The map's display lists as the state asks for them: the traffic scene of a network or of the
 // comparison, the symbols and labels of the zoom band in view, the highlight of the selection, the
-// frame, the status line, the client-count panel and the network marks. Every change that the user
-// should see ends in Redraw. Owned by the map session; all map parts reach the lists through it.
+// frame, the status line, the client-count panel and the network marks. Labels are placed for the view
+// they are seen in: again when the zoom band changes, when the view comes to rest after a drag or zoom,
+// and when what they must keep clear of changes (switches, selection, panels, window size). Every change
+// that the user should see ends in Redraw. Owned by the map session.
 class SceneControl {
 public:
     SceneControl(MapState& state, render::GlApi& gl, MapHost& host);
@@ -30,6 +37,8 @@ public:
     void RebuildScene(int network);
     // After any change of the view: symbols and labels follow the zoom band.
     void ViewChanged();
+    // The view has come to rest (a drag ended, the wheel or keys paused): labels are placed for it.
+    void ViewSettled();
     // The client area changed size (pixels): frame, marks and client-count panel again; panels close.
     void Resize(int widthPx, int heightPx);
 
@@ -40,7 +49,8 @@ public:
     // The network's traffic lists, the count panel and the highlight go (before new data).
     void ClearTraffic(int network);
 
-    // The highlight of the selected client (list 42); deleted when nothing is selected.
+    // The highlight of the selected client (list 42): a ring round it and its callsign; deleted when
+    // nothing is selected.
     void RecordHighlight();
     void DeleteHighlight(); // the selection goes with it
     // Marks an airport with its code in the highlight list; the selection goes.
@@ -48,15 +58,36 @@ public:
     // Turns the map to face the point at zoom 16, closes the panels and says "Centered on " + name.
     void CentreOn(float latitude, float longitude, const QString& name);
 
-    // Draws a frame now: the zoom band is checked first, so the lists fit the view.
+    // Draws a frame now: the zoom band and the labels' surroundings are checked first.
     void Redraw();
 
+    // What the labels are placed for now (the view, the window, what they keep clear of).
+    render::LabelView CurrentLabelView() const;
+
 private:
+    // What a placement of labels depends on besides the view.
+    struct LabelKey {
+        int Shown = 0;
+        bool Declutter = false;
+        std::array<bool, 7> Switches{};
+        std::optional<network::ClientRef> Selected;
+        unsigned char PanelMode = 0;
+        int WidthPx = 0, HeightPx = 0;
+        bool operator==(const LabelKey&) const = default;
+    };
+    LabelKey CurrentLabelKey() const;
+    render::TrafficInputs Inputs(const render::LabelView* labels);
+    void RebuildLabels(); // the three label lists of the shown scene, for the view as it is
+    void PlacedFor(int scene);
+
     MapState& m_state;
     render::GlApi& m_gl;
     MapHost& m_host;
     std::array<int, 3> m_symbolBand = {0, 0, 0};
     std::array<bool, 3> m_detailedLabels = {false, false, false};
+    std::optional<LabelKey> m_labelKey; // of the last placement
+    geo::ViewState m_labelViewState;
+    int m_highlightBand = 0;
 };
 
 } // namespace sky::view

@@ -167,7 +167,8 @@ TEST(WriteSettings, AFreshFileHoldsEveryWrittenKeyInOrder) {
                                                      "ShowAirports=1\n"
                                                      "ShowAirportLabels=1\n"
                                                      "ShowInbounds=0\n"
-                                                     "ShowActualHeading=0\n"));
+                                                     "ShowActualHeading=0\n"
+                                                     "DeclutterLabels=1\n"));
 }
 
 TEST(WriteSettings, WhatIsWrittenReadsBackAsTheSameSettings) {

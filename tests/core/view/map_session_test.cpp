@@ -154,6 +154,7 @@ TEST_F(Session, AClickSelectsTheNearestClientAndBesideTheGlobeClears) {
 }
 
 TEST_F(Session, ZoomingInRerecordsSymbolsAndDetailedLabels) {
+    m_session->Config().DeclutterLabels = false;
     StartAndDownload(0);
     const size_t before = RecordingGl::Printed(m_gl.List(lists::kPlaneLabels + 10)).size();
     m_session->Pointer().Wheel(10);
@@ -205,6 +206,7 @@ TEST_F(Session, TheListPagesAndARowOpensThatClient) {
 }
 
 TEST_F(Session, TheFriendButtonRebuildsWhatShowsFriends) {
+    m_session->Config().DeclutterLabels = false;
     StartAndDownload(0);
     m_session->PanelController().OpenInfoBox({0, true, 5});
     const auto& pilot = m_session->Tables()[0].Pilots[5];

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <vector>
+
+#include <QStringList>
+
+#include "render/label_placement.h"
+
+namespace sky::render {
+
+class GlApi;
+struct TrafficInputs;
+
+// One label of the traffic scene: where, what, and which of the three label lists it goes into.
+struct TrafficLabel {
+    enum class Kind { Plane, Airport, Station };
+    Kind What = Kind::Plane;
+    int Network = 0;
+    float Lat = 0, Lon = 0;
+    QStringList Lines;
+    bool Bold = false;
+    int Priority = 0;
+    int SymbolRadiusPx = 8;
+};
+
+// The labels of a scene and where each goes, decided once for the three lists.
+struct LabelPlan {
+    std::vector<int> Networks;
+    bool Comparison = false;
+    std::vector<TrafficLabel> Labels;
+    std::vector<LabelSpot> Spots;
+};
+
+// The labels of network (0, 1, or 2 for both): aircraft (callsign, and level and speed when close),
+// the airports in use, and the stations. Decluttered when the inputs carry a label view: the stations of
+// one airport share one label ("EGLL  D G T A I": delivery, ground, tower, approach, ATIS), aircraft on
+// the ground wait for a close zoom, and what finds no room is left out by priority.
+LabelPlan PlanLabels(const GlApi& gl, int network, const TrafficInputs& in);
+
+// Records one label list (aircraft, airport or station labels) of the plan.
+void RecordLabels(GlApi& gl, int list, TrafficLabel::Kind kind, const LabelPlan& plan, const TrafficInputs& in);
+
+} // namespace sky::render

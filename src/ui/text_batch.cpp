@@ -1,0 +1,122 @@
+#include "text_batch.h"
+
+#include <cmath>
+
+#include <GL/gl.h>
+
+#include <QOpenGLFunctions>
+#include <QOpenGLShaderProgram>
+
+namespace sky::ui {
+namespace {
+
+// The raster position's point goes through the view's transform as any vertex does; the glyph's corner
+// is then that pixel, rounded as a raster position is, plus its offset. A point outside the view volume
+// moves the quad out of it, so the label is not drawn.
+const char* const kVertexShader = R"(#version 120
+uniform vec4 viewport;
+varying vec2 texel;
+void main() {
+    vec4 clip = gl_ModelViewProjectionMatrix * gl_Vertex;
+    if (clip.w <= 0.0 || any(greaterThan(abs(clip.xyz), vec3(clip.w)))) {
+        gl_Position = vec4(2.0, 2.0, 2.0, 1.0);
+    } else {
+        vec2 ndc = clip.xy / clip.w;
+        vec2 pixel = floor(viewport.xy + (ndc * 0.5 + 0.5) * viewport.zw + 0.5) + gl_MultiTexCoord1.xy;
+        gl_Position = vec4((pixel - viewport.xy) / viewport.zw * 2.0 - 1.0, 0.0, 1.0);
+    }
+    gl_FrontColor = gl_Color;
+    texel = gl_MultiTexCoord0.xy;
+}
+)";
+
+// As a bitmap: the set pixels take the colour, the others are left alone.
+const char* const kFragmentShader = R"(#version 120
+uniform sampler2D glyphs;
+varying vec2 texel;
+void main() {
+    if (texture2D(glyphs, texel).a < 0.5)
+        discard;
+    gl_FragColor = gl_Color;
+}
+)";
+
+} // namespace
+
+TextBatch::TextBatch() = default;
+TextBatch::~TextBatch() = default;
+
+bool TextBatch::Initialise(QOpenGLFunctions& functions) {
+    m_functions = &functions;
+    auto program = std::make_unique<QOpenGLShaderProgram>();
+    if (!program->addShaderFromSourceCode(QOpenGLShader::Vertex, kVertexShader) ||
+        !program->addShaderFromSourceCode(QOpenGLShader::Fragment, kFragmentShader) || !program->link())
+        return false;
+    program->bind();
+    program->setUniformValue("glyphs", 0);
+    m_viewportLocation = program->uniformLocation("viewport");
+    program->release();
+    m_program = std::move(program);
+    return true;
+}
+
+void TextBatch::RasterPos(float x, float y, float z, const std::optional<Rgba>& colour) {
+    m_anchor[0] = x;
+    m_anchor[1] = y;
+    m_anchor[2] = z;
+    m_colour = colour;
+    m_penX = m_penY = 0;
+}
+
+void TextBatch::Move(float dx, float dy) {
+    m_penX += std::round(dx * m_atlas.DevicePixelRatio);
+    m_penY += std::round(dy * m_atlas.DevicePixelRatio);
+}
+
+void TextBatch::Glyph(bool bold, unsigned char code) {
+    const GlyphBox& box = m_atlas.Glyph(bold, code);
+    m_quads.push_back(Quad{m_anchor[0], m_anchor[1], m_anchor[2], float(m_penX), float(m_penY - box.Descent),
+                           &box, m_colour});
+    m_penX += box.Advance;
+}
+
+void TextBatch::Flush() {
+    if (m_quads.empty() || !m_program)
+        return;
+    m_functions->glUseProgram(m_program->programId());
+    glBegin(GL_QUADS);
+    std::optional<Rgba> current;
+    for (const Quad& q : m_quads) {
+        if (q.Colour && q.Colour != current) {
+            glColor4f(q.Colour->R, q.Colour->G, q.Colour->B, q.Colour->A);
+            current = q.Colour;
+        }
+        const GlyphBox& b = *q.Box;
+        const float right = q.Left + float(b.Width), top = q.Bottom + float(b.Height);
+        const float corners[4][4] = {{q.Left, q.Bottom, b.U0, b.V0},
+                                     {right, q.Bottom, b.U1, b.V0},
+                                     {right, top, b.U1, b.V1},
+                                     {q.Left, top, b.U0, b.V1}};
+        for (const auto& c : corners) {
+            glMultiTexCoord2f(GL_TEXTURE0, c[2], c[3]);
+            glMultiTexCoord2f(GL_TEXTURE1, c[0], c[1]);
+            glVertex3f(q.X, q.Y, q.Z);
+        }
+    }
+    glEnd();
+    m_functions->glUseProgram(0);
+    m_quads.clear();
+}
+
+void TextBatch::Viewport(int x, int y, int width, int height) {
+    if (!m_program)
+        return;
+    m_functions->glActiveTexture(GL_TEXTURE0);
+    glBindTexture(GL_TEXTURE_2D, m_atlas.Texture);
+    m_functions->glUseProgram(m_program->programId());
+    m_functions->glUniform4f(m_viewportLocation, float(x), float(y), float(std::max(width, 1)),
+                             float(std::max(height, 1)));
+    m_functions->glUseProgram(0);
+}
+
+} // namespace sky::ui

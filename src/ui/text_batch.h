@@ -1,0 +1,66 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "glyph_fonts.h"
+
+class QOpenGLShaderProgram;
+class QOpenGLFunctions;
+
+namespace sky::ui {
+
+struct Rgba {
+    float R = 0, G = 0, B = 0, A = 1;
+    bool operator==(const Rgba&) const = default;
+};
+
+// Text from the glyph atlas. The glyphs printed at a raster position are gathered and recorded as one
+// batch of textured quads: each quad carries its raster position as the vertex and its offset in device
+// pixels beside it, and a small vertex program puts it there, snapped to whole pixels, after the view's
+// transform. So a label keeps its place beside a point on the globe however the globe turns, costs one
+// draw with every other label of its list, and, as a raster position does, shows nothing when its point
+// lies outside the view. Needs the map's GL context current.
+class TextBatch {
+public:
+    TextBatch();
+    ~TextBatch();
+
+    // Compiles the program; false when the context cannot run it (the glyph lists' bitmaps draw then).
+    bool Initialise(QOpenGLFunctions& functions);
+    bool Ready() const { return m_program != nullptr; }
+    void SetAtlas(const GlyphAtlas& atlas) { m_atlas = atlas; }
+    const GlyphAtlas& Atlas() const { return m_atlas; }
+
+    // A new raster position, with the colour its glyphs take when the list chose one (else they take
+    // the colour current when the list is called, as a status line does).
+    void RasterPos(float x, float y, float z, const std::optional<Rgba>& colour);
+    // Moves the pen by logical pixels, as an empty bitmap moves the raster position.
+    void Move(float dx, float dy);
+    void Glyph(bool bold, unsigned char code);
+    bool Empty() const { return m_quads.empty(); }
+    // Records the gathered quads into the list being recorded (or draws them) and forgets them.
+    void Flush();
+    // The viewport of what follows, in device pixels: the glyphs snap to its pixels. Binds the atlas.
+    void Viewport(int x, int y, int width, int height);
+
+private:
+    struct Quad {
+        float X, Y, Z;         // the raster position
+        float Left, Bottom;    // device pixels from it
+        const GlyphBox* Box;
+        std::optional<Rgba> Colour;
+    };
+
+    QOpenGLFunctions* m_functions = nullptr;
+    std::unique_ptr<QOpenGLShaderProgram> m_program;
+    int m_viewportLocation = -1;
+    GlyphAtlas m_atlas;
+    std::vector<Quad> m_quads;
+    float m_anchor[3] = {};
+    std::optional<Rgba> m_colour;
+    double m_penX = 0, m_penY = 0;
+};
+
+} // namespace sky::ui
