@@ -42,8 +42,18 @@ public:
     void OpenUrl(const QString&) override {}
 };
 
-// A current GL context with an 800 x 600 frame buffer that has a stencil, as the map window has.
+// A current GL context with a frame buffer that has a stencil, as the map window has; 800 x 600 unless a
+// benchmark asks for another size.
 struct GlTarget {
+    void Resize(int width, int height) {
+        if (fbo && fbo->size() == QSize(width, height))
+            return;
+        fbo.reset();
+        QOpenGLFramebufferObjectFormat fboFormat;
+        fboFormat.setAttachment(QOpenGLFramebufferObject::CombinedDepthStencil);
+        fbo = std::make_unique<QOpenGLFramebufferObject>(width, height, fboFormat);
+        fbo->bind();
+    }
     GlTarget() {
         QSurfaceFormat format;
         format.setProfile(QSurfaceFormat::CompatibilityProfile);
@@ -54,10 +64,7 @@ struct GlTarget {
         context.setFormat(format);
         context.create();
         context.makeCurrent(&surface);
-        QOpenGLFramebufferObjectFormat fboFormat;
-        fboFormat.setAttachment(QOpenGLFramebufferObject::CombinedDepthStencil);
-        fbo = std::make_unique<QOpenGLFramebufferObject>(800, 600, fboFormat);
-        fbo->bind();
+        Resize(800, 600);
     }
     QOffscreenSurface surface;
     QOpenGLContext context;
@@ -67,7 +74,8 @@ struct GlTarget {
 // Made and destroyed by main, inside the application object's lifetime.
 GlTarget* g_target = nullptr;
 
-GlTarget& Target() {
+GlTarget& Target(int width = 800, int height = 600) {
+    g_target->Resize(width, height);
     return *g_target;
 }
 
@@ -133,21 +141,50 @@ void BM_BuildTrafficSceneVatsimDemo(benchmark::State& state) {
 }
 BENCHMARK(BM_BuildTrafficSceneVatsimDemo)->Unit(benchmark::kMillisecond);
 
+// One frame of the VATSIM demo with every layer on (inbound lines too), at a window size, its labels
+// decluttered (range 2 = 1) or all drawn.
 void BM_DrawSceneVatsimDemo(benchmark::State& state) {
-    Target();
+    const int width = int(state.range(0)), height = int(state.range(1));
+    Target(width, height);
     sky::ui::GlBackend gl;
     gl.InitialiseText(1.0);
     NoHost host;
     DemoFiles files;
     auto session = DemoSession(gl, host, files);
     session->Config().ShowInbounds = true;
-    const sky::view::FrameInputs inputs{session->Config(), session->Display(), session->Colours(), 800, 600};
+    session->Config().DeclutterLabels = state.range(2) != 0;
+    session->Scene().Resize(width, height);
+    session->Scene().RebuildScene(1);
+    const sky::view::FrameInputs inputs{session->Config(), session->Display(), session->Colours(), width, height};
     for (auto _ : state) {
         sky::view::DrawScene(gl, inputs, session->View());
         glFinish();
     }
 }
-BENCHMARK(BM_DrawSceneVatsimDemo)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_DrawSceneVatsimDemo)
+    ->ArgNames({"w", "h", "declutter"})
+    ->Args({800, 600, 1})
+    ->Args({800, 600, 0})
+    ->Args({1920, 1080, 1})
+    ->Unit(benchmark::kMillisecond);
+
+// The label lists placed again after one zoom step, as when a zoom comes to rest.
+void BM_RecordLabelsAfterZoomStep(benchmark::State& state) {
+    Target();
+    sky::ui::GlBackend gl;
+    gl.InitialiseText(1.0);
+    NoHost host;
+    DemoFiles files;
+    auto session = DemoSession(gl, host, files);
+    bool in = true;
+    for (auto _ : state) {
+        session->View().ViewZ *= in ? 1.2f : 1.0f / 1.2f;
+        in = !in;
+        session->Scene().ViewSettled();
+        glFinish();
+    }
+}
+BENCHMARK(BM_RecordLabelsAfterZoomStep)->Unit(benchmark::kMillisecond);
 
 void BM_DrawEmptyFrame(benchmark::State& state) {
     Target();

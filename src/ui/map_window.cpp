@@ -184,7 +184,13 @@ void MapWindow::SaveSnapshotAndExit() {
 void MapWindow::resizeGL(int w, int h) {
     if (!m_started)
         return;
+    // On a screen of another scale the glyphs are made again at its size, and what prints text with them.
+    const bool rescaled = devicePixelRatioF() != m_gl.DevicePixelRatio();
+    if (rescaled)
+        m_gl.InitialiseText(devicePixelRatioF());
     m_session->Scene().Resize(w, h);
+    if (rescaled)
+        m_session->Scene().TextChanged();
 }
 
 void MapWindow::paintGL() {
@@ -342,32 +348,42 @@ void MapWindow::contextMenuEvent(QContextMenuEvent* event) {
     namespace keys = view::keys;
     QMenu menu(this);
     const auto key = [&](QMenu* into, const QString& text, int code, int modifiers = 0) {
-        into->addAction(text, this, [this, code, modifiers] { RunKey(code, modifiers); });
+        return into->addAction(text, this, [this, code, modifiers] { RunKey(code, modifiers); });
     };
+    // A switch shows whether it is on.
+    const auto toggle = [&](QMenu* into, const QString& text, bool on, int code, int modifiers = 0) {
+        QAction* action = key(into, text, code, modifiers);
+        action->setCheckable(true);
+        action->setChecked(on);
+    };
+    const Settings& s = m_session->Config();
+    const view::DisplayState& d = m_session->Display();
     key(&menu, u"Download IVAO\tI"_s, keys::Letter('I'));
     key(&menu, u"Download VATSIM\tV"_s, keys::Letter('V'));
     key(&menu, u"Download both (compare)\tB"_s, keys::Letter('B'));
     QAction* automatic = menu.addAction(u"Automatic download"_s);
     automatic->setCheckable(true);
-    automatic->setChecked(m_session->Config().AutoDownload);
+    automatic->setChecked(s.AutoDownload);
     connect(automatic, &QAction::toggled, this, [this](bool on) {
         m_session->Config().AutoDownload = on;
         EnableAutoDownload(on);
     });
     menu.addSeparator();
     QMenu* layers = menu.addMenu(u"Layers"_s);
-    key(layers, u"Lat/Lon grid\tG"_s, keys::Letter('G'));
-    key(layers, u"Country borders\tC"_s, keys::Letter('C'));
-    key(layers, u"Airports\tShift+F4"_s, keys::F(4), keys::kShift);
-    key(layers, u"ATC\tShift+F5"_s, keys::F(5), keys::kShift);
-    key(layers, u"Planes\tShift+F6"_s, keys::F(6), keys::kShift);
-    key(layers, u"Inbound lines\tF3"_s, keys::F(3));
+    toggle(layers, u"Lat/Lon grid\tG"_s, s.ShowLatLon, keys::Letter('G'));
+    if (!s.DisableCountries)
+        toggle(layers, u"Country borders\tC"_s, d.ShowCountries, keys::Letter('C'));
+    toggle(layers, u"Airports\tShift+F4"_s, s.ShowAirports, keys::F(4), keys::kShift);
+    toggle(layers, u"ATC\tShift+F5"_s, s.ShowATC, keys::F(5), keys::kShift);
+    toggle(layers, u"Planes\tShift+F6"_s, s.ShowPlanes, keys::F(6), keys::kShift);
+    toggle(layers, u"Inbound lines\tF3"_s, s.ShowInbounds, keys::F(3));
     QMenu* labels = menu.addMenu(u"Labels"_s);
     key(labels, u"All labels\tF1"_s, keys::F(1));
-    key(labels, u"Airport labels\tF4"_s, keys::F(4));
-    key(labels, u"ATC labels\tF5"_s, keys::F(5));
-    key(labels, u"Plane labels\tF6"_s, keys::F(6));
-    key(&menu, u"Friends only\tF2"_s, keys::F(2));
+    toggle(labels, u"Airport labels\tF4"_s, s.ShowAirportLabels, keys::F(4));
+    toggle(labels, u"ATC labels\tF5"_s, s.ShowATCLabels, keys::F(5));
+    toggle(labels, u"Plane labels\tF6"_s, s.ShowPlaneLabels, keys::F(6));
+    toggle(labels, u"Declutter labels\tD"_s, s.DeclutterLabels, keys::Letter('D'));
+    toggle(&menu, u"Friends only\tF2"_s, d.FriendsOnly, keys::F(2));
     QMenu* views = menu.addMenu(u"Views"_s);
     for (int k = 1; k <= 3; ++k)
         key(views, u"Restore view %1\t%1"_s.arg(k), keys::Digit(k));

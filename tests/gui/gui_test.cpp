@@ -1,100 +1,12 @@
-#include <QDir>
-#include <QElapsedTimer>
-#include <QFile>
-#include <QImage>
-#include <QProcess>
-#include <QTemporaryDir>
-#include <QThread>
-
-#include <gtest/gtest.h>
+#include "gui_fixture.h"
 
 #include "app/ini_file.h"
 
 using namespace Qt::StringLiterals;
 
-// The real program in a real window: run under an X server (xvfb-run), with a copy of the build's home
-// folder, so nothing a test does touches the build.
 namespace {
 
-const QString kBuild = QStringLiteral(SKYLANTRA_BINARY_DIR);
-
-bool CopyFolder(const QString& from, const QString& to) {
-    QDir().mkpath(to);
-    const QDir source(from);
-    for (const QString& name : source.entryList(QDir::Files)) {
-        if (!QFile::copy(source.filePath(name), QDir(to).filePath(name)))
-            return false;
-    }
-    for (const QString& name : source.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-        if (!CopyFolder(source.filePath(name), QDir(to).filePath(name)))
-            return false;
-    }
-    return true;
-}
-
-// Counts pixels within a few units of colour.
-int CountNear(const QImage& image, QRgb colour, int tolerance = 12) {
-    int count = 0;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            const QRgb p = image.pixel(x, y);
-            if (std::abs(qRed(p) - qRed(colour)) <= tolerance &&
-                std::abs(qGreen(p) - qGreen(colour)) <= tolerance &&
-                std::abs(qBlue(p) - qBlue(colour)) <= tolerance)
-                ++count;
-        }
-    }
-    return count;
-}
-
-class Gui : public ::testing::Test {
-protected:
-    void SetUp() override {
-        ASSERT_TRUE(m_home.isValid());
-        ASSERT_TRUE(CopyFolder(kBuild + u"/data"_s, m_home.filePath(u"data"_s)));
-        ASSERT_TRUE(CopyFolder(kBuild + u"/colours"_s, m_home.filePath(u"colours"_s)));
-        if (qEnvironmentVariableIsEmpty("DISPLAY"))
-            GTEST_SKIP() << "no X display: run under xvfb-run";
-    }
-
-    int Run(const QStringList& arguments, int timeoutMs = 60000) {
-        QProcess process;
-        process.setProcessChannelMode(QProcess::ForwardedChannels);
-        process.start(kBuild + u"/skylantra"_s, QStringList{u"--home"_s, m_home.path()} + arguments);
-        if (!process.waitForFinished(timeoutMs)) {
-            process.kill();
-            return -1;
-        }
-        return process.exitCode();
-    }
-
-    QImage Snapshot(const QStringList& arguments) {
-        const QString path = m_home.filePath(u"shot.png"_s);
-        EXPECT_EQ(Run(arguments + QStringList{u"--snapshot"_s, path}), 0);
-        return QImage(path);
-    }
-
-    // The first window of that name, waiting up to 20 seconds for it to appear.
-    static QString FindWindow(const QString& name) {
-        QString window;
-        QElapsedTimer waited;
-        waited.start();
-        while (window.isEmpty() && waited.elapsed() < 20000) {
-            QThread::msleep(200);
-            window = Xdotool({u"search"_s, u"--name"_s, name}).section(u'\n', 0, 0);
-        }
-        return window;
-    }
-
-    static QString Xdotool(const QStringList& arguments) {
-        QProcess process;
-        process.start(u"xdotool"_s, arguments);
-        process.waitForFinished(10000);
-        return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
-    }
-
-    QTemporaryDir m_home;
-};
+using namespace sky::gui;
 
 TEST_F(Gui, ASnapshotShowsTheGlobeAndTheCoastlines) {
     const QImage image = Snapshot({u"--demo"_s});

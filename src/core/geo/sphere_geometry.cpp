@@ -7,6 +7,8 @@ namespace sky::geo {
 namespace {
 
 constexpr double kRadToDeg = 180.0 / 3.141592653589793;
+// Fill triangles are no larger than this across.
+constexpr double kFillStepDeg = 3.0;
 
 // Points of a ring on the globe, the closing repeat of the first point dropped, each edge divided.
 std::vector<Vec3> DenseRing(const std::vector<LatLon>& ring, double maxStepDeg) {
@@ -83,9 +85,38 @@ std::vector<int> EarClip(const std::vector<Point2>& pts) {
     return triangles;
 }
 
+double Angle(const Vec3& a, const Vec3& b) {
+    return std::acos(std::clamp(a.Dot(b), -1.0, 1.0));
+}
+
+// Splits a triangle on its longest edge, at the middle of that edge's arc, until no edge is longer than
+// maxStepRad, so that it follows the globe. A shared edge is split at the same points from both sides,
+// since how often an edge is halved depends on its length alone.
+void Subdivide(const Vec3& a, const Vec3& b, const Vec3& c, double maxStepRad, int depth, std::vector<Vec3>& out) {
+    const double ab = Angle(a, b), bc = Angle(b, c), ca = Angle(c, a);
+    const double longest = std::max({ab, bc, ca});
+    if (longest <= maxStepRad || depth > 24) {
+        out.insert(out.end(), {a, b, c});
+        return;
+    }
+    if (longest == ab) {
+        const Vec3 m = (a + b).Normalised();
+        Subdivide(a, m, c, maxStepRad, depth + 1, out);
+        Subdivide(m, b, c, maxStepRad, depth + 1, out);
+    } else if (longest == bc) {
+        const Vec3 m = (b + c).Normalised();
+        Subdivide(a, b, m, maxStepRad, depth + 1, out);
+        Subdivide(a, m, c, maxStepRad, depth + 1, out);
+    } else {
+        const Vec3 m = (c + a).Normalised();
+        Subdivide(a, b, m, maxStepRad, depth + 1, out);
+        Subdivide(m, b, c, maxStepRad, depth + 1, out);
+    }
+}
+
 } // namespace
 
-void AppendGreatCircle(std::vector<Vec3>& points, const Vec3& a, const Vec3& b, double maxStepDeg) {
+void AppendGreatCircle(std::vector<Vec3>& points, Vec3 a, Vec3 b, double maxStepDeg) {
     const double angle = std::acos(std::clamp(a.Dot(b), -1.0, 1.0));
     const int steps = std::clamp(int(std::ceil(angle * kRadToDeg / std::max(maxStepDeg, 0.01))), 1, 3600);
     const double s = std::sin(angle);
@@ -107,7 +138,7 @@ std::vector<Vec3> OutlineSegments(const std::vector<LatLon>& ring, double maxSte
     for (size_t i = 0; n > 1 && i < n; ++i) {
         const LatLon& a = ring[i];
         const LatLon& b = ring[(i + 1) % n];
-        if (IsAntimeridianCut(a, b))
+        if (IsAntimeridianCut(a, b) || (a.Lat == b.Lat && a.Lon == b.Lon))
             continue;
         std::vector<Vec3> edge{OnGlobe(a.Lat, a.Lon)};
         AppendGreatCircle(edge, edge.front(), OnGlobe(b.Lat, b.Lon), maxStepDeg);
@@ -121,7 +152,7 @@ std::vector<Vec3> OutlineSegments(const std::vector<LatLon>& ring, double maxSte
 
 std::vector<Vec3> FillTriangles(const std::vector<LatLon>& ring, double maxStepDeg) {
     const std::vector<Vec3> dense = DenseRing(ring, maxStepDeg);
-    if (dense.size() < 3)
+    if (DenseRing(ring, 360.0).size() < 3) // fewer than three corners
         return {};
     Vec3 sum;
     for (const Vec3& p : dense)
@@ -152,9 +183,15 @@ std::vector<Vec3> FillTriangles(const std::vector<LatLon>& ring, double maxStepD
     ccw.reserve(flat.size());
     for (int k : order)
         ccw.push_back(flat[size_t(k)]);
+    // The corners' triangles are halved until they lie close to the globe: a flat triangle across the
+    // globe's visible edge would be cut off well inside it.
+    const std::vector<int> corners = EarClip(ccw);
+    const double maxFillStepRad = kFillStepDeg / kRadToDeg;
     std::vector<Vec3> triangles;
-    for (int k : EarClip(ccw))
-        triangles.push_back(dense[size_t(order[size_t(k)])]);
+    for (size_t k = 0; k + 2 < corners.size(); k += 3) {
+        const auto at = [&](size_t i) { return dense[size_t(order[size_t(corners[k + i])])]; };
+        Subdivide(at(0), at(1), at(2), std::max(maxFillStepRad, maxStepDeg / kRadToDeg), 0, triangles);
+    }
     return triangles;
 }
 

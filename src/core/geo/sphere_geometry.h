@@ -25,9 +25,10 @@ inline Vec3 OnGlobe(float lat, float lon) {
     return {GlobeX(lat, lon), GlobeY(lat, lon), GlobeZ(lat, lon)};
 }
 
-// The points from a to b along their great circle, no two consecutive ones more than maxStepDeg apart:
+// The points from a to b along their great circle, no two consecutive ones more than maxStepDeg apart
+// (a and b are copies: they may be points of the vector that grows):
 // a itself is not added, b is.
-void AppendGreatCircle(std::vector<Vec3>& points, const Vec3& a, const Vec3& b, double maxStepDeg);
+void AppendGreatCircle(std::vector<Vec3>& points, Vec3 a, Vec3 b, double maxStepDeg);
 
 // True for an edge that only marks where an outline was cut at the 180° meridian (both ends on it).
 bool IsAntimeridianCut(const LatLon& a, const LatLon& b);
@@ -38,8 +39,9 @@ bool IsAntimeridianCut(const LatLon& a, const LatLon& b);
 std::vector<Vec3> OutlineSegments(const std::vector<LatLon>& ring, double maxStepDeg);
 
 // Triangles (three points each) that fill a ring without overlapping, its edges following great
-// circles (no point more than maxStepDeg from the next). Each triangle is flat between its corners on
-// the globe, so where the globe's far side is cut off, a fill is cut with it. Empty when the ring has
+// circles (no point more than maxStepDeg from the next). The triangles are small (no edge over three
+// degrees, or maxStepDeg if larger) and flat between corners on the globe, so where the globe's far
+// side is cut off, a fill is cut with it, close to the globe's edge. Empty when the ring has
 // fewer than three distinct points or reaches round more than about a hemisphere. A ring that crosses
 // itself is filled as well as its order allows.
 std::vector<Vec3> FillTriangles(const std::vector<LatLon>& ring, double maxStepDeg);

@@ -63,7 +63,7 @@ void PlaneLabels(std::vector<Label>& labels, int n, const TrafficInputs& in) {
         const PilotRecord& p = data.Pilots[size_t(slot)];
         if (!PassesFriendFilter(in, p.VID))
             continue;
-        Label label{Kind::Plane, n, p.Latitude, p.Longitude, {p.Callsign}};
+        Label label{Kind::Plane, n, p.Latitude, p.Longitude, {p.Callsign}, false, kAirborne};
         if (detailed)
             label.Lines.append(LevelText(p.Altitude) + u' ' + QString::number(int(std::lround(p.GroundSpeed))) + u"kt"_s);
         if (IsSelected(in.Labels, n, true, slot))

@@ -262,6 +262,14 @@ void SceneControl::ClientCountChanged() {
     render::BuildClientCountPanel(m_gl, m_state.AllTables(), m_state.Colours, m_state.WidthPx, m_state.HeightPx);
 }
 
+void SceneControl::TextChanged() {
+    ClientCountChanged();
+    if (m_state.Display.SceneBuilt[m_state.Display.ShownNetwork])
+        RebuildLabels();
+    if (m_state.Selected)
+        RecordHighlight();
+}
+
 void SceneControl::ClearTraffic(int network) {
     for (int offset = 0; offset < lists::kTrafficListCount; ++offset)
         m_gl.DeleteList(lists::TrafficBase(network) + offset);

@@ -46,6 +46,8 @@ public:
     void StatusChanged();                // records the status line from the state's text
     void MarksChanged();                 // records the network marks from the download flags
     void ClientCountChanged();           // records the client-count panel
+    // The glyphs changed size (another screen scale): what prints text is recorded again.
+    void TextChanged();
     // The network's traffic lists, the count panel and the highlight go (before new data).
     void ClearTraffic(int network);
 

@@ -155,6 +155,23 @@ TEST_F(TrafficScene, LabelsAddLevelAndSpeedWhenZoomedIn) {
     EXPECT_EQ(SymbolBand(0.1f), SymbolBand(0.3f));
 }
 
+TEST_F(TrafficScene, DeclutteredLabelsGroupAirportStationsAndWaitForParkedAircraft) {
+    LabelView view;
+    view.View = {4.0f, -50.5f, 2.0f}; // over Frankfurt and London
+    const TrafficInputs in{m_tables, m_friends, false, m_colours, m_outlines, false, 2.0f, &view};
+    BuildTrafficLists(m_gl, 1, in);
+    const auto text = [&](int offset) {
+        const auto codes = RecordingGl::Printed(m_gl.List(List(offset)));
+        return std::string(codes.begin(), codes.end());
+    };
+    // Frankfurt's approach, tower, ground and ATIS in one label; the airport not labelled again.
+    EXPECT_NE(text(lists::kAtcLabels).find("EDDF  G T A I"), std::string::npos) << text(lists::kAtcLabels);
+    EXPECT_NE(text(lists::kAtcLabels).find("EDGG_CTR"), std::string::npos);
+    EXPECT_EQ(text(lists::kAirportLabels), "EGLL");
+    // BAW2 stands at Heathrow: unlabelled until close in.
+    EXPECT_EQ(text(lists::kPlaneLabels), "DLH1");
+}
+
 TEST_F(TrafficScene, ComparisonNeedsBothNetworksAndUsesTheirColours) {
     EXPECT_EQ(ComparisonStatusText(m_tables), u"Missing IVAO data. No comparison possible.");
     m_tables[0] = m_tables[1];

@@ -162,6 +162,20 @@ TEST_F(Session, ZoomingInRerecordsSymbolsAndDetailedLabels) {
     EXPECT_GT(RecordingGl::Printed(m_gl.List(lists::kPlaneLabels + 10)).size(), before);
 }
 
+TEST_F(Session, LabelsArePlacedForTheViewWhenItComesToRestAndDTurnsDeclutteringOff) {
+    StartAndDownload(1);
+    const int list = lists::TrafficBase(1) + lists::kPlaneLabels;
+    const auto placed = RecordingGl::Printed(m_gl.List(list));
+    m_session->Pointer().Drag(400, 300, 250, 320); // the labels move with the globe while it turns
+    EXPECT_EQ(RecordingGl::Printed(m_gl.List(list)), placed);
+    m_session->Scene().ViewSettled();
+    EXPECT_NE(RecordingGl::Printed(m_gl.List(list)), placed);
+    m_session->KeyUp(keys::Letter('D'), 0);
+    EXPECT_EQ(m_session->Display().StatusText, u"All labels shown");
+    EXPECT_FALSE(m_session->Config().DeclutterLabels);
+    EXPECT_GT(RecordingGl::Printed(m_gl.List(list)).size(), placed.size() * 2); // every aircraft's
+}
+
 TEST_F(Session, AClickOnAnAircraftOpensItsInfoBox) {
     StartAndDownload(0);
     const auto& data = m_session->Tables()[0];

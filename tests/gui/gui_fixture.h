@@ -1,0 +1,148 @@
+#pragma once
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QImage>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QThread>
+#include <QUrl>
+
+#include <gtest/gtest.h>
+
+// The real program in a real window: run under an X server (xvfb-run), with a copy of the build's home
+// folder, so nothing a test does touches the build.
+namespace sky::gui {
+
+inline const QString kBuild = QStringLiteral(SKYLANTRA_BINARY_DIR);
+
+inline bool CopyFolder(const QString& from, const QString& to) {
+    QDir().mkpath(to);
+    const QDir source(from);
+    for (const QString& name : source.entryList(QDir::Files)) {
+        if (!QFile::copy(source.filePath(name), QDir(to).filePath(name)))
+            return false;
+    }
+    for (const QString& name : source.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        if (!CopyFolder(source.filePath(name), QDir(to).filePath(name)))
+            return false;
+    }
+    return true;
+}
+
+// True when p is within tolerance of colour in each channel.
+inline bool Near(QRgb p, QRgb colour, int tolerance) {
+    return std::abs(qRed(p) - qRed(colour)) <= tolerance && std::abs(qGreen(p) - qGreen(colour)) <= tolerance &&
+           std::abs(qBlue(p) - qBlue(colour)) <= tolerance;
+}
+
+// Counts the pixels of an area (the whole image by default) within a few units of colour.
+inline int CountNear(const QImage& image, QRgb colour, int tolerance = 12, QRect area = {}) {
+    if (area.isNull())
+        area = image.rect();
+    area &= image.rect();
+    int count = 0;
+    for (int y = area.top(); y <= area.bottom(); ++y)
+        for (int x = area.left(); x <= area.right(); ++x)
+            count += Near(image.pixel(x, y), colour, tolerance) ? 1 : 0;
+    return count;
+}
+
+// The smallest rectangle holding every pixel near colour, or a null rectangle.
+inline QRect BoundsOf(const QImage& image, QRgb colour, int tolerance, QRect area = {}) {
+    if (area.isNull())
+        area = image.rect();
+    QRect bounds;
+    for (int y = area.top(); y <= area.bottom(); ++y)
+        for (int x = area.left(); x <= area.right(); ++x)
+            if (Near(image.pixel(x, y), colour, tolerance))
+                bounds |= QRect(x, y, 1, 1);
+    return bounds;
+}
+
+class Gui : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(m_home.isValid());
+        ASSERT_TRUE(CopyFolder(kBuild + QStringLiteral("/data"), m_home.filePath(QStringLiteral("data"))));
+        ASSERT_TRUE(CopyFolder(kBuild + QStringLiteral("/colours"), m_home.filePath(QStringLiteral("colours"))));
+        if (qEnvironmentVariableIsEmpty("DISPLAY"))
+            GTEST_SKIP() << "no X display: run under xvfb-run";
+    }
+
+    // Runs the program to its end; its exit code, or -1 when it had to be killed.
+    int Run(const QStringList& arguments, int timeoutMs = 60000, const QStringList& environment = {}) {
+        QProcess process;
+        process.setProcessChannelMode(QProcess::ForwardedChannels);
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        for (const QString& pair : environment)
+            env.insert(pair.section(u'=', 0, 0), pair.section(u'=', 1));
+        process.setProcessEnvironment(env);
+        process.start(kBuild + QStringLiteral("/skylantra"), QStringList{QStringLiteral("--home"), m_home.path()} + arguments);
+        if (!process.waitForFinished(timeoutMs)) {
+            process.kill();
+            return -1;
+        }
+        return process.exitCode();
+    }
+
+    QImage Snapshot(const QStringList& arguments, const QStringList& environment = {}) {
+        const QString path = m_home.filePath(QStringLiteral("shot.png"));
+        QFile::remove(path);
+        EXPECT_EQ(Run(arguments + QStringList{QStringLiteral("--snapshot"), path}, 60000, environment), 0);
+        // SKYLANTRA_SNAPSHOT_DIR keeps every snapshot, named after its test, to be looked at.
+        const QString keep = qEnvironmentVariable("SKYLANTRA_SNAPSHOT_DIR");
+        if (!keep.isEmpty()) {
+            const auto* test = ::testing::UnitTest::GetInstance()->current_test_info();
+            QFile::copy(path, QDir(keep).filePath(QString::fromUtf8(test->name()) +
+                                                  QStringLiteral("-%1.png").arg(++m_snapshots)));
+        }
+        return QImage(path);
+    }
+
+    // Writes a file of the home folder.
+    void Write(const QString& name, const QByteArray& bytes) {
+        QDir(m_home.path()).mkpath(QFileInfo(m_home.filePath(name)).path());
+        QFile file(m_home.filePath(name));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+    }
+
+    // A feed of its own for IVAO: a status file and a whazzup file with these client lines; the options
+    // that download it once the map is ready.
+    QStringList LocalFeed(const QStringList& clientLines) {
+        QStringList lines = {QStringLiteral("!GENERAL"), QStringLiteral("RELOAD = 1"),
+                             QStringLiteral("UPDATE = 20261121142300"),
+                             QStringLiteral("CONNECTED CLIENTS = %1").arg(clientLines.size()), QStringLiteral("!CLIENTS")};
+        lines += clientLines;
+        Write(QStringLiteral("feed/whazzup.txt"), (lines.join(QStringLiteral("\r\n")) + QStringLiteral("\r\n")).toUtf8());
+        Write(QStringLiteral("feed/status.txt"), "url0=whazzup.txt\n\n\n\n\n"); // a status file has five lines or more
+        return {QStringLiteral("--ivao-status"), QUrl::fromLocalFile(m_home.filePath(QStringLiteral("feed/status.txt"))).toString(),
+                QStringLiteral("--download"), QStringLiteral("ivao")};
+    }
+
+    // The first window of that name, waiting up to 20 seconds for it to appear.
+    static QString FindWindow(const QString& name) {
+        QString window;
+        QElapsedTimer waited;
+        waited.start();
+        while (window.isEmpty() && waited.elapsed() < 20000) {
+            QThread::msleep(200);
+            window = Xdotool({QStringLiteral("search"), QStringLiteral("--name"), name}).section(u'\n', 0, 0);
+        }
+        return window;
+    }
+
+    static QString Xdotool(const QStringList& arguments) {
+        QProcess process;
+        process.start(QStringLiteral("xdotool"), arguments);
+        process.waitForFinished(10000);
+        return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+    }
+
+    QTemporaryDir m_home;
+    int m_snapshots = 0;
+};
+
+} // namespace sky::gui

@@ -1,0 +1,144 @@
+#include "gui_fixture.h"
+
+#include <cmath>
+
+#include "geo/geodesy.h"
+#include "network/whazzup_lines.h"
+
+using namespace Qt::StringLiterals;
+
+// What the map draws, read back as pixels of the real window on Mesa: tiny crafted feeds in the
+// default theme's colours.
+namespace {
+
+using namespace sky::gui;
+using sky::network::testing::AtcLine;
+using sky::network::testing::PilotLine;
+
+const QRgb kPlaneLabel = qRgb(0xFF, 0xFF, 0x9C);
+const QRgb kPlaneBorder = qRgb(0xFF, 0xFF, 0x2A);
+const QRgb kPlaneFill = qRgb(0x32, 0x32, 0x74);
+const QRgb kBackground = qRgb(0x10, 0x10, 0x3A);
+const QRgb kSectorBorder = qRgb(0x2E, 0x53, 0x81);
+
+QString Pilot(const QString& callsign, double lat, double lon) {
+    return PilotLine(0, {{0, callsign}, {1, u"200001"_s}, {2, u"Test Pilot"_s}, {5, QString::number(lat, 'f', 5)},
+                         {6, QString::number(lon, 'f', 5)}, {7, u"35000"_s}, {8, u"450"_s}, {45, u"90"_s}});
+}
+
+// The rows of an area that hold a pixel near colour, as runs of consecutive rows.
+std::vector<std::pair<int, int>> RowRuns(const QImage& image, QRgb colour, const QRect& area) {
+    std::vector<std::pair<int, int>> runs;
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+        if (CountNear(image, colour, 24, QRect(area.left(), y, area.width(), 1)) == 0)
+            continue;
+        if (!runs.empty() && runs.back().second == y - 1)
+            runs.back().second = y;
+        else
+            runs.push_back({y, y});
+    }
+    return runs;
+}
+
+TEST_F(Gui, AnAircraftsLabelSitsBesideItsSymbolInTwoLines) {
+    const QImage image = Snapshot(LocalFeed({Pilot(u"DLH1234"_s, 50, 10)}) + QStringList{u"--view"_s, u"10,50,4"_s});
+    ASSERT_FALSE(image.isNull());
+    const QRect around(300, 240, 240, 120);
+    const QRect symbol = BoundsOf(image, kPlaneBorder, 24, around);
+    const QRect label = BoundsOf(image, kPlaneLabel, 24, around);
+    ASSERT_FALSE(symbol.isNull());
+    ASSERT_FALSE(label.isNull());
+    EXPECT_FALSE(symbol.intersects(label)) << "label over its symbol";
+    EXPECT_GT(label.left(), symbol.right());
+    EXPECT_LT(label.left() - symbol.right(), 12);
+    // The callsign, then level and speed on a line of their own below it.
+    const auto lines = RowRuns(image, kPlaneLabel, label);
+    ASSERT_EQ(lines.size(), 2u);
+    EXPECT_LE(lines[0].second - lines[0].first, 11);
+    EXPECT_GE(lines[1].first - lines[0].second, 2);
+}
+
+TEST_F(Gui, NothingOfTheMapCoversTheStripsTheCountPanelOrAnOpenPanel) {
+    // Aircraft under the title strip, the status band, the count panel and where the info box opens.
+    const sky::geo::ViewState view{0.0f, 0.0f, 1.5f};
+    QStringList pilots;
+    const auto at = [&](int x, int y) {
+        const auto p = sky::geo::ScreenToLatLon(x, y, 800, 600, view);
+        if (p)
+            pilots.append(Pilot(u"T%1X%2"_s.arg(x).arg(y), p->Lat, p->Lon));
+    };
+    for (int x = 30; x < 780; x += 50) {
+        at(x, 8);
+        at(x, 592);
+    }
+    for (int x = 520; x < 790; x += 40)
+        for (int y = 30; y < 400; y += 40)
+            at(x, y);
+    at(200, 300); // clicked: its box opens
+    at(100, 150);
+    at(300, 450);
+    const QImage image = Snapshot(LocalFeed(pilots) + QStringList{u"--view"_s, u"0,0,1.5"_s, u"--keys"_s, u"click 200 300"_s});
+    ASSERT_FALSE(image.isNull());
+    const struct {
+        const char* name;
+        QRect area;
+    } covered[] = {{"title strip", QRect(0, 0, 800, 19)},
+                   {"status band", QRect(0, 582, 800, 18)},
+                   {"count panel", QRect(650, 24, 140, 30)},
+                   {"info box", QRect(492, 62, 296, 330)}};
+    for (const auto& c : covered) {
+        SCOPED_TRACE(c.name);
+        for (QRgb colour : {kPlaneBorder, kPlaneFill, kPlaneLabel})
+            EXPECT_EQ(CountNear(image, colour, 2, c.area), 0);
+    }
+    // The aircraft elsewhere do show.
+    EXPECT_GT(CountNear(image, kPlaneBorder, 2, QRect(0, 19, 480, 560)), 20);
+}
+
+TEST_F(Gui, AtTwiceTheScaleTheMapFillsTheWindowAndTextKeepsItsSize) {
+    const QImage normal = Snapshot({u"--demo"_s});
+    const QImage scaled = Snapshot({u"--demo"_s}, {u"QT_SCALE_FACTOR=2"_s});
+    ASSERT_FALSE(normal.isNull());
+    ASSERT_FALSE(scaled.isNull());
+    ASSERT_EQ(scaled.size(), normal.size() * 2);
+    // The globe reaches into the upper right quarter, as it does at the normal scale.
+    const QRgb globe = qRgb(0x10, 0x10, 0x2A);
+    const auto upperRight = [](const QImage& i) { return QRect(i.width() / 2, i.height() / 10, i.width() / 3, i.height() / 3); };
+    const double share = double(CountNear(normal, globe, 8, upperRight(normal))) / (upperRight(normal).width() * upperRight(normal).height());
+    const double scaledShare = double(CountNear(scaled, globe, 8, upperRight(scaled))) / (upperRight(scaled).width() * upperRight(scaled).height());
+    EXPECT_GT(share, 0.2);
+    EXPECT_NEAR(scaledShare, share, 0.1);
+    // The status line "Ready" is twice as tall in device pixels.
+    const QRgb white = qRgb(0xFF, 0xFF, 0xFF);
+    const QRect text = BoundsOf(normal, white, 8, QRect(60, 580, 200, 20));
+    const QRect scaledText = BoundsOf(scaled, white, 8, QRect(120, 1160, 400, 40));
+    ASSERT_FALSE(text.isNull());
+    ASSERT_FALSE(scaledText.isNull());
+    EXPECT_NEAR(double(scaledText.height()) / text.height(), 2.0, 0.35);
+    EXPECT_NEAR(double(scaledText.width()) / text.width(), 2.0, 0.35);
+}
+
+TEST_F(Gui, SectorsStayOnTheGlobeAndTheDateLineCutIsNotDrawn) {
+    // TSA reaches past the globe's edge at 90 degrees east; TSB is cut in two at 180 degrees.
+    Write(u"data/firlist.dat"_s, "TSA:XX:0.0000:80.0000:Across the edge\nTSB:XX:40.0000:180.0000:Across the date line\n");
+    Write(u"data/firdisplay.dat"_s, "B:TSA:0:TSA\nR\n-20:60\n20:60\n20:120\n-20:120\n-20:60\n"
+                                    "B:TSB:0:TSB\nR\n30:170\n30:180\n50:180\n50:170\n30:170\n"
+                                    "R\n30:-180\n30:-170\n50:-170\n50:-180\n30:-180\n");
+    QFile::remove(m_home.filePath(u"data/firdisplay.sup"_s));
+    const QStringList feed = LocalFeed({AtcLine(0, {{0, u"TSA_CTR"_s}, {1, u"300001"_s}, {4, u"128.000"_s}}),
+                                        AtcLine(0, {{0, u"TSB_CTR"_s}, {1, u"300002"_s}, {4, u"129.000"_s}})});
+    const QImage edge = Snapshot(feed + QStringList{u"--view"_s, u"0,0,0.5"_s});
+    ASSERT_FALSE(edge.isNull());
+    // Beside the globe's right edge (x 700) only the background shows (above and below the station's
+    // label, which may hang out); inside, the fill does.
+    for (const QRect& beside : {QRect(708, 150, 80, 130), QRect(708, 320, 80, 130)})
+        EXPECT_EQ(CountNear(edge, kBackground, 6, beside), beside.width() * beside.height());
+    EXPECT_GT(CountNear(edge, qRgb(0x10, 0x1B, 0x3D), 6, QRect(664, 250, 32, 100)), 2500);
+
+    const QImage dateLine = Snapshot(feed + QStringList{u"--view"_s, u"180,40,3"_s});
+    ASSERT_FALSE(dateLine.isNull());
+    EXPECT_GT(CountNear(dateLine, kSectorBorder, 10), 200); // the outer edges at 170 east and west
+    EXPECT_EQ(CountNear(dateLine, kSectorBorder, 10, QRect(396, 120, 9, 200)), 0);
+}
+
+} // namespace
