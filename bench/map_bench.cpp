@@ -81,7 +81,7 @@ GlTarget& Target(int width = 800, int height = 600) {
 
 std::unique_ptr<sky::view::MapSession> NewSession(sky::render::GlApi& gl, NoHost& host, DemoFiles& files) {
     auto session =
-        std::make_unique<sky::view::MapSession>(kBuild, sky::Settings{}, sky::Friends{}, gl, host, files);
+        std::make_unique<sky::view::MapSession>(sky::Folders::OneFolder(kBuild), sky::Settings{}, sky::Friends{}, gl, host, files);
     for (int n = 0; n < 2; ++n)
         session->Downloads().Networks[n].StatusFileAddress =
             QUrl::fromLocalFile(

@@ -1,26 +1,14 @@
 #pragma once
 
-#include <array>
-
-#include <QString>
-
-#include "app/friends.h"
-#include "app/settings.h"
+#include "launch.h"
 
 namespace sky::ui {
 
-struct ConsoleOptions {
-    QString Home;
-    Settings Config;
-    Friends FriendList;
-    std::array<QString, 2> StatusAddresses;
-    std::array<QString, 2> JsonAddresses;
-    QString DownloadNetworks; // "", "ivao", "vatsim" or "both"
-};
-
-// The Companion in a terminal: the map's session without a screen. Prints the welcome text, downloads
-// when asked, then carries out one command per line of standard input and prints every line the
-// console appends, until the input ends. Never writes the settings. Needs an application object.
-int RunConsole(const ConsoleOptions& options);
+// The Companion in a terminal: the map's session without a screen, reading the same settings and
+// addresses as the map. Prints the welcome text, downloads when asked, then carries out one command per
+// line of standard input and prints every line the console appends, until the input ends. What the map
+// would show in its status line goes to standard error as it happens. Never writes the settings. Needs
+// an application object.
+int RunConsole(const LaunchOptions& launch);
 
 } // namespace sky::ui

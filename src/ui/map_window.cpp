@@ -8,6 +8,7 @@
 #include <QCloseEvent>
 #include <QContextMenuEvent>
 #include <QDesktopServices>
+#include <QDir>
 #include <QUrl>
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -67,7 +68,7 @@ MapWindow::MapWindow(MapOptions options)
     setFormat(MapFormat());
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(false);
-    m_session = std::make_unique<view::MapSession>(m_options.Home, m_options.Config, m_options.FriendList,
+    m_session = std::make_unique<view::MapSession>(m_options.Files, m_options.Config, m_options.FriendList,
                                                    m_gl, *this, m_http);
     for (int n = 0; n < network::kNetworkCount; ++n) {
         m_session->Downloads().Networks[n].StatusFileAddress = m_options.StatusAddresses[n];
@@ -127,12 +128,8 @@ void MapWindow::StartUp() {
     makeCurrent();
     m_session->Scene().Resize(width(), height());
     const QString missing = m_session->StartUp();
-    if (!missing.isEmpty()) {
-        PrintError(u"Skylantra: cannot read "_s + missing + u"; the map needs it."_s);
-        if (m_options.SnapshotPath.isEmpty())
-            QMessageBox::critical(nullptr, u"Error"_s, u"Cannot read "_s + missing);
-        std::exit(1);
-    }
+    if (!missing.isEmpty())
+        Report(u"Cannot read "_s + QDir::toNativeSeparators(missing) + u": the map is drawn without it."_s);
     m_downloadTimer.start();
     const QString which = m_options.DownloadNetworks;
     if (which == u"ivao")
@@ -172,7 +169,7 @@ void MapWindow::ApplyInput(const QString& sequence) {
 void MapWindow::SaveSnapshotAndExit() {
     makeCurrent();
     const QImage image = grabFramebuffer();
-    if (!image.save(m_options.SnapshotPath)) {
+    if (!image.save(m_options.SnapshotPath, "PNG")) { // whatever the file is called
         PrintError(u"Skylantra: cannot write the snapshot "_s + m_options.SnapshotPath);
         std::exit(1);
     }
@@ -197,6 +194,13 @@ void MapWindow::paintGL() {
     const view::FrameInputs inputs{m_session->Config(), m_session->Display(), m_session->Colours(), width(),
                                    height()};
     view::DrawScene(m_gl, inputs, m_session->View());
+}
+
+void MapWindow::Report(const QString& text) {
+    if (m_options.Report)
+        m_options.Report(text);
+    else
+        PrintError(u"Skylantra: "_s + text);
 }
 
 void MapWindow::Redraw() {
@@ -429,10 +433,18 @@ void MapWindow::ShutDown() {
                                     Twips(now.width(), tpp), Twips(now.height(), tpp)};
     const Settings& config = m_session->Config();
     // The stored views are those of the session, which the keys may have changed.
+    QStringList failures;
     for (const WriteResult& result :
-         SaveSettings(m_options.Home, config, m_session->FriendList(), placement, m_options.TwipsPerPixel)) {
-        if (!result.Ok)
+         SaveSettings(m_options.Files.Home, config, m_session->FriendList(), placement, m_options.TwipsPerPixel)) {
+        if (!result.Ok) {
             PrintError(u"Skylantra: "_s + result.Message);
+            failures.append(result.Message);
+        }
+    }
+    if (!failures.isEmpty()) {
+        QMessageBox box(QMessageBox::Warning, u"Skylantra"_s, failures.join(u'\n'), QMessageBox::Ok);
+        box.setTextFormat(Qt::PlainText);
+        box.exec();
     }
     QCoreApplication::quit();
 }

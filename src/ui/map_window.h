@@ -9,6 +9,7 @@
 #include <QTimer>
 
 #include "app/friends.h"
+#include "app/home_folder.h"
 #include "app/settings.h"
 #include "gl_backend.h"
 #include "qt_http_client.h"
@@ -19,7 +20,7 @@ namespace sky::ui {
 
 // How the map window starts.
 struct MapOptions {
-    QString Home;
+    Folders Files; // the home folder and the shipped files
     Settings Config;
     Friends FriendList;
     float TwipsPerPixel = 15.0f;
@@ -29,6 +30,7 @@ struct MapOptions {
     QString SnapshotPath;                 // render one frame after start-up and downloads, save it, exit
     std::optional<geo::ViewState> View;   // instead of stored view 1
     QString Input; // keys and clicks to apply once ready, e.g. "L;Right;click 400 300;shift+1"
+    std::function<void(const QString&)> Report; // a problem the program runs on with
 };
 
 // The map window frmMap: a frameless window with its own title strip, drawing the globe with OpenGL.
@@ -69,6 +71,7 @@ private:
     void SaveSnapshotAndExit();
     void ApplyInput(const QString& sequence);
     void PlaceFromSettings();
+    void Report(const QString& text);
 
     MapOptions m_options;
     GlBackend m_gl;

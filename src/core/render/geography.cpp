@@ -129,25 +129,27 @@ void BuildLineFile(GlApi& gl, int list, QStringView text, const ColourTable& col
 GeographyResult LoadGeography(GlApi& gl, const ColourTable& colours, const QString& dataFolder,
                               bool disableCountries, const std::function<void()>& redraw) {
     const QDir folder(dataFolder);
-    const auto coastline = ReadWholeFile(folder.filePath(u"coastline.dat"_s));
-    if (!coastline)
-        return {folder.filePath(u"coastline.dat"_s)};
-    std::optional<QByteArray> countries;
-    if (!disableCountries) {
-        countries = ReadWholeFile(folder.filePath(u"countries.dat"_s));
-        if (!countries)
-            return {folder.filePath(u"countries.dat"_s)};
-    }
+    GeographyResult result;
+    // What can be read is drawn; the first file that cannot is named.
+    const auto read = [&](const QString& name) {
+        auto bytes = ReadWholeFile(folder.filePath(name));
+        if (!bytes && result.MissingFile.isEmpty())
+            result.MissingFile = folder.filePath(name);
+        return bytes;
+    };
+    const auto coastline = read(u"coastline.dat"_s);
+    const auto countries = disableCountries ? std::optional<QByteArray>() : read(u"countries.dat"_s);
     BuildGrid(gl, colours);
     BuildGlobe(gl, colours);
     if (redraw)
         redraw();
-    BuildLineFile(gl, lists::kCoastlines, DecodeText(*coastline).Text, colours, true);
+    if (coastline)
+        BuildLineFile(gl, lists::kCoastlines, DecodeText(*coastline).Text, colours, true);
     if (redraw)
         redraw();
     if (countries)
         BuildLineFile(gl, lists::kBorders, DecodeText(*countries).Text, colours, false);
-    return {};
+    return result;
 }
 
 } // namespace sky::render

@@ -11,14 +11,15 @@ using namespace Qt::StringLiterals;
 
 namespace sky::view {
 
-MapSession::MapSession(QString home, Settings settings, Friends friends, render::GlApi& gl, MapHost& host,
+MapSession::MapSession(Folders files, Settings settings, Friends friends, render::GlApi& gl, MapHost& host,
                        network::HttpClient& http)
-    : m_state(std::move(home), std::move(settings), std::move(friends)), m_gl(gl), m_host(host), m_http(http),
+    : m_state(std::move(files), std::move(settings), std::move(friends)), m_gl(gl), m_host(host), m_http(http),
       m_scene(m_state, gl, host), m_download(m_state, m_scene, host, http),
       m_panelControl(m_state, m_scene, gl,
                      [this](int network, const QString& vid) { OpenProfile(network, vid); }),
       m_pointer(m_state, m_scene, m_panelControl) {
-    m_state.Colours = LoadColourTheme(m_state.Home, m_state.Config.ColourTheme);
+    const QString theme = m_state.Config.ColourTheme;
+    m_state.Colours = LoadColourTheme(m_state.Files.Holding(u"colours/"_s + theme), theme);
     const Settings& s = m_state.Config;
     m_state.View = {s.X[0], s.Y[0], s.Z[0]};
     for (int n = 0; n < network::kNetworkCount; ++n) {
@@ -28,7 +29,8 @@ MapSession::MapSession(QString home, Settings settings, Friends friends, render:
 }
 
 QString MapSession::StartUp() {
-    const QString data = QDir(m_state.Home).filePath(u"data"_s);
+    // The reference data and geography as shipped, unless the home folder holds its own.
+    const QString data = QDir(m_state.Files.Holding(u"data/airports.dat"_s)).filePath(u"data"_s);
     const int w = m_state.WidthPx, h = m_state.HeightPx;
     render::BuildFrame(m_gl, m_state.Colours, w, h, m_state.Display.StatusText);
     render::BuildTitleBox(m_gl, m_state.Colours, w, h);
@@ -42,15 +44,13 @@ QString MapSession::StartUp() {
     m_scene.Redraw();
     const render::GeographyResult geography = render::LoadGeography(
         m_gl, m_state.Colours, data, m_state.Config.DisableCountries, [this] { m_scene.Redraw(); });
-    if (!geography.MissingFile.isEmpty())
-        return geography.MissingFile;
     m_scene.SetStatus(u"Ready"_s);
     m_state.Display.ShowAbout = false;
     m_gl.DeleteList(render::lists::kTitleBox);
     m_scene.Redraw();
     m_state.Display.PanelMode = 0;
     m_state.Downloads.DownloadIdle = true;
-    return {};
+    return geography.MissingFile;
 }
 
 KeyContext MapSession::Keys() {

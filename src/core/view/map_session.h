@@ -23,11 +23,12 @@ namespace sky::view {
 // here; a test builds one with a recording GL, a fake host and a fake HTTP client.
 class MapSession final : private MapCommands, private companion::CompanionHost {
 public:
-    MapSession(QString home, Settings settings, Friends friends, render::GlApi& gl, MapHost& host,
+    MapSession(Folders files, Settings settings, Friends friends, render::GlApi& gl, MapHost& host,
                network::HttpClient& http);
 
     // Start-up from the point where the GL context exists: frame, title box and marks, reference data,
-    // geography, then "Ready". Returns the path of a geography file that is missing, or empty.
+    // geography, then "Ready". Returns the path of a geography file that is missing (the map goes on
+    // without it), or empty.
     QString StartUp();
 
     void KeyDown(int keyCode, int modifiers);

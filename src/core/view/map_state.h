@@ -7,6 +7,7 @@
 
 #include "app/colour_theme.h"
 #include "app/friends.h"
+#include "app/home_folder.h"
 #include "app/settings.h"
 #include "geo/geodesy.h"
 #include "network/client_records.h"
@@ -25,11 +26,12 @@ using Selection = network::ClientRef;
 // Everything the map shows and the user changed, in plain structs. The map session owns one and hands
 // it by reference to the parts that read or change it; each field has the writers named beside it.
 struct MapState {
-    MapState(QString home, Settings settings, Friends friends)
-        : Home(std::move(home)), Config(std::move(settings)), FriendList(std::move(friends)),
+    MapState(Folders files, Settings settings, Friends friends)
+        : Files(std::move(files)), Home(Files.Home), Config(std::move(settings)), FriendList(std::move(friends)),
           Tables(std::make_unique<network::ClientTables>()) {}
 
-    QString Home;
+    Folders Files;      // the home folder (written) and the shipped files (read)
+    const QString Home; // Files.Home
     Settings Config;     // loaded at start; the keys and menus change the switches and views
     Friends FriendList;  // the friend buttons
     ColourTable Colours; // the theme

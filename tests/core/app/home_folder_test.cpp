@@ -9,13 +9,31 @@ using namespace Qt::StringLiterals;
 namespace sky {
 namespace {
 
-TEST(ResolveHomeFolder, OptionBeatsEnvironmentBeatsTheProgramsFolder) {
-    EXPECT_EQ(ResolveHomeFolder(u"/opt/a"_s, u"/opt/b"_s, u"/opt/c"_s), u"/opt/a");
-    EXPECT_EQ(ResolveHomeFolder(QString(), u"/opt/b"_s, u"/opt/c"_s), u"/opt/b");
-    EXPECT_EQ(ResolveHomeFolder(QString(), QString(), u"/opt/c/"_s), u"/opt/c");
-    EXPECT_EQ(ResolveHomeFolder(u"/opt/a/../b/./"_s, QString(), u"/opt/c"_s), u"/opt/b");
-    EXPECT_EQ(ResolveHomeFolder(u"rel"_s, QString(), u"/opt/c"_s),
-              QDir::current().absoluteFilePath(u"rel"_s));
+TEST(ResolveFolders, HomeByOptionEnvironmentProgramFolderOrTheUsersDataFolder) {
+    const QString exe = u"/opt/sky/bin"_s, user = u"/home/u/.local/share/Skylantra"_s,
+                  installed = u"/opt/sky/share/skylantra"_s;
+    struct Row {
+        const char* name;
+        QString option, environment;
+        bool writable, hasData;
+        QString home, shipped;
+    };
+    const Row rows[] = {
+        {"option first", u"/a"_s, u"/b"_s, true, true, u"/a"_s, exe},
+        {"then the environment", QString(), u"/b/./c/.."_s, true, true, u"/b"_s, exe},
+        {"a build tree or portable copy", QString(), QString(), true, true, exe, exe},
+        {"installed, read-only", QString(), QString(), false, false, user, installed},
+        {"installed into a folder the user may write", QString(), QString(), true, false, user, installed},
+        {"a read-only copy with its data", QString(), QString(), false, true, user, exe},
+        {"an option with an installed program", u"/a"_s, QString(), false, false, u"/a"_s, installed},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        const Folders f = ResolveFolders({row.option, row.environment, exe, row.writable, row.hasData, user, installed});
+        EXPECT_EQ(f.Home, row.home);
+        EXPECT_EQ(f.Shipped, QDir::cleanPath(row.shipped));
+    }
+    EXPECT_EQ(ResolveHomeFolder(u"rel"_s, QString(), exe), QDir::current().absoluteFilePath(u"rel"_s));
 }
 
 } // namespace

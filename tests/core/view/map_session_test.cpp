@@ -47,7 +47,7 @@ protected:
         for (const QString& file : {u"airports.dat"_s, u"firlist.dat"_s, u"firdisplay.dat"_s})
             QFile::copy(source + file, m_home.filePath(u"data/"_s + file));
         m_session =
-            std::make_unique<MapSession>(m_home.path(), Settings{}, Friends{}, m_gl, m_host, m_server);
+            std::make_unique<MapSession>(Folders::OneFolder(m_home.path()), Settings{}, Friends{}, m_gl, m_host, m_server);
         m_session->Downloads().Networks[0].StatusFileAddress = u"http://demo.example/ivao/status.txt"_s;
         m_session->Downloads().Networks[1].StatusFileAddress = u"http://demo.example/vatsim/status.txt"_s;
         m_session->Downloader().Now = [this] { return m_now; };
@@ -87,10 +87,13 @@ TEST_F(Session, StartUpBuildsTheMapAndEndsReady) {
     EXPECT_GT(m_session->Reference().Airports().size(), 1000);
 }
 
-TEST_F(Session, StartUpNamesAMissingGeographyFile) {
+TEST_F(Session, StartUpNamesAMissingGeographyFileAndGoesOnWithoutIt) {
     QFile::remove(m_home.filePath(u"data/countries.dat"_s));
     EXPECT_TRUE(m_session->StartUp().endsWith(u"countries.dat"));
-    EXPECT_FALSE(m_session->Downloads().DownloadIdle);
+    EXPECT_FALSE(m_gl.IsList(lists::kBorders));
+    EXPECT_TRUE(m_gl.IsList(lists::kCoastlines));
+    EXPECT_EQ(m_session->Display().StatusText, u"Ready");
+    EXPECT_TRUE(m_session->Downloads().DownloadIdle);
 }
 
 TEST_F(Session, TheDownloadButtonShowsTheNetworksTraffic) {

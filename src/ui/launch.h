@@ -1,0 +1,43 @@
+#pragma once
+
+#include <array>
+#include <cstdio>
+#include <optional>
+
+#include <QString>
+
+#include "app/home_folder.h"
+#include "app/settings.h"
+#include "geo/geodesy.h"
+
+namespace sky::ui {
+
+// What the command line asks of a run, in both the window and the terminal.
+struct LaunchOptions {
+    QString HomeOption;                 // --home
+    bool Demo = false;                  // --demo
+    std::array<QString, 2> StatusOptions; // --ivao-status, --vatsim-status
+    QString DownloadNetworks;           // --download: "", "ivao", "vatsim" or "both"
+    QString SnapshotPath;               // --snapshot
+    QString Input;                      // --keys
+    std::optional<geo::ViewState> View; // --view
+};
+
+// Where each network's data come from, as the map and the terminal both read them: the status file
+// (command line, demo, settings, else the default) and a JSON feed read directly (settings, else the
+// network's default, none when a status file was chosen on the command line or the demo is shown).
+struct NetworkAddresses {
+    std::array<QString, 2> Status;
+    std::array<QString, 2> Json;
+};
+NetworkAddresses ChooseAddresses(const LaunchOptions& launch, const Settings& settings, const Folders& folders);
+
+// The folders of a run, the home folder made when it is missing. A problem is said through report
+// (what and where); a home folder that cannot be made is replaced by a temporary one, so the program
+// still runs.
+Folders PrepareFolders(const LaunchOptions& launch, const std::function<void(const QString&)>& report);
+
+// Writes one line of text to a stream of the terminal, as UTF-8.
+void PrintLine(std::FILE* stream, const QString& text);
+
+} // namespace sky::ui
