@@ -1,0 +1,44 @@
+#!/usr/bin/env bash
+# Installs the build into a folder of its own, makes it read-only, and runs the installed program there
+# as an unprivileged user under Xvfb: it must show the map, write the user's files into the desktop's
+# per-user data folder (settings on closing), and the Debian package must carry the program, its data,
+# the menu entry, the icon and the AppStream file. Needs root (to act as another user): skipped without.
+set -euo pipefail
+build="$1"
+[ "$(id -u)" -eq 0 ] && command -v runuser >/dev/null && command -v xdotool >/dev/null || exit 77
+work="$(mktemp -d)"
+cleanup() { chmod -R u+w "$work" 2>/dev/null; rm -rf "$work"; }
+trap cleanup EXIT
+DESTDIR="$work/root" cmake --install "$build" --prefix /usr >/dev/null
+chmod -R a-w "$work/root"
+home="$work/user"
+mkdir -p "$home"
+chown nobody:nogroup "$home"
+chmod 755 "$work"
+as_user() { runuser -u nobody -- env HOME="$home" XDG_RUNTIME_DIR="$home/run" "$@"; }
+as_user mkdir -m 700 "$home/run"
+
+# A snapshot: the map shows with the shipped data, the download lands in the user's folder.
+as_user xvfb-run -a "$work/root/usr/bin/skylantra" --demo --download ivao --snapshot "$home/shot.png"
+[ -s "$home/shot.png" ] || { echo "no snapshot"; exit 1; }
+data="$home/.local/share/Skylantra"
+[ -f "$data/data/whazzup.txt.gz" ] || { echo "the download is not in $data"; exit 1; }
+
+# A run closed with its own close button writes the settings there too.
+as_user xvfb-run -a -s "-screen 0 1280x1024x24" bash -c '
+    "$0" --demo & program=$!
+    window=$(xdotool search --sync --name "^Skylantra$" | head -n 1)
+    sleep 2
+    xdotool mousemove --window "$window" 795 8 click 1
+    wait $program' "$work/root/usr/bin/skylantra"
+grep -q "^\[Map\]" "$data/skln.ini" || { echo "no settings written to $data"; exit 1; }
+
+# The package holds what the install does.
+(cd "$build" && cpack -G DEB -B "$work/package" >/dev/null)
+contents="$(dpkg-deb -c "$work"/package/skylantra_*.deb)"
+for file in ./usr/bin/skylantra ./usr/share/skylantra/data/airports.dat ./usr/share/skylantra/colours/default.dc \
+    ./usr/share/applications/skylantra.desktop ./usr/share/icons/hicolor/scalable/apps/skylantra.svg \
+    ./usr/share/metainfo/io.github.skylantra.Skylantra.metainfo.xml ./usr/share/skylantra/companion.txt; do
+    grep -q " $file\$" <<<"$contents" || { echo "the package lacks $file"; exit 1; }
+done
+echo "installed program ran as $(id -un nobody) from a read-only prefix; package complete"
