@@ -11,7 +11,7 @@ packages=(
     cmake ninja-build g++ pkg-config
     qt6-base-dev libqt6opengl6-dev libgl-dev libgl1-mesa-dri zlib1g-dev
     libgtest-dev libgmock-dev libbenchmark-dev
-    xvfb xauth xdotool fonts-dejavu-core fonts-liberation2 python3
+    xvfb xauth xdotool x11-xkb-utils fonts-dejavu-core fonts-liberation2 python3
 )
 
 missing=()

@@ -17,6 +17,7 @@ public:
     QtHttpClient(int timeoutMs, const QString& proxy, qint64 maxBytes = kDefaultMaxBytes);
 
     network::FetchResult Fetch(const QString& url) override;
+    void SetTimeout(int timeoutMs) { m_timeoutMs = timeoutMs; }
 
 private:
     QNetworkAccessManager m_manager;

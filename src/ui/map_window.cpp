@@ -6,27 +6,21 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QContextMenuEvent>
 #include <QDesktopServices>
 #include <QDir>
-#include <QUrl>
 #include <QGuiApplication>
-#include <QKeyEvent>
 #include <QKeySequence>
-#include <QMenu>
-#include <QOpenGLContext>
 #include <QMessageBox>
-#include <QMouseEvent>
+#include <QOpenGLContext>
 #include <QScreen>
-#include <QWheelEvent>
-#include <QWindow>
+#include <QShortcut>
+#include <QUrl>
 
 #include "app/colour_theme.h"
 #include "app/window_geometry.h"
 #include "common/numbers.h"
-#include "key_codes.h"
+#include "preferences_dialog.h"
 #include "view/camera.h"
-#include "view/keys.h"
 
 using namespace Qt::StringLiterals;
 
@@ -67,7 +61,7 @@ MapWindow::MapWindow(MapOptions options)
     setWindowTitle(u"Skylantra"_s);
     setFormat(MapFormat());
     setFocusPolicy(Qt::StrongFocus);
-    setMouseTracking(false);
+    setMouseTracking(true); // the pointer's shape shows the resizing edges
     m_session = std::make_unique<view::MapSession>(m_options.Files, m_options.Config, m_options.FriendList,
                                                    m_gl, *this, m_http);
     for (int n = 0; n < network::kNetworkCount; ++n) {
@@ -93,6 +87,20 @@ MapWindow::MapWindow(MapOptions options)
         m_session->Downloader().DownloadTimerTick();
     });
     PlaceFromSettings();
+    auto* preferences = new QShortcut(QKeySequence(u"Ctrl+,"_s), this);
+    connect(preferences, &QShortcut::activated, this, [this] { OpenPreferences(); });
+}
+
+void MapWindow::OpenPreferences() {
+    PreferencesDialog dialog(
+        m_session->Config(), m_options.Files,
+        [this](const Settings& chosen) {
+            makeCurrent();
+            m_http.SetTimeout(chosen.Timeout * 1000);
+            m_session->ApplyPreferences(chosen);
+        },
+        this);
+    dialog.exec();
 }
 
 MapWindow::~MapWindow() = default;
@@ -100,8 +108,20 @@ MapWindow::~MapWindow() = default;
 void MapWindow::PlaceFromSettings() {
     const Settings& s = m_session->Config();
     const double tpp = m_options.TwipsPerPixel;
-    setGeometry(Pixels(s.WindowLeft, tpp), Pixels(s.WindowTop, tpp), Pixels(s.WindowWidth, tpp),
-                Pixels(s.WindowHeight, tpp));
+    // A window saved on a screen that is gone, or larger than any, comes onto the nearest screen.
+    std::vector<PixelBox> screens;
+    for (const QScreen* screen : QGuiApplication::screens()) {
+        const QRect area = screen->availableGeometry();
+        screens.push_back({area.x(), area.y(), area.width(), area.height()});
+    }
+    const PixelBox placed = FitOnScreens({Pixels(s.WindowLeft, tpp), Pixels(s.WindowTop, tpp),
+                                          Pixels(s.WindowWidth, tpp), Pixels(s.WindowHeight, tpp)},
+                                         screens);
+    QSize minimum(kMinWindowWidthPx, kMinWindowHeightPx);
+    if (!screens.empty())
+        minimum = minimum.boundedTo(QSize(screens.front().Width, screens.front().Height));
+    setMinimumSize(minimum);
+    setGeometry(placed.Left, placed.Top, placed.Width, placed.Height);
 }
 
 void MapWindow::initializeGL() {
@@ -141,29 +161,6 @@ void MapWindow::StartUp() {
     ApplyInput(m_options.Input);
     if (!m_options.SnapshotPath.isEmpty())
         SaveSnapshotAndExit();
-}
-
-void MapWindow::ApplyInput(const QString& sequence) {
-    for (const QString& step : sequence.split(u';', Qt::SkipEmptyParts)) {
-        const QStringList words = step.trimmed().split(u' ', Qt::SkipEmptyParts);
-        if (words.isEmpty())
-            continue;
-        makeCurrent();
-        if (words[0] == u"click" && words.size() == 3) {
-            m_session->Pointer().Click(words[1].toInt(), words[2].toInt());
-            continue;
-        }
-        // A key by its name as Qt knows it, with "shift+", "ctrl+" or "alt+" before it.
-        const QKeySequence key = QKeySequence::fromString(words[0]);
-        if (key.isEmpty())
-            continue;
-        const int code = ClassicKeyCode(key[0].key());
-        const int modifiers = ClassicModifiers(key[0].keyboardModifiers());
-        if (code == 0)
-            continue;
-        m_session->KeyDown(code, modifiers);
-        m_session->KeyUp(code, modifiers);
-    }
 }
 
 void MapWindow::SaveSnapshotAndExit() {
@@ -241,165 +238,6 @@ void MapWindow::EnableAutoDownload(bool enabled) {
         m_autoDownloadTimer.stop();
 }
 
-void MapWindow::RunKey(int keyCode, int modifiers) {
-    if (!m_started)
-        return;
-    makeCurrent();
-    m_session->KeyUp(keyCode, modifiers);
-    m_settleTimer.start(); // a stored view may have been restored
-}
-
-void MapWindow::keyPressEvent(QKeyEvent* event) {
-    const int code = ClassicKeyCode(event->key());
-    if (code == 0 || !m_started) {
-        QOpenGLWidget::keyPressEvent(event);
-        return;
-    }
-    const int modifiers = ClassicModifiers(event->modifiers());
-    if (!event->isAutoRepeat())
-        m_pressModifiers[code] = modifiers;
-    makeCurrent();
-    m_session->KeyDown(code, modifiers);
-    m_settleTimer.start();
-}
-
-void MapWindow::keyReleaseEvent(QKeyEvent* event) {
-    const int code = ClassicKeyCode(event->key());
-    if (code == 0 || event->isAutoRepeat()) {
-        QOpenGLWidget::keyReleaseEvent(event);
-        return;
-    }
-    // A chord counts as pressed: Shift+1 stores a view even when Shift is let go before the 1.
-    const auto pressed = m_pressModifiers.find(code);
-    const int modifiers =
-        pressed != m_pressModifiers.end() ? pressed->second : ClassicModifiers(event->modifiers());
-    if (pressed != m_pressModifiers.end())
-        m_pressModifiers.erase(pressed);
-    RunKey(code, modifiers);
-}
-
-void MapWindow::mousePressEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton)
-        return;
-    const QPoint p = event->position().toPoint();
-    switch (TitleStripZone(p.x(), p.y(), width())) {
-    case TitleZone::Close:
-        close();
-        return;
-    case TitleZone::Maximise:
-        ToggleMaximised();
-        return;
-    case TitleZone::Minimise:
-        showMinimized();
-        return;
-    case TitleZone::Caption:
-        if (!m_maximised && windowHandle())
-            windowHandle()->startSystemMove();
-        return;
-    case TitleZone::None:
-        break;
-    }
-    m_pressPosition = m_lastPosition = p;
-    m_dragging = false;
-}
-
-void MapWindow::mouseMoveEvent(QMouseEvent* event) {
-    if (!(event->buttons() & Qt::LeftButton) || !m_started)
-        return;
-    const QPoint p = event->position().toPoint();
-    if (!m_dragging && (p - m_pressPosition).manhattanLength() < 4)
-        return;
-    m_dragging = true;
-    makeCurrent();
-    m_session->Pointer().Drag(m_lastPosition.x(), m_lastPosition.y(), p.x(), p.y());
-    m_lastPosition = p;
-}
-
-void MapWindow::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton || !m_started)
-        return;
-    const QPoint p = event->position().toPoint();
-    if (TitleStripZone(m_pressPosition.x(), m_pressPosition.y(), width()) != TitleZone::None)
-        return;
-    makeCurrent();
-    if (!m_dragging)
-        m_session->Pointer().Click(p.x(), p.y());
-    else
-        m_session->Scene().ViewSettled();
-    m_dragging = false;
-}
-
-void MapWindow::mouseDoubleClickEvent(QMouseEvent* event) {
-    const QPoint p = event->position().toPoint();
-    if (TitleStripZone(p.x(), p.y(), width()) == TitleZone::Caption)
-        ToggleMaximised();
-    else
-        mousePressEvent(event);
-}
-
-void MapWindow::wheelEvent(QWheelEvent* event) {
-    const int steps = event->angleDelta().y() / 120;
-    if (steps == 0 || !m_started)
-        return;
-    makeCurrent();
-    m_session->Pointer().Wheel(steps);
-    m_settleTimer.start();
-}
-
-void MapWindow::contextMenuEvent(QContextMenuEvent* event) {
-    if (!m_started)
-        return;
-    namespace keys = view::keys;
-    QMenu menu(this);
-    const auto key = [&](QMenu* into, const QString& text, int code, int modifiers = 0) {
-        return into->addAction(text, this, [this, code, modifiers] { RunKey(code, modifiers); });
-    };
-    // A switch shows whether it is on.
-    const auto toggle = [&](QMenu* into, const QString& text, bool on, int code, int modifiers = 0) {
-        QAction* action = key(into, text, code, modifiers);
-        action->setCheckable(true);
-        action->setChecked(on);
-    };
-    const Settings& s = m_session->Config();
-    const view::DisplayState& d = m_session->Display();
-    key(&menu, u"Download IVAO\tI"_s, keys::Letter('I'));
-    key(&menu, u"Download VATSIM\tV"_s, keys::Letter('V'));
-    key(&menu, u"Download both (compare)\tB"_s, keys::Letter('B'));
-    QAction* automatic = menu.addAction(u"Automatic download"_s);
-    automatic->setCheckable(true);
-    automatic->setChecked(s.AutoDownload);
-    connect(automatic, &QAction::toggled, this, [this](bool on) {
-        m_session->Config().AutoDownload = on;
-        EnableAutoDownload(on);
-    });
-    menu.addSeparator();
-    QMenu* layers = menu.addMenu(u"Layers"_s);
-    toggle(layers, u"Lat/Lon grid\tG"_s, s.ShowLatLon, keys::Letter('G'));
-    if (!s.DisableCountries)
-        toggle(layers, u"Country borders\tC"_s, d.ShowCountries, keys::Letter('C'));
-    toggle(layers, u"Airports\tShift+F4"_s, s.ShowAirports, keys::F(4), keys::kShift);
-    toggle(layers, u"ATC\tShift+F5"_s, s.ShowATC, keys::F(5), keys::kShift);
-    toggle(layers, u"Planes\tShift+F6"_s, s.ShowPlanes, keys::F(6), keys::kShift);
-    toggle(layers, u"Inbound lines\tF3"_s, s.ShowInbounds, keys::F(3));
-    QMenu* labels = menu.addMenu(u"Labels"_s);
-    key(labels, u"All labels\tF1"_s, keys::F(1));
-    toggle(labels, u"Airport labels\tF4"_s, s.ShowAirportLabels, keys::F(4));
-    toggle(labels, u"ATC labels\tF5"_s, s.ShowATCLabels, keys::F(5));
-    toggle(labels, u"Plane labels\tF6"_s, s.ShowPlaneLabels, keys::F(6));
-    toggle(labels, u"Declutter labels\tD"_s, s.DeclutterLabels, keys::Letter('D'));
-    toggle(&menu, u"Friends only\tF2"_s, d.FriendsOnly, keys::F(2));
-    QMenu* views = menu.addMenu(u"Views"_s);
-    for (int k = 1; k <= 3; ++k)
-        key(views, u"Restore view %1\t%1"_s.arg(k), keys::Digit(k));
-    for (int k = 1; k <= 3; ++k)
-        key(views, u"Store view %1\tShift+%1"_s.arg(k), keys::Digit(k), keys::kShift);
-    key(&menu, u"Centre on myself\t4"_s, keys::Digit(4));
-    key(&menu, u"Companion\tSpace"_s, keys::kSpace);
-    menu.addSeparator();
-    menu.addAction(u"Exit"_s, this, [this] { close(); });
-    menu.exec(event->globalPos());
-}
-
 void MapWindow::ToggleMaximised() {
     const double tpp = m_options.TwipsPerPixel;
     QScreen* screen = this->screen() ? this->screen() : QGuiApplication::primaryScreen();
@@ -434,8 +272,8 @@ void MapWindow::ShutDown() {
     const Settings& config = m_session->Config();
     // The stored views are those of the session, which the keys may have changed.
     QStringList failures;
-    for (const WriteResult& result :
-         SaveSettings(m_options.Files.Home, config, m_session->FriendList(), placement, m_options.TwipsPerPixel)) {
+    for (const WriteResult& result : SaveSettings(m_options.Files.Home, config, m_session->FriendList(),
+                                                  placement, m_options.TwipsPerPixel)) {
         if (!result.Ok) {
             PrintError(u"Skylantra: "_s + result.Message);
             failures.append(result.Message);

@@ -48,6 +48,7 @@ public:
     void ShowNetworkMessage(const QString& text) override;
     void EnableAutoDownload(bool enabled) override;
     void OpenUrl(const QString& address) override;
+    void Report(const QString& text) override;
 
 protected:
     void initializeGL() override;
@@ -61,6 +62,7 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
+    bool event(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
 private:
@@ -71,7 +73,8 @@ private:
     void SaveSnapshotAndExit();
     void ApplyInput(const QString& sequence);
     void PlaceFromSettings();
-    void Report(const QString& text);
+    void OpenPreferences();
+    void ResizeBy(const QPoint& moved);
 
     MapOptions m_options;
     GlBackend m_gl;
@@ -85,6 +88,11 @@ private:
     bool m_shutDown = false;
     bool m_maximised = false;
     bool m_dragging = false;
+    bool m_pressOnMap = false; // the left button went down on the map, not the title strip or an edge
+    int m_wheelRemainder = 0;  // wheel units short of a whole step
+    int m_resizeEdges = 0;     // the edges a drag resizes from, when the window does it itself
+    QPoint m_resizeFrom;
+    QRect m_resizeGeometry;
     QPoint m_pressPosition;
     QPoint m_lastPosition;
     std::map<int, int> m_pressModifiers; // classic key code -> modifiers when it went down

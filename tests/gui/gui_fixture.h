@@ -3,6 +3,9 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QGuiApplication>
+#include <QPixmap>
+#include <QScreen>
 #include <QImage>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -33,7 +36,8 @@ inline bool CopyFolder(const QString& from, const QString& to) {
 
 // True when p is within tolerance of colour in each channel.
 inline bool Near(QRgb p, QRgb colour, int tolerance) {
-    return std::abs(qRed(p) - qRed(colour)) <= tolerance && std::abs(qGreen(p) - qGreen(colour)) <= tolerance &&
+    return std::abs(qRed(p) - qRed(colour)) <= tolerance &&
+           std::abs(qGreen(p) - qGreen(colour)) <= tolerance &&
            std::abs(qBlue(p) - qBlue(colour)) <= tolerance;
 }
 
@@ -66,7 +70,8 @@ protected:
     void SetUp() override {
         ASSERT_TRUE(m_home.isValid());
         ASSERT_TRUE(CopyFolder(kBuild + QStringLiteral("/data"), m_home.filePath(QStringLiteral("data"))));
-        ASSERT_TRUE(CopyFolder(kBuild + QStringLiteral("/colours"), m_home.filePath(QStringLiteral("colours"))));
+        ASSERT_TRUE(
+            CopyFolder(kBuild + QStringLiteral("/colours"), m_home.filePath(QStringLiteral("colours"))));
         if (qEnvironmentVariableIsEmpty("DISPLAY"))
             GTEST_SKIP() << "no X display: run under xvfb-run";
     }
@@ -79,7 +84,8 @@ protected:
         for (const QString& pair : environment)
             env.insert(pair.section(u'=', 0, 0), pair.section(u'=', 1));
         process.setProcessEnvironment(env);
-        process.start(kBuild + QStringLiteral("/skylantra"), QStringList{QStringLiteral("--home"), m_home.path()} + arguments);
+        process.start(kBuild + QStringLiteral("/skylantra"),
+                      QStringList{QStringLiteral("--home"), m_home.path()} + arguments);
         if (!process.waitForFinished(timeoutMs)) {
             process.kill();
             return -1;
@@ -114,11 +120,15 @@ protected:
     QStringList LocalFeed(const QStringList& clientLines) {
         QStringList lines = {QStringLiteral("!GENERAL"), QStringLiteral("RELOAD = 1"),
                              QStringLiteral("UPDATE = 20261121142300"),
-                             QStringLiteral("CONNECTED CLIENTS = %1").arg(clientLines.size()), QStringLiteral("!CLIENTS")};
+                             QStringLiteral("CONNECTED CLIENTS = %1").arg(clientLines.size()),
+                             QStringLiteral("!CLIENTS")};
         lines += clientLines;
-        Write(QStringLiteral("feed/whazzup.txt"), (lines.join(QStringLiteral("\r\n")) + QStringLiteral("\r\n")).toUtf8());
-        Write(QStringLiteral("feed/status.txt"), "url0=whazzup.txt\n\n\n\n\n"); // a status file has five lines or more
-        return {QStringLiteral("--ivao-status"), QUrl::fromLocalFile(m_home.filePath(QStringLiteral("feed/status.txt"))).toString(),
+        Write(QStringLiteral("feed/whazzup.txt"),
+              (lines.join(QStringLiteral("\r\n")) + QStringLiteral("\r\n")).toUtf8());
+        Write(QStringLiteral("feed/status.txt"),
+              "url0=whazzup.txt\n\n\n\n\n"); // a status file has five lines or more
+        return {QStringLiteral("--ivao-status"),
+                QUrl::fromLocalFile(m_home.filePath(QStringLiteral("feed/status.txt"))).toString(),
                 QStringLiteral("--download"), QStringLiteral("ivao")};
     }
 
@@ -132,6 +142,58 @@ protected:
             window = Xdotool({QStringLiteral("search"), QStringLiteral("--name"), name}).section(u'\n', 0, 0);
         }
         return window;
+    }
+
+    // Starts the program with these arguments; its map window, once it shows and is ready.
+    QString Start(QProcess& program, const QStringList& arguments) {
+        program.setProcessChannelMode(QProcess::ForwardedChannels);
+        program.start(kBuild + QStringLiteral("/skylantra"),
+                      QStringList{QStringLiteral("--home"), m_home.path()} + arguments);
+        if (!program.waitForStarted(10000))
+            return {};
+        const QString window = FindWindow(QStringLiteral("^Skylantra$"));
+        QThread::msleep(1500); // start-up to "Ready"
+        return window;
+    }
+
+    // Closes the map with the close button of its title strip and waits for the program to end.
+    static bool CloseAndWait(QProcess& program, const QString& window) {
+        const QString width =
+            Xdotool({QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), window})
+                .section(QStringLiteral("WIDTH="), 1)
+                .section(u'\n', 0, 0);
+        Xdotool({QStringLiteral("mousemove"), QStringLiteral("--window"), window,
+                 QString::number(width.toInt() - 5), QStringLiteral("8"), QStringLiteral("click"),
+                 QStringLiteral("1")});
+        return program.waitForFinished(20000) && program.exitCode() == 0;
+    }
+
+    static void Keys(const QString& window, const QStringList& keys) {
+        Xdotool({QStringLiteral("windowfocus"), QStringLiteral("--sync"), window});
+        for (const QString& key : keys) {
+            Xdotool({QStringLiteral("key"), QStringLiteral("--delay"), QStringLiteral("80"), key});
+            QThread::msleep(150);
+        }
+    }
+
+    // What the screen shows of a window now, as the user sees it.
+    static QImage Grab(const QString& window) {
+        const QString geometry =
+            Xdotool({QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), window});
+        int x = 0, y = 0, w = 0, h = 0;
+        for (const QString& line : geometry.split(u'\n')) {
+            const QString value = line.section(u'=', 1);
+            if (line.startsWith(u"X="))
+                x = value.toInt();
+            else if (line.startsWith(u"Y="))
+                y = value.toInt();
+            else if (line.startsWith(u"WIDTH="))
+                w = value.toInt();
+            else if (line.startsWith(u"HEIGHT="))
+                h = value.toInt();
+        }
+        QScreen* screen = QGuiApplication::primaryScreen();
+        return screen ? screen->grabWindow(0, x, y, w, h).toImage() : QImage();
     }
 
     static QString Xdotool(const QStringList& arguments) {

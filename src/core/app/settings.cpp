@@ -13,8 +13,8 @@ using namespace Qt::StringLiterals;
 namespace sky {
 namespace {
 
-constexpr int kMinWidthPx = 720;
-constexpr int kMinHeightPx = 540;
+constexpr int kMinWidthPx = kMinWindowWidthPx;
+constexpr int kMinHeightPx = kMinWindowHeightPx;
 // The stored default of a window position that was never saved; it asks for a centred window.
 constexpr double kCentredPosition = 0.1;
 
@@ -153,6 +153,27 @@ void WriteSettings(const Settings& s, const WindowPlacement& window, float twips
     ini.SetValue(u"Map"_s, u"ShowInbounds"_s, BooleanText(s.ShowInbounds));
     ini.SetValue(u"Map"_s, u"ShowActualHeading"_s, BooleanText(s.ShowActualHeading));
     ini.SetValue(u"Map"_s, u"DeclutterLabels"_s, BooleanText(s.DeclutterLabels));
+}
+
+void WriteChangedPreferences(const Settings& before, const Settings& after, IniFile& ini) {
+    const auto write = [&](auto Settings::*field, const QString& section, const QString& key, auto text) {
+        if (before.*field != after.*field)
+            ini.SetValue(section, key, text(after.*field));
+    };
+    const auto plain = [](const QString& v) { return v; };
+    const auto number = [](std::int16_t v) { return QString::number(v); };
+    write(&Settings::IVAO_ID, u"User"_s, u"IVAO_ID"_s, plain);
+    write(&Settings::VATSIM_ID, u"User"_s, u"VATSIM_ID"_s, plain);
+    write(&Settings::ColourTheme, u"Display"_s, u"ColourTheme"_s, plain);
+    write(&Settings::DisableSmooth, u"Display"_s, u"DisableSmooth"_s, BooleanText);
+    write(&Settings::DisableCountries, u"Display"_s, u"DisableCountries"_s, BooleanText);
+    write(&Settings::AutoDownload, u"Network"_s, u"AutoDownload"_s, BooleanText);
+    write(&Settings::DownloadMinutes, u"Network"_s, u"DownloadMinutes"_s, number);
+    write(&Settings::Timeout, u"Network"_s, u"Timeout"_s, number);
+    write(&Settings::WeatherServer, u"Network"_s, u"WeatherServer"_s, plain);
+    write(&Settings::MaxPilots, u"Network"_s, u"MaxPilots"_s, number);
+    write(&Settings::MaxControllers, u"Network"_s, u"MaxControllers"_s, number);
+    write(&Settings::DeclutterLabels, u"Map"_s, u"DeclutterLabels"_s, BooleanText);
 }
 
 QString SettingsPath(const QString& home) {

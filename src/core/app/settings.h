@@ -65,6 +65,10 @@ struct Settings {
     const QString& MemberId(int network) const { return network == 0 ? IVAO_ID : VATSIM_ID; }
 };
 
+// The smallest window the settings keep, in pixels.
+inline constexpr int kMinWindowWidthPx = 720;
+inline constexpr int kMinWindowHeightPx = 540;
+
 // What the settings need to know of the screen: its twips per pixel and its size in pixels.
 struct ScreenMetrics {
     float TwipsPerPixel = 15.0f;
@@ -89,6 +93,11 @@ Settings ReadSettings(const IniFile& ini, const ScreenMetrics& screen);
 // written, so a line the user added by hand stays as it is.
 void WriteSettings(const Settings& settings, const WindowPlacement& window, float twipsPerPixel,
                    IniFile& ini);
+
+// What the Preferences changed, written into ini at once: each key whose value differs between before
+// and after, in the form the settings are written in; the keys that are read but never written
+// (weather server, table limits) only when the user changed them there. Proxy and TextForce never.
+void WriteChangedPreferences(const Settings& before, const Settings& after, IniFile& ini);
 
 // The paths of the files the settings live in, under the home folder.
 QString SettingsPath(const QString& home);

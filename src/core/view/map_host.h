@@ -17,6 +17,8 @@ public:
     virtual void EnableAutoDownload(bool enabled) = 0;
     // Opens a web address (only ever http or https) in the user's browser.
     virtual void OpenUrl(const QString& address) = 0;
+    // A problem the map runs on with (a file it could not write), said to the user.
+    virtual void Report(const QString& text) { (void)text; }
 };
 
 } // namespace sky::view

@@ -13,10 +13,11 @@ namespace sky::view {
 
 MapSession::MapSession(Folders files, Settings settings, Friends friends, render::GlApi& gl, MapHost& host,
                        network::HttpClient& http)
-    : m_state(std::move(files), std::move(settings), std::move(friends)), m_gl(gl), m_host(host), m_http(http),
-      m_scene(m_state, gl, host), m_download(m_state, m_scene, host, http),
-      m_panelControl(m_state, m_scene, gl,
-                     [this](int network, const QString& vid) { OpenProfile(network, vid); }),
+    : m_state(std::move(files), std::move(settings), std::move(friends)), m_gl(gl), m_host(host),
+      m_http(http), m_scene(m_state, gl, host), m_download(m_state, m_scene, host, http),
+      m_panelControl(
+          m_state, m_scene, gl, [this](int network, const QString& vid) { OpenProfile(network, vid); },
+          [this] { SaveFriends(); }),
       m_pointer(m_state, m_scene, m_panelControl) {
     const QString theme = m_state.Config.ColourTheme;
     m_state.Colours = LoadColourTheme(m_state.Files.Holding(u"colours/"_s + theme), theme);
@@ -83,6 +84,28 @@ bool MapSession::CompanionEnter(const QString& input) {
                                       m_download.Now,
                                       {}};
     return m_companion.Enter(input, context);
+}
+
+void MapSession::ApplyPreferences(const Settings& changed) {
+    const Settings before = m_state.Config;
+    m_state.Config = changed;
+    for (int n = 0; n < network::kNetworkCount; ++n)
+        m_state.AllTables()[n].SetLimits(changed.MaxPilots, changed.MaxControllers);
+    if (changed.AutoDownload != before.AutoDownload)
+        m_host.EnableAutoDownload(changed.AutoDownload);
+    if (changed.ColourTheme != before.ColourTheme) {
+        m_state.Colours =
+            LoadColourTheme(m_state.Files.Holding(u"colours/"_s + changed.ColourTheme), changed.ColourTheme);
+        m_scene.ThemeChanged();
+    }
+    m_scene.Redraw();
+}
+
+void MapSession::SaveFriends() {
+    // Kept as soon as they change, so a friend added is not lost when the program ends another way.
+    const WriteResult saved = m_state.FriendList.Save(FriendsPath(m_state.Home));
+    if (!saved.Ok)
+        m_host.Report(saved.Message);
 }
 
 void MapSession::ShowCompanion() {

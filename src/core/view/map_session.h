@@ -35,6 +35,10 @@ public:
     void KeyUp(int keyCode, int modifiers);
     // The Companion: Enter in its input line with this text; true when a command was carried out.
     bool CompanionEnter(const QString& input);
+    // Settings changed in the Preferences take effect at once: a new theme colours the traffic, the
+    // frame and the panels (the globe, grid, coastlines and borders at the next start, as they are drawn
+    // once), the table limits, the automatic download and the labels follow.
+    void ApplyPreferences(const Settings& changed);
 
     // The parts.
     SceneControl& Scene() { return m_scene; }
@@ -72,6 +76,7 @@ private:
     void OpenProfile(int network, const QString& vid) override;
 
     KeyContext Keys();
+    void SaveFriends();
 
     MapState m_state;
     render::GlApi& m_gl;

@@ -8,8 +8,10 @@
 namespace sky::view {
 
 PanelControl::PanelControl(MapState& state, SceneControl& scene, render::GlApi& gl,
-                           std::function<void(int network, const QString& vid)> openProfile)
-    : m_state(state), m_scene(scene), m_gl(gl), m_openProfile(std::move(openProfile)) {}
+                           std::function<void(int network, const QString& vid)> openProfile,
+                           std::function<void()> friendsChanged)
+    : m_state(state), m_scene(scene), m_gl(gl), m_openProfile(std::move(openProfile)),
+      m_friendsChanged(std::move(friendsChanged)) {}
 
 void PanelControl::Sync() {
     const unsigned char mode = m_state.Display.PanelMode;
@@ -98,6 +100,8 @@ void PanelControl::ToggleInfoClientFriend() {
         c.IsPilot ? data.Pilots[size_t(c.Slot)].RealName : data.Controllers[size_t(c.Slot)].RealName;
     const QString& vid = c.IsPilot ? data.Pilots[size_t(c.Slot)].VID : data.Controllers[size_t(c.Slot)].VID;
     const FriendToggle toggle = ToggleFriend(m_state.FriendList, name, vid);
+    if (m_friendsChanged)
+        m_friendsChanged();
     // Only friends shown: the scene changes at once; the toggle's text stays in the status line.
     if (m_state.Display.FriendsOnly)
         m_scene.RebuildScene(m_state.Display.ShownNetwork);

@@ -21,8 +21,10 @@ class SceneControl;
 // PanelMode to 0, which the controller notices before the next use.
 class PanelControl {
 public:
+    // openProfile opens a member's profile page; friendsChanged keeps the friends list after a change.
     PanelControl(MapState& state, SceneControl& scene, render::GlApi& gl,
-                 std::function<void(int network, const QString& vid)> openProfile);
+                 std::function<void(int network, const QString& vid)> openProfile,
+                 std::function<void()> friendsChanged);
 
     void OpenInfoBox(const ClientRef& client);
     void OpenBoard(const QString& airport);
@@ -48,6 +50,7 @@ private:
     SceneControl& m_scene;
     render::GlApi& m_gl;
     std::function<void(int, const QString&)> m_openProfile;
+    std::function<void()> m_friendsChanged;
 };
 
 } // namespace sky::view

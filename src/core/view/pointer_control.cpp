@@ -141,6 +141,13 @@ void PointerControl::Drag(double fromX, double fromY, double toX, double toY) {
     m_scene.Redraw();
 }
 
+void PointerControl::Zoom(double factor) {
+    if (!(factor > 0.0) || !std::isfinite(factor))
+        return;
+    m_state.View.ViewZ = float(m_state.View.ViewZ * factor);
+    m_scene.Redraw();
+}
+
 void PointerControl::Wheel(int steps) {
     m_state.View.ViewZ *= float(std::pow(1.2, steps));
     m_scene.Redraw();

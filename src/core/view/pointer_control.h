@@ -21,7 +21,8 @@ public:
 
     void Click(double x, double y);
     void Drag(double fromX, double fromY, double toX, double toY);
-    void Wheel(int steps); // whole steps of the wheel, forward positive
+    void Wheel(int steps);    // whole steps of the wheel, forward positive
+    void Zoom(double factor); // a pinch: the zoom times factor
     void ClearSelection();
 
     // The shown client nearest (x, y) within radiusPx pixels, if any.

@@ -40,7 +40,8 @@ void Ring(render::GlApi& gl, float lat, float lon, double radius) {
     const double phi = lat * geo::DegToRad, lambda = lon * geo::DegToRad;
     const geo::Vec3 centre = geo::OnGlobe(lat, lon);
     const geo::Vec3 east{std::cos(lambda), 0.0, -std::sin(lambda)};
-    const geo::Vec3 north{-std::sin(phi) * std::sin(lambda), std::cos(phi), -std::sin(phi) * std::cos(lambda)};
+    const geo::Vec3 north{-std::sin(phi) * std::sin(lambda), std::cos(phi),
+                          -std::sin(phi) * std::cos(lambda)};
     gl.Begin(render::Primitive::LineLoop);
     constexpr int kSegments = 24;
     for (int i = 0; i < kSegments; ++i) {
@@ -259,7 +260,8 @@ void SceneControl::MarksChanged() {
 }
 
 void SceneControl::ClientCountChanged() {
-    render::BuildClientCountPanel(m_gl, m_state.AllTables(), m_state.Colours, m_state.WidthPx, m_state.HeightPx);
+    render::BuildClientCountPanel(m_gl, m_state.AllTables(), m_state.Colours, m_state.WidthPx,
+                                  m_state.HeightPx);
 }
 
 void SceneControl::TextChanged() {
@@ -268,6 +270,24 @@ void SceneControl::TextChanged() {
         RebuildLabels();
     if (m_state.Selected)
         RecordHighlight();
+}
+
+void SceneControl::ThemeChanged() {
+    const ColourTable& c = m_state.Colours;
+    m_gl.ClearColour(c.Red[kSlotScreenBackground], c.Green[kSlotScreenBackground],
+                     c.Blue[kSlotScreenBackground], 0.0f);
+    Resize(m_state.WidthPx, m_state.HeightPx);
+    DisplayState& display = m_state.Display;
+    const int shown = display.ShownNetwork;
+    const bool built = display.SceneBuilt[size_t(shown)];
+    display.SceneBuilt = {false, false, false};
+    const std::optional<Selection> selected = m_state.Selected;
+    const QString status = display.StatusText;
+    if (built)
+        RebuildScene(shown);
+    m_state.Selected = selected;
+    RecordHighlight();
+    SetStatus(status);
 }
 
 void SceneControl::ClearTraffic(int network) {
@@ -318,7 +338,8 @@ void SceneControl::MarkAirport(float latitude, float longitude, const QString& c
     m_gl.NewList(lists::kHighlight);
     HighlightColour(m_gl, m_state.Colours);
     m_gl.Begin(render::Primitive::Points);
-    m_gl.Vertex(geo::GlobeX(latitude, longitude), geo::GlobeY(latitude, longitude), geo::GlobeZ(latitude, longitude));
+    m_gl.Vertex(geo::GlobeX(latitude, longitude), geo::GlobeY(latitude, longitude),
+                geo::GlobeZ(latitude, longitude));
     m_gl.End();
     m_gl.RasterPos(geo::GlobeX(latitude, longitude), geo::GlobeY(latitude, longitude),
                    geo::GlobeZ(latitude, longitude));

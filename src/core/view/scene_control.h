@@ -48,6 +48,9 @@ public:
     void ClientCountChanged();           // records the client-count panel
     // The glyphs changed size (another screen scale): what prints text is recorded again.
     void TextChanged();
+    // The colours changed: the frame, marks, count panel, traffic and highlight are recorded again in
+    // them; the panels close.
+    void ThemeChanged();
     // The network's traffic lists, the count panel and the highlight go (before new data).
     void ClearTraffic(int network);
 

@@ -256,6 +256,21 @@ TEST(WriteSettings, HandEditsOutsideTheWrittenKeysSurvive) {
         << after.toStdString();
 }
 
+TEST(WriteChangedPreferences, WritesWhatChangedAndKeepsEveryOtherLine) {
+    const char* before = "; my settings\n[Display]\n; the night theme for now\nColourTheme=default.dc\n"
+                         "[Network]\nProxy=cache:3128\n";
+    const Settings old = Read(before);
+    Settings changed = old;
+    changed.ColourTheme = u"daylight.dc"_s;
+    changed.MaxPilots = 3000;
+    changed.DeclutterLabels = false;
+    IniFile ini = IniFile::FromBytes(QByteArray(before));
+    WriteChangedPreferences(old, changed, ini);
+    EXPECT_EQ(ini.ToBytes(),
+              QByteArray("; my settings\n[Display]\n; the night theme for now\nColourTheme=daylight.dc\n"
+                         "[Network]\nProxy=cache:3128\nMaxPilots=3000\n\n[Map]\nDeclutterLabels=0\n"));
+}
+
 class SettingsFiles : public ::testing::Test {
 protected:
     void SetUp() override { ASSERT_TRUE(m_home.isValid()); }

@@ -43,3 +43,51 @@ TEST(ToggleMaximised, RestoresExactlyTheGeometryBeforeIt) {
 
 } // namespace
 } // namespace sky
+
+namespace sky {
+namespace {
+
+TEST(ResizeEdgesAt, EdgesAndCornersButNotTheButtonsNorWhileMaximised) {
+    struct Row {
+        int x, y;
+        bool maximised;
+        int edges;
+    };
+    const Row rows[] = {
+        {0, 300, false, kResizeLeft},
+        {799, 300, false, kResizeRight},
+        {400, 599, false, kResizeBottom},
+        {400, 0, false, kResizeTop},
+        {0, 0, false, kResizeLeft | kResizeTop},
+        {799, 599, false, kResizeRight | kResizeBottom},
+        {799, 2, false, kResizeNone}, // the close button
+        {745, 0, false, kResizeNone}, // the minimise button
+        {400, 300, false, kResizeNone},
+        {0, 300, true, kResizeNone},
+    };
+    for (const Row& r : rows)
+        EXPECT_EQ(ResizeEdgesAt(r.x, r.y, 800, 600, r.maximised), r.edges) << r.x << "," << r.y;
+}
+
+TEST(FitOnScreens, AWindowOffEveryScreenOrLargerThanItComesOntoTheNearest) {
+    const std::vector<PixelBox> screens = {{0, 0, 1920, 1050}, {1920, 0, 1280, 1024}};
+    struct Row {
+        const char* name;
+        PixelBox window, placed;
+    };
+    const Row rows[] = {
+        {"on the first screen", {100, 100, 800, 600}, {100, 100, 800, 600}},
+        {"half off an edge stays", {1500, 900, 800, 600}, {1500, 900, 800, 600}},
+        {"on a screen that is gone", {4000, 200, 800, 600}, {2160, 212, 800, 600}},
+        {"far above", {100, -5000, 800, 600}, {560, 225, 800, 600}},
+        {"larger than any screen", {0, 0, 143165576, 143165576}, {0, 0, 1920, 1050}},
+    };
+    for (const Row& r : rows) {
+        SCOPED_TRACE(r.name);
+        EXPECT_EQ(FitOnScreens(r.window, screens), r.placed);
+    }
+    EXPECT_EQ(FitOnScreens({5, 5, 10, 10}, {}), (PixelBox{5, 5, 10, 10}));
+}
+
+} // namespace
+} // namespace sky

@@ -1,0 +1,110 @@
+#include "gui_fixture.h"
+
+#include "app/ini_file.h"
+#include "network/whazzup_lines.h"
+
+using namespace Qt::StringLiterals;
+
+// The map as a desktop program: its window, mouse, keys on other keyboard layouts, the wheel and the
+// Preferences, driven through the X server as a user would.
+namespace {
+
+using namespace sky::gui;
+
+QString Ini(const QString& home, const char16_t* section, const char16_t* key) {
+    return sky::IniFile::Load(QDir(home).filePath(u"skln.ini"_s)).Value(section, key, u""_s);
+}
+
+void SetLayout(const QString& layout) {
+    QProcess::execute(u"setxkbmap"_s, {u"-layout"_s, layout});
+}
+
+// How much of an area is the info box's opaque black.
+int BlackIn(const QImage& image, const QRect& area) {
+    return CountNear(image, qRgb(0, 0, 0), 2, area);
+}
+
+TEST_F(Gui, AnEdgeDragResizesTheWindowAndTheNewSizeIsSaved) {
+    QProcess program;
+    const QString window = Start(program, {u"--demo"_s});
+    ASSERT_FALSE(window.isEmpty());
+    Xdotool({u"mousemove"_s, u"--window"_s, window, u"799"_s, u"300"_s, u"mousedown"_s, u"1"_s});
+    Xdotool({u"mousemove"_s, u"--window"_s, window, u"850"_s, u"350"_s});
+    Xdotool({u"mousemove"_s, u"--window"_s, window, u"899"_s, u"400"_s, u"mouseup"_s, u"1"_s});
+    QThread::msleep(500);
+    ASSERT_TRUE(CloseAndWait(program, window));
+    EXPECT_EQ(Ini(m_home.path(), u"Display", u"WindowWidth"), u"900");
+    EXPECT_EQ(Ini(m_home.path(), u"Display", u"WindowHeight"), u"600");
+}
+
+TEST_F(Gui, AClickInTheTitleStripNeverReachesTheMap) {
+    const QString pilot = sky::network::testing::PilotLine(
+        0, {{0, u"DLH1"_s}, {1, u"200001"_s}, {5, u"50"_s}, {6, u"10"_s}, {7, u"35000"_s}, {8, u"450"_s}});
+    QProcess program;
+    const QString window = Start(program, LocalFeed({pilot}) + QStringList{u"--view"_s, u"10,50,4"_s});
+    ASSERT_FALSE(window.isEmpty());
+    const QRect box(492, 62, 296, 300);
+    Xdotool({u"mousemove"_s, u"--window"_s, window, u"400"_s, u"300"_s, u"click"_s, u"1"_s});
+    QThread::msleep(400);
+    EXPECT_GT(BlackIn(Grab(window), box), 50000) << "the aircraft's info box did not open";
+    Keys(window, {u"Escape"_s});
+    Xdotool({u"mousemove"_s, u"--window"_s, window, u"300"_s, u"10"_s, u"click"_s, u"1"_s});
+    QThread::msleep(400);
+    // The press in the caption does not click on the map where the last press was.
+    EXPECT_LT(BlackIn(Grab(window), box), 5000);
+    ASSERT_TRUE(CloseAndWait(program, window));
+}
+
+TEST_F(Gui, TheViewKeysAreTheSameKeysOnEveryKeyboardLayout) {
+    QProcess program;
+    const QString window = Start(program, {u"--demo"_s});
+    ASSERT_FALSE(window.isEmpty());
+    SetLayout(u"gb"_s);
+    Keys(window, {u"Right"_s, u"shift+3"_s}); // Shift and the 3 key print "£" here: view 3 stored
+    SetLayout(u"de"_s);
+    Keys(window, {u"Left"_s, u"Left"_s, u"shift+2"_s}); // '"' on a German keyboard: view 2 stored
+    SetLayout(u"fr"_s);
+    Keys(window, {u"quotedbl"_s}); // the 3 key alone prints '"' on a French one: view 3 restored
+    SetLayout(u"us"_s);
+    Keys(window, {u"shift+1"_s}); // where the map is now: view 1
+    ASSERT_TRUE(CloseAndWait(program, window));
+    const QString home = m_home.path();
+    EXPECT_EQ(Ini(home, u"Zoom", u"X3"), u"1670"); // 13.34 + 5 / 1.49
+    EXPECT_EQ(Ini(home, u"Zoom", u"X2"), u"998");
+    EXPECT_EQ(Ini(home, u"Zoom", u"X1"), Ini(home, u"Zoom", u"X3"));
+}
+
+TEST_F(Gui, SmallWheelStepsAddUpToAZoomStep) {
+    QProcess program;
+    const QString window =
+        Start(program, {u"--demo"_s, u"--keys"_s, u"wheel 30;wheel 30;wheel 45;wheel 15;wheel 50;shift+1"_s});
+    ASSERT_FALSE(window.isEmpty());
+    ASSERT_TRUE(CloseAndWait(program, window));
+    EXPECT_EQ(Ini(m_home.path(), u"Zoom", u"Z1"), u"179"); // 1.49 times 1.2, once: 50 units are left over
+}
+
+TEST_F(Gui, ThePreferencesChangeTheThemeAtOnceAndKeepHandWrittenLines) {
+    Write(u"skln.ini"_s, "; my own note\n[Display]\nColourTheme=default.dc\n");
+    QProcess program;
+    const QString window = Start(program, {u"--demo"_s});
+    ASSERT_FALSE(window.isEmpty());
+    const QImage before = Grab(window);
+    Keys(window, {u"ctrl+comma"_s});
+    const QString dialog = FindWindow(u"^Skylantra Preferences$"_s);
+    ASSERT_FALSE(dialog.isEmpty()) << "Ctrl+, did not open the Preferences";
+    Keys(dialog, {u"Tab"_s, u"Tab"_s, u"d"_s, u"Return"_s}); // the theme: daylight.dc; OK
+    QThread::msleep(600);
+    const QImage after = Grab(window);
+    ASSERT_EQ(before.size(), after.size());
+    int changed = 0;
+    for (int x = 0; x < before.width(); ++x)
+        changed += before.pixel(x, 10) != after.pixel(x, 10) ? 1 : 0;
+    EXPECT_GT(changed, 400) << "the title strip kept its colours";
+    ASSERT_TRUE(CloseAndWait(program, window));
+    QFile ini(m_home.filePath(u"skln.ini"_s));
+    ASSERT_TRUE(ini.open(QIODevice::ReadOnly));
+    const QByteArray text = ini.readAll();
+    EXPECT_TRUE(text.startsWith("; my own note\n[Display]\nColourTheme=daylight.dc\n")) << text.toStdString();
+}
+
+} // namespace
