@@ -446,6 +446,37 @@ def write_network(folder, name, feed, pilots, controllers, encoding, message):
         f.write("\n".join(status))
 
 
+def write_weather(folder, airports):
+    """Weather reports for the demo's airports, as the weather server's station files lay them out
+    (a time line, then the report), so the Companion's weather commands answer offline with --demo.
+    Drawn from a random source of their own: the feeds stay as they are."""
+    rng = random.Random(SEED + 1)
+    day, time = UPDATE[6:8], UPDATE[8:12]
+    stamp = "%s/%s/%s %s:%s" % (UPDATE[0:4], UPDATE[4:6], day, time[:2], time[2:])
+    kinds = {"metar": os.path.join(folder, "data", "observations", "metar", "stations"),
+             "taf": os.path.join(folder, "data", "forecasts", "taf", "stations"),
+             "shorttaf": os.path.join(folder, "data", "forecasts", "shorttaf", "stations")}
+    for path in kinds.values():
+        os.makedirs(path, exist_ok=True)
+    for icao in HUBS:
+        if icao not in airports:
+            continue
+        wind = "%03d%02dKT" % (rng.randrange(10, 361, 10), rng.randint(3, 22))
+        clouds = rng.choice(["FEW020", "SCT035", "BKN012", "FEW040 SCT250", "OVC008", "NSC"])
+        temperature = rng.randint(-4, 24)
+        dew = temperature - rng.randint(1, 8)
+        sign = lambda t: ("M%02d" % -t) if t < 0 else "%02d" % t
+        metar = "%s %s%sZ %s 9999 %s %s/%s Q%04d NOSIG" % (icao, day, time, wind, clouds, sign(temperature), sign(dew),
+                                                      rng.randint(998, 1032))
+        valid = "%s12/%02d18" % (day, int(day) + 1)
+        taf = "%s %s1100Z %s %s 9999 %s\n      BECMG %s20/%s22 %s" % (
+            icao, day, valid, wind, clouds, day, day, "%03d%02dKT" % (rng.randrange(10, 361, 10), rng.randint(3, 18)))
+        reports = {"metar": metar, "taf": "TAF " + taf, "shorttaf": "TAF " + taf.split("\n")[0]}
+        for kind, report in reports.items():
+            with open(os.path.join(kinds[kind], icao + ".TXT"), "w", encoding="ascii", newline="\n") as f:
+                f.write("%s\n%s\n" % (stamp, report))
+
+
 def main():
     if len(sys.argv) != 2:
         sys.exit(__doc__)
@@ -457,6 +488,7 @@ def main():
                   None)
     write_network(os.path.join(data, "demo", "vatsim"), "VATSIM", Feed(1, rng, airports, firs), 1300, 450,
                   "utf-8", "This is demo data: the traffic is made up, and the network is not contacted.")
+    write_weather(os.path.join(data, "demo", "weather"), airports)
 
 
 if __name__ == "__main__":

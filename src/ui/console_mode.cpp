@@ -48,7 +48,8 @@ private:
 int RunConsole(const LaunchOptions& launch) {
     const Folders folders = PrepareFolders(launch, [](const QString& text) { PrintLine(stderr, u"Skylantra: "_s + text); });
     Friends friends;
-    const Settings config = LoadSettings(folders.Home, ScreenMetrics{}, friends);
+    Settings config = LoadSettings(folders.Home, ScreenMetrics{}, friends);
+    UseDemoWeather(launch, folders, config);
     render::NullGl gl;
     TerminalHost host;
     net::QtHttpClient http(config.Timeout * 1000, config.Proxy);

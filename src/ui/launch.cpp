@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QStandardPaths>
+#include <QUrl>
 
 #include "network/download.h"
 
@@ -23,6 +24,13 @@ NetworkAddresses ChooseAddresses(const LaunchOptions& launch, const Settings& se
                                                        launch.Demo, json);
     }
     return a;
+}
+
+void UseDemoWeather(const LaunchOptions& launch, const Folders& folders, Settings& settings) {
+    if (!launch.Demo)
+        return;
+    const QString weather = u"data/demo/weather"_s;
+    settings.WeatherServer = QUrl::fromLocalFile(QDir(folders.Holding(weather)).filePath(weather)).toString();
 }
 
 Folders PrepareFolders(const LaunchOptions& launch, const std::function<void(const QString&)>& report) {

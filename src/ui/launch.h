@@ -32,6 +32,9 @@ struct NetworkAddresses {
 };
 NetworkAddresses ChooseAddresses(const LaunchOptions& launch, const Settings& settings, const Folders& folders);
 
+// With --demo the weather commands answer from the bundled demo reports, never from the internet.
+void UseDemoWeather(const LaunchOptions& launch, const Folders& folders, Settings& settings);
+
 // The folders of a run, the home folder made when it is missing. A problem is said through report
 // (what and where); a home folder that cannot be made is replaced by a temporary one, so the program
 // still runs.

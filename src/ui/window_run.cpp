@@ -77,6 +77,7 @@ int RunWindow(const LaunchOptions& launch) {
     options.Config = LoadSettings(folders.Home, {twipsPerPixel, screenSize.width(), screenSize.height()},
                                   options.FriendList);
     CheckSettingsFiles(folders, options.Config, report);
+    UseDemoWeather(launch, folders, options.Config);
     options.TwipsPerPixel = twipsPerPixel;
     const NetworkAddresses addresses = ChooseAddresses(launch, options.Config, folders);
     options.StatusAddresses = addresses.Status;

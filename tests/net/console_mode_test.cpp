@@ -1,6 +1,8 @@
 #include <QDir>
 #include <QFile>
 #include <QProcess>
+#include <QTemporaryDir>
+#include <QUrl>
 
 #include <gtest/gtest.h>
 
@@ -12,7 +14,8 @@ namespace {
 
 const QString kBuild = QStringLiteral(SKYLANTRA_BINARY_DIR);
 
-// The Companion in a terminal, on the demo feed, with the weather from a local server.
+// The Companion in a terminal, on the demo feed (given as a status file, so the weather comes from
+// the settings' server, a local one, and not from the demo's reports).
 TEST(ConsoleMode, AnswersFromTheDemoFeedAndTheWeatherServer) {
     sky::testing::LocalHttpServer weather;
     ASSERT_TRUE(weather.IsRunning());
@@ -34,7 +37,9 @@ TEST(ConsoleMode, AnswersFromTheDemoFeedAndTheWeatherServer) {
 
     QProcess console;
     console.start(kBuild + u"/skylantra"_s,
-                  {u"--home"_s, home.path(), u"--console"_s, u"--demo"_s, u"--download"_s, u"ivao"_s});
+                  {u"--home"_s, home.path(), u"--console"_s, u"--ivao-status"_s,
+                   QUrl::fromLocalFile(home.filePath(u"data/demo/ivao/status.txt"_s)).toString(), u"--download"_s,
+                   u"ivao"_s});
     ASSERT_TRUE(console.waitForStarted(10000));
     console.write("stat\nfp SAS4045\nsups\nfind müller\nmetar EDDF\nmetar KJFK\nhello\nvis SAS4045\n"
                   "members DE\nact EDDF\ntraffic EDDF\ninfo SAS4045\natis LFPO_ATIS\ndist EDDF KJFK\n");
@@ -101,6 +106,56 @@ TEST(ConsoleMode, ReadsTheJsonFeedsOfBothNetworksEndToEnd) {
     const QString ivao = run(u"ivao"_s, "stat\nfp SAS4045\n");
     EXPECT_TRUE(ivao.contains(u"IVAO data of 1423Z - 1164 clients"_s)) << ivao.toStdString();
     EXPECT_TRUE(ivao.contains(u"(FPL-SAS4045-IG\n-E195\n-KATL0930\n"_s));
+}
+
+// The terminal reads the JSON address of the settings, as the map does, and says on standard error
+// why a download brought nothing.
+TEST(ConsoleMode, ReadsTheJsonAddressOfTheSettingsAndSaysWhyThereIsNoData) {
+    sky::testing::LocalHttpServer server;
+    ASSERT_TRUE(server.IsRunning());
+    const QString demo = QStringLiteral(SKYLANTRA_SOURCE_DIR) + u"/data/demo/vatsim/"_s;
+    for (const QString& name : {u"vatsim-data.json"_s, u"transceivers-data.json"_s}) {
+        QFile file(demo + name);
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        server.Serve(name, file.readAll());
+    }
+    QTemporaryDir home;
+    const auto run = [&](const QString& json) {
+        QFile ini(home.filePath(u"skln.ini"_s));
+        EXPECT_TRUE(ini.open(QIODevice::WriteOnly));
+        ini.write(QString(u"[Network]\nVATSIMJsonURL="_s + json + u"\nVATSIMStatusURL="_s + server.Url(u"no-status.txt"_s) +
+                          u"\n"_s)
+                      .toUtf8());
+        ini.close();
+        QProcess console;
+        console.start(kBuild + u"/skylantra"_s, {u"--home"_s, home.path(), u"--console"_s, u"--download"_s, u"vatsim"_s});
+        console.waitForStarted(10000);
+        console.write("stat\n");
+        console.closeWriteChannel();
+        console.waitForFinished(60000);
+        return std::pair{QString::fromUtf8(console.readAllStandardOutput()),
+                         QString::fromUtf8(console.readAllStandardError())};
+    };
+    const auto [answer, progress] = run(server.Url(u"vatsim-data.json"_s));
+    EXPECT_TRUE(answer.contains(u"> stat\nVATSIM data of 1423Z - 1700 clients"_s)) << answer.toStdString();
+    EXPECT_TRUE(progress.contains(u"VATSIM data interpreted"_s) || progress.contains(u"VATSIM data of 1423Z displayed"_s))
+        << progress.toStdString();
+    const auto [silence, failure] = run(u"http://127.0.0.1:1/vatsim-data.json"_s);
+    EXPECT_FALSE(silence.contains(u"> stat"_s)); // no data: a data command answers nothing
+    EXPECT_TRUE(failure.contains(u"Could not contact server"_s)) << failure.toStdString();
+}
+
+// With the demo the weather comes from the bundled reports: offline, as the traffic is.
+TEST(ConsoleMode, TheDemoAnswersWeatherFromItsOwnReports) {
+    QProcess console;
+    console.start(kBuild + u"/skylantra"_s, {u"--home"_s, kBuild, u"--console"_s, u"--demo"_s});
+    ASSERT_TRUE(console.waitForStarted(10000));
+    console.write("metar EDDF\ntaf EGLL\n");
+    console.closeWriteChannel();
+    ASSERT_TRUE(console.waitForFinished(30000));
+    const QString out = QString::fromUtf8(console.readAllStandardOutput());
+    EXPECT_TRUE(out.contains(u"> metar EDDF\nEDDF 211423Z"_s)) << out.toStdString();
+    EXPECT_TRUE(out.contains(u"> taf EGLL\nTAF EGLL 211100Z"_s)) << out.toStdString();
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "network/download.h"
 
 #include <QDir>
+#include <QSet>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -44,7 +45,7 @@ protected:
         m_state.Networks[0].StatusFileAddress = m_server.Url(u"status.txt"_s);
     }
 
-    network::DownloadOutcome Run(bool textForce) {
+    network::DownloadOutcome Run(bool textForce, bool randomServer = false) {
         m_now = m_now.addSecs(3600);
         network::DownloadContext context{m_state,
                                          m_tables,
@@ -54,7 +55,7 @@ protected:
                                          m_home.filePath(u"data"_s),
                                          textForce,
                                          [this] { return m_now; },
-                                         [](int) { return 0; }};
+                                         randomServer ? std::function<int(int)>() : [](int) { return 0; }};
         return network::DownloadNetwork(context, 0);
     }
 
@@ -101,6 +102,26 @@ TEST_F(DownloadAgainstLocalServer, ReportsAMissingFileAndAGzipCutInHalf) {
     EXPECT_EQ(Run(false), network::DownloadOutcome::FetchFailed);
     EXPECT_EQ(m_view.Last, u"Could not contact server");
     EXPECT_EQ(m_tables[0].PilotCount, 1);
+}
+
+// Without a choice of its own the download picks a server at random: over ten downloads the listed
+// servers take turns, a dead one among them failing only its own turns.
+TEST_F(DownloadAgainstLocalServer, PicksAServerAtRandom) {
+    m_server.Serve(u"status.txt"_s, "url0=http://127.0.0.1:1/whazzup.txt\nurl0=a.txt\nurl0=b.txt\nurl0=c.txt\n\n");
+    for (const QString& name : {u"a.txt"_s, u"b.txt"_s, u"c.txt"_s})
+        m_server.Serve(name, Whazzup(name.first(1).toUpper().toUtf8()));
+    QSet<QString> served;
+    int interpreted = 0;
+    for (int download = 0; download < 10; ++download) {
+        const auto outcome = Run(false, true);
+        interpreted += outcome == network::DownloadOutcome::Interpreted ? 1 : 0;
+        if (outcome == network::DownloadOutcome::Interpreted)
+            served.insert(m_tables[0].Pilots[1].Callsign);
+        else
+            EXPECT_EQ(m_view.Last, u"Could not contact server");
+    }
+    EXPECT_GE(served.size(), 2); // all ten on one server: one chance in a quarter of a million
+    EXPECT_GE(interpreted, 1);
 }
 
 } // namespace

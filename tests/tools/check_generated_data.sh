@@ -17,11 +17,13 @@ same() {
 mkdir -p "$out/demo-data"
 cp "$root/data/airports.dat" "$root/data/firlist.dat" "$out/demo-data/"
 python3 "$root/tools/make_demo_feeds.py" "$out/demo-data"
-for network in ivao vatsim; do
-    for file in "$root/data/demo/$network"/*; do
-        same "$out/demo-data/demo/$network/$(basename "$file")" "$file"
-    done
-done
+while IFS= read -r file; do
+    same "$out/demo-data/${file#"$root"/data/}" "$file"
+done < <(find "$root/data/demo" -type f)
+if [ "$(find "$out/demo-data/demo" -type f | wc -l)" != "$(find "$root/data/demo" -type f | wc -l)" ]; then
+    echo "data/demo holds other files than its generator makes"
+    status=1
+fi
 
 sources="${SKYLANTRA_DATA_SOURCES:-$root/../shared/data-sources}"
 if [ ! -d "$sources/ourairports" ] || [ ! -d "$sources/vatspy" ]; then

@@ -91,6 +91,8 @@ Settings ReadSettings(const IniFile& ini, const ScreenMetrics& screen) {
     s.VATSIMJsonURL = ini.Value(u"Network", u"VATSIMJsonURL", QString()).trimmed();
     s.MaxPilots = WholeInRange(Number(ini, u"Network", u"MaxPilots", u"1400"_s), 1400, 30000);
     s.MaxControllers = WholeInRange(Number(ini, u"Network", u"MaxControllers", u"700"_s), 700, 30000);
+    s.IVAOProfileURL = ini.Value(u"Network", u"IVAOProfileURL", QString()).trimmed();
+    s.VATSIMProfileURL = ini.Value(u"Network", u"VATSIMProfileURL", QString()).trimmed();
     s.WeatherServer = ini.Value(u"Network", u"WeatherServer", u"https://tgftp.nws.noaa.gov"_s).trimmed();
     const std::array<std::array<QString, 3>, 3> zoomDefaults = {{
         {u"1334"_s, u"-5415"_s, u"149"_s},

@@ -42,6 +42,10 @@ struct Settings {
     // The most pilots and controllers kept per network (defaults 1400 and 700). Read, never written.
     std::int16_t MaxPilots = 1400;
     std::int16_t MaxControllers = 700;
+    // Member profile pages where a status file names none: "{id}" stands for the member number, else
+    // "?ID=" and it follow. Empty: the network's own page. Read, never written.
+    QString IVAOProfileURL;
+    QString VATSIMProfileURL;
     // The weather server: the address before "/data/..." of its station files. Read, never written.
     QString WeatherServer = QStringLiteral("https://tgftp.nws.noaa.gov");
     // [Zoom]: the three stored views, index 0 to 2 for views 1 to 3.

@@ -35,6 +35,33 @@ QString PilotRatingText(int network, int rating) {
     return QString::fromUtf16(codes[rating]);
 }
 
+QString PilotCertificateText(const PilotRecord& pilot) {
+    struct Named {
+        int Flags;
+        const char16_t* Short;
+        const char16_t* Long;
+    };
+    static const Named kCertificates[] = {{0, u"P0", u"New member"},
+                                          {1, u"PPL", u"Private Pilot Licence"},
+                                          {3, u"IR", u"Instrument Rating"},
+                                          {7, u"CMEL", u"Commercial Multi-Engine Licence"},
+                                          {15, u"ATPL", u"Airline Transport Pilot Licence"},
+                                          {31, u"FI", u"Flight Instructor"},
+                                          {63, u"FE", u"Flight Examiner"}};
+    if (pilot.PilotCertificate < 0)
+        return {};
+    QString shortName = pilot.PilotCertificateName, longName = pilot.PilotCertificateLongName;
+    for (const Named& named : kCertificates) {
+        if (named.Flags == pilot.PilotCertificate && shortName.isEmpty() && longName.isEmpty()) {
+            shortName = QString::fromUtf16(named.Short);
+            longName = QString::fromUtf16(named.Long);
+        }
+    }
+    if (shortName.isEmpty() && longName.isEmpty())
+        return u"certificate %1"_s.arg(pilot.PilotCertificate);
+    return longName.isEmpty() || longName == shortName ? shortName : shortName + u", "_s + longName;
+}
+
 QString ControllerRatingText(int network, int rating) {
     static const std::array<const char16_t*, 11> ivao = {u"",   u"",   u"S1", u"S2", u"S3", u"C1",
                                                          u"C2", u"C3", u"I1", u"I2", u"I3"};

@@ -17,6 +17,10 @@ std::int16_t FacilityFromCallsign(QStringView callsign);
 // ratings.
 QString PilotRatingText(int network, int rating);
 
+// A VATSIM pilot's certificate as "IR, Instrument Rating": the feed's own names where it gave them,
+// else the network's; empty when the feed gave none (the text files never did).
+QString PilotCertificateText(const PilotRecord& pilot);
+
 // The short code of a controller's rating: IVAO "S1" ... "I3", VATSIM "OBS" ... "INS+"; empty for
 // ratings outside 0 to 10.
 QString ControllerRatingText(int network, int rating);

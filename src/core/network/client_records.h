@@ -53,6 +53,12 @@ struct PilotRecord {
     QString TimeConnected; // yyyymmddhhmmss
     QString Server;
     QString Software;
+    // VATSIM's pilot certificate (bit flags: 0 new member, 1 PPL, 3 IR, 7 CMEL, 15 ATPL, 31 FI, 63 FE),
+    // which the JSON feed gives and the text files never did; -1 when unknown. The names are the feed's
+    // own, where it has a table of them.
+    std::int16_t PilotCertificate = -1;
+    QString PilotCertificateName;
+    QString PilotCertificateLongName;
 };
 
 // Facility types of a controller, from the end of its callsign. Below kFacilityAtis is an observer.
@@ -113,6 +119,9 @@ struct NetworkData {
     QString UpdateStamp;
     std::int16_t ReloadMinutes = 0;
     QDateTime LastDownload; // invalid until the first successful interpretation
+    // Clients of the last file that found no room in the full tables.
+    int DroppedPilots = 0;
+    int DroppedControllers = 0;
 };
 
 using ClientTables = std::array<NetworkData, kNetworkCount>;

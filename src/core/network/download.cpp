@@ -1,6 +1,7 @@
 #include "network/download.h"
 
 #include <QDir>
+#include <QRandomGenerator>
 #include <QUrl>
 
 #include "common/file_io.h"
@@ -30,7 +31,7 @@ private:
 };
 
 int PickIndex(const DownloadContext& context, int count) {
-    const int index = context.Random ? context.Random(count) : 0;
+    const int index = context.Random ? context.Random(count) : int(QRandomGenerator::global()->bounded(count));
     return std::clamp(index, 0, count - 1);
 }
 
@@ -76,6 +77,7 @@ void ReadStatusFile(DownloadContext& context, int network) {
     state.Servers.ServerCount = 0;
     state.Servers.GzServerCount = 0;
     state.DownloadFailed = false;
+    state.StatusFileRead = true;
     context.View.ShowStatus(u"Locating "_s + NetworkName(network) + u" server..."_s);
     const FetchResult fetched = context.Http.Fetch(state.StatusFileAddress);
     if (!fetched.Ok)
@@ -139,6 +141,8 @@ DownloadOutcome Attempt(DownloadContext& context, int network, const QString& ad
         body = *unpacked;
     }
     const FeedKind kind = DetectFeed(body);
+    if (kind == FeedKind::UnknownJson) // an older or newer layout: said, and the tables kept
+        return Fail(context, u"Unsupported "_s + NetworkName(network) + u" data format"_s, DownloadOutcome::NoClients);
     if (kind == FeedKind::Text) {
         const QString text = DecodeText(body).Text;
         if (jsonToFollow && !HoldsClients(text))
@@ -187,7 +191,9 @@ DownloadOutcome DownloadNetwork(DownloadContext& context, int network) {
         return state.JsonAddress.isEmpty() && state.Servers.ServerCount + state.Servers.GzServerCount == 0 &&
                state.Servers.JsonUrl.isEmpty();
     };
-    if (noServer())
+    // A feed read directly still has its status file read once, for the profile address and the
+    // broadcast message.
+    if (noServer() || (!state.JsonAddress.isEmpty() && !state.StatusFileRead))
         ReadStatusFile(context, network);
     if (noServer()) {
         state.DownloadFailed = true;
@@ -220,8 +226,18 @@ DownloadOutcome DownloadNetwork(DownloadContext& context, int network) {
     return outcome;
 }
 
+QString DefaultProfileAddress(int network) {
+    return network == 0 ? u"https://www.ivao.aero/Member.aspx"_s : u"https://stats.vatsim.net/stats/{id}"_s;
+}
+
 QString ProfileAddress(const NetworkDownloadState& network, const QString& vid) {
-    const QString address = network.Servers.ProfileUrl + u"?ID="_s + vid;
+    const QString base = network.Servers.ProfileUrl.isEmpty() ? network.FallbackProfileUrl : network.Servers.ProfileUrl;
+    // An address with "{id}" takes the member number there; any other is followed by "?ID=" and it.
+    QString address = base;
+    if (base.contains(u"{id}"_s))
+        address.replace(u"{id}"_s, QString::fromLatin1(QUrl::toPercentEncoding(vid)));
+    else
+        address += u"?ID="_s + vid;
     const QUrl url(address, QUrl::StrictMode);
     const QString scheme = url.scheme().toLower();
     if (!url.isValid() || (scheme != u"http" && scheme != u"https") || url.host().isEmpty())

@@ -25,6 +25,9 @@ struct NetworkDownloadState {
     ServerLists Servers;
     bool DownloadFailed = false; // the last download produced no clients
     bool DownloadReady = false;  // a download was refused because the reload interval has not passed
+    bool StatusFileRead = false; // once read (or tried), a feed read directly does not read it again
+    // The profile address where the status file names none: the settings' or the network's default.
+    QString FallbackProfileUrl;
 };
 
 struct DownloadState {
@@ -83,7 +86,7 @@ struct DownloadContext {
     QString DataFolder;                   // where whazzup.txt(.gz) are kept
     bool TextForce = false;               // never use the compressed servers
     std::function<QDateTime()> Now;       // local time
-    std::function<int(int count)> Random; // uniform in 0 ... count - 1
+    std::function<int(int count)> Random; // uniform in 0 ... count - 1; empty: a real random choice
 };
 
 // Fetches and reads the status file of network, refilling its server lists.
@@ -94,8 +97,12 @@ void ReadStatusFile(DownloadContext& context, int network);
 // previous tables stay when anything fails before the interpretation.
 DownloadOutcome DownloadNetwork(DownloadContext& context, int network);
 
-// The member's profile page: the network's profile address, "?ID=" and the member number; empty when
-// that is not an http or https address, which is then never opened.
+// Today's member pages, for networks whose status file names no profile address.
+QString DefaultProfileAddress(int network);
+
+// The member's profile page: the network's profile address (the status file's, else the fallback), "?ID="
+// and the member number, or the number in place of "{id}" in the address; empty when that is not an
+// http or https address, which is then never opened.
 QString ProfileAddress(const NetworkDownloadState& network, const QString& vid);
 
 // Opens the member's profile page through openUrl when it is an http or https address.

@@ -16,8 +16,11 @@ using namespace Qt::StringLiterals;
 namespace sky::network {
 namespace {
 
-constexpr int kVatsimFields = 42;
+// The layouts' widths; a VATSIM pilot line carries its pilot certificate in three fields beyond (its
+// number, the short and the long name), which the text files never had.
+constexpr int kVatsimFields = 45;
 constexpr int kIvaoFields = 46;
+constexpr double kRadians = 3.141592653589793 / 180.0;
 
 // A field's text that cannot shift the fields after it: no separator, no line break.
 QString Clean(QString text) {
@@ -49,6 +52,17 @@ QString Text(const QJsonValue& value) {
 double Number(const QJsonValue& value) {
     const double number = value.isString() ? LeadingNumber(value.toString()) : value.toDouble();
     return std::isfinite(number) ? number : 0.0;
+}
+
+// A number of the feed as a whole number within low to high, however large or odd the feed sent it.
+int Whole(const QJsonValue& value, int low, int high) {
+    return int(std::clamp(std::trunc(Number(value)), double(low), double(high)));
+}
+
+// A frequency as the text files wrote it, with three decimals ("124.800"); a text is read as a number.
+QString Frequency(const QJsonValue& value) {
+    const double megahertz = Number(value);
+    return megahertz > 0.0 && megahertz < 1000.0 ? QString::number(megahertz, 'f', 3) : Text(value);
 }
 
 QString Coordinate(const QJsonValue& value) {
@@ -107,9 +121,12 @@ FeedKind DetectFeed(const QByteArray& body) {
         return FeedKind::Text;
     bool ok = false;
     const QJsonObject root = ParseObject(body, ok);
-    if (ok && root.contains(u"general"_s) && (root.contains(u"pilots"_s) || root.contains(u"controllers"_s)))
+    if (!ok)
+        return FeedKind::Unreadable;
+    if (root.contains(u"general"_s) && (root.contains(u"pilots"_s) || root.contains(u"controllers"_s)))
         return FeedKind::VatsimV3;
-    if (ok && root.contains(u"clients"_s))
+    // IVAO's clients are an object of lists; VATSIM's layout of 2020 had one array of clients.
+    if (root.value(u"clients"_s).isObject())
         return FeedKind::IvaoV2;
     return FeedKind::UnknownJson;
 }
@@ -132,16 +149,21 @@ QHash<QString, geo::LatLon> ParseVatsimTransceivers(const QByteArray& json) {
     for (const QJsonValue& station : document.array()) {
         const QJsonObject object = station.toObject();
         const QString callsign = Text(object.value(u"callsign"_s)).toUpper();
-        double lat = 0, lon = 0;
+        // The centre on the sphere (the mean of the points' vectors), right across 180 degrees too.
+        double x = 0, y = 0, z = 0;
         int count = 0;
         for (const QJsonValue& transceiver : object.value(u"transceivers"_s).toArray()) {
             const QJsonObject t = transceiver.toObject();
-            lat += Number(t.value(u"latDeg"_s));
-            lon += Number(t.value(u"lonDeg"_s));
+            const double lat = Number(t.value(u"latDeg"_s)) * kRadians, lon = Number(t.value(u"lonDeg"_s)) * kRadians;
+            x += std::cos(lat) * std::cos(lon);
+            y += std::cos(lat) * std::sin(lon);
+            z += std::sin(lat);
             ++count;
         }
-        if (!callsign.isEmpty() && count > 0)
-            centres.insert(callsign, {ToSingle(lat / count), ToSingle(lon / count)});
+        const double length = std::sqrt(x * x + y * y + z * z);
+        if (!callsign.isEmpty() && count > 0 && length > 1e-9)
+            centres.insert(callsign, {ToSingle(std::asin(std::clamp(z / length, -1.0, 1.0)) / kRadians),
+                                      ToSingle(std::atan2(y, x) / kRadians)});
     }
     return centres;
 }
@@ -157,6 +179,13 @@ TranslatedFeed TranslateVatsimV3(const QByteArray& json, const QHash<QString, ge
     if (feed.UpdateStamp.size() != 14)
         feed.UpdateStamp = Stamp(general.value(u"update_timestamp"_s));
     feed.ReloadMinutes = std::max<int>(1, ToInt16(Number(general.value(u"reload"_s))));
+    // The feed's own names of the pilot certificates.
+    QHash<int, std::pair<QString, QString>> certificates;
+    for (const QJsonValue& rating : root.value(u"pilot_ratings"_s).toArray()) {
+        const QJsonObject r = rating.toObject();
+        certificates.insert(Whole(r.value(u"id"_s), -1, 1 << 20),
+                            {Text(r.value(u"short_name"_s)), Text(r.value(u"long_name"_s))});
+    }
     QStringList lines;
     for (const QJsonValue& value : root.value(u"pilots"_s).toArray()) {
         const QJsonObject p = value.toObject();
@@ -176,13 +205,23 @@ TranslatedFeed TranslateVatsimV3(const QByteArray& json, const QHash<QString, ge
         line.Set(12, Text(plan.value(u"altitude"_s)));
         line.Set(13, Text(plan.value(u"arrival"_s)));
         line.Set(14, Text(p.value(u"server"_s)));
-        line.Set(16, Text(p.value(u"pilot_rating"_s)));
+        // A pilot certificate is no controller rating: field 16 (the member's controller rating in the
+        // text files) stays empty, as the feed gives pilots none.
+        if (p.contains(u"pilot_rating"_s)) {
+            const int certificate = Whole(p.value(u"pilot_rating"_s), -1, 32767);
+            line.Set(42, QString::number(certificate));
+            const auto named = certificates.constFind(certificate);
+            if (named != certificates.cend()) {
+                line.Set(43, named->first);
+                line.Set(44, named->second);
+            }
+        }
         line.Set(17, Text(p.value(u"transponder"_s)));
         line.Set(21, Text(plan.value(u"flight_rules"_s)));
         line.Set(22, Text(plan.value(u"deptime"_s)));
         const QString enroute = Text(plan.value(u"enroute_time"_s));
         if (!enroute.isEmpty()) {
-            const int hhmm = int(LeadingNumber(enroute));
+            const int hhmm = Whole(QJsonValue(enroute), 0, 9999);
             SetHoursMinutes(line, 24, 25, hhmm / 100 * 60 + hhmm % 100);
         }
         line.Set(28, Text(plan.value(u"alternate"_s)));
@@ -219,7 +258,7 @@ TranslatedFeed TranslateVatsimV3(const QByteArray& json, const QHash<QString, ge
     controllers(root.value(u"atis"_s).toArray());
     // The feed counts every connection, ATIS stations too, as the text files did; the interpreter
     // takes the ATIS stations off again.
-    const int clients = int(Number(general.value(u"connected_clients"_s)));
+    const int clients = Whole(general.value(u"connected_clients"_s), 0, 1 << 30);
     const int counted = clients > 0 ? clients : int(lines.size());
     feed.Text =
         HeaderLines(feed.UpdateStamp, feed.ReloadMinutes, counted) + lines.join(u"\r\n"_s) + u"\r\n"_s;
@@ -264,13 +303,15 @@ TranslatedFeed TranslateIvaoV2(const QByteArray& json) {
         line.Set(13, Text(plan.value(u"arrivalId"_s)));
         line.Set(17, Text(track.value(u"transponder"_s)));
         line.Set(21, Text(plan.value(u"flightRules"_s)));
-        if (plan.contains(u"departureTime"_s)) {
-            const int minutes = int(Number(plan.value(u"departureTime"_s)) / 60.0) % (24 * 60);
-            line.Set(22,
-                     u"%1%2"_s.arg(minutes / 60, 2, 10, QChar(u'0')).arg(minutes % 60, 2, 10, QChar(u'0')));
+        // Times in seconds; a negative one is no time at all.
+        const int departure = Whole(plan.value(u"departureTime"_s), -1, 1 << 30);
+        if (plan.contains(u"departureTime"_s) && departure >= 0) {
+            const int minutes = departure / 60 % (24 * 60);
+            line.Set(22, u"%1%2"_s.arg(minutes / 60, 2, 10, QChar(u'0')).arg(minutes % 60, 2, 10, QChar(u'0')));
         }
-        if (plan.contains(u"eet"_s))
-            SetHoursMinutes(line, 24, 25, int(Number(plan.value(u"eet"_s)) / 60.0));
+        const int eet = Whole(plan.value(u"eet"_s), -1, 1 << 30);
+        if (plan.contains(u"eet"_s) && eet >= 0)
+            SetHoursMinutes(line, 24, 25, eet / 60);
         line.Set(28, Text(plan.value(u"alternativeId"_s)));
         line.Set(29, Text(plan.value(u"remarks"_s)));
         line.Set(30, Text(plan.value(u"route"_s)));
@@ -285,7 +326,11 @@ TranslatedFeed TranslateIvaoV2(const QByteArray& json) {
             const QJsonObject session = c.value(u"atcSession"_s).toObject();
             Line line(kIvaoFields, u"ATC"_s);
             common(line, c);
-            line.Set(4, Text(session.value(u"frequency"_s)));
+            line.Set(4, Frequency(session.value(u"frequency"_s)));
+            // The visual range, where the feed gives it (its 2021 layout).
+            const QJsonValue range = c.value(u"lastTrack"_s).toObject().value(u"distance"_s);
+            if (!range.isUndefined() && !range.isNull())
+                line.Set(19, QString::number(Whole(range, 0, 9999)));
             line.Set(35, AtisText(c.value(u"atis"_s).toObject().value(u"lines"_s)));
             lines.append(line.Join());
         }
@@ -297,9 +342,9 @@ TranslatedFeed TranslateIvaoV2(const QByteArray& json) {
         common(line, value.toObject());
         lines.append(line.Join());
     }
-    int total = int(Number(root.value(u"connections"_s).toObject().value(u"total"_s)));
-    if (total <= 0)
-        total = int(lines.size());
+    // The clients the feed lists, not its count of connections (which holds some it does not list), so
+    // the map's figures and stat agree with the lists; the interpreter takes the follow-me cars off.
+    const int total = int(lines.size());
     feed.Text = HeaderLines(feed.UpdateStamp, feed.ReloadMinutes, total) + lines.join(u"\r\n"_s) + u"\r\n"_s;
     feed.Ok = true;
     return feed;

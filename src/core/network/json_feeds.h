@@ -10,7 +10,8 @@
 // whazzup text layout, so the one interpreter reads both.
 namespace sky::network {
 
-enum class FeedKind { Text, VatsimV3, IvaoV2, UnknownJson };
+// UnknownJson: a JSON document of another layout; Unreadable: one that is no whole JSON document.
+enum class FeedKind { Text, VatsimV3, IvaoV2, UnknownJson, Unreadable };
 
 // What a downloaded body is: whazzup text, or one of the JSON feeds.
 FeedKind DetectFeed(const QByteArray& body);

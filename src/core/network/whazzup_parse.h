@@ -167,6 +167,10 @@ void ParsePilotFields(int network, const Fields& f, const ReferenceData& referen
     Assign(pilot.TimeConnected, f[37]);
     Assign(pilot.Server, f[14]);
     ReadSoftware(network, f, pilot.Software);
+    // Beyond VATSIM's text layout: the pilot certificate of its JSON feed.
+    pilot.PilotCertificate = network == 1 && !f[42].isEmpty() ? Whole16(f[42]) : std::int16_t(-1);
+    Assign(pilot.PilotCertificateName, network == 1 ? f[43] : QStringView());
+    Assign(pilot.PilotCertificateLongName, network == 1 ? f[44] : QStringView());
 }
 
 // The drawn position of a centre or flight service station: the FIR centre its callsign names.
@@ -256,6 +260,8 @@ InterpretResult InterpretLines(int network, QStringView text, const ReferenceDat
     data.ControllerCount = 0;
     data.ObserverCount = 0;
     data.ConnectedClients = 0;
+    data.DroppedPilots = 0;
+    data.DroppedControllers = 0;
     InterpretResult result;
     const QList<QStringView> lines = SplitNetworkLines(text);
     if (lines.isEmpty())
@@ -271,17 +277,23 @@ InterpretResult InterpretLines(int network, QStringView text, const ReferenceDat
             if (data.PilotCount < data.MaxPilots()) {
                 ++data.PilotCount;
                 ParsePilotFields(network, fields, reference, data.Pilots[data.PilotCount]);
+            } else {
+                ++data.DroppedPilots;
             }
         } else if (clientType == u"ATC") {
             if (data.ControllerCount < data.MaxControllers()) {
                 ++data.ControllerCount;
                 ParseControllerFields(network, fields, reference, data.Controllers[data.ControllerCount],
                                       data);
+            } else {
+                ++data.DroppedControllers;
             }
         } else if (clientType == u"FOLME") {
             if (data.ConnectedClients > 0)
                 --data.ConnectedClients;
         } else {
+            // Header values without the blanks or carriage returns some files leave at the end.
+            line = line.trimmed();
             if (line.startsWith(u"UPDATE"))
                 data.UpdateStamp = line.last(std::min<qsizetype>(14, line.size())).toString();
             if (line.startsWith(u"CONNECTED CLIENTS"))

@@ -67,7 +67,10 @@ void RecordAll(GlApi& gl, int network, const TrafficInputs& in) {
 // Companion's stat counts them.
 std::array<QString, 5> CountCells(const NetworkData& d, int network) {
     const int atc = std::max(0, d.ConnectedClients - d.ObserverCount - d.PilotCount);
-    return {network::NetworkName(network), u"%1 pilots"_s.arg(d.PilotCount), u"%1 ATC"_s.arg(atc),
+    // "1400+ pilots": the tables were full and dropped some (MaxPilots raises the limit).
+    const QString more = d.DroppedPilots > 0 ? u"+"_s : QString();
+    const QString moreAtc = d.DroppedControllers > 0 ? u"+"_s : QString();
+    return {network::NetworkName(network), u"%1%2 pilots"_s.arg(d.PilotCount).arg(more), u"%1%2 ATC"_s.arg(atc).arg(moreAtc),
             u"%1 obs"_s.arg(d.ObserverCount), u"%1 total"_s.arg(std::max<int>(0, d.ConnectedClients))};
 }
 

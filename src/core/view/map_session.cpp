@@ -25,6 +25,9 @@ MapSession::MapSession(Folders files, Settings settings, Friends friends, render
     m_state.View = {s.X[0], s.Y[0], s.Z[0]};
     for (int n = 0; n < network::kNetworkCount; ++n) {
         m_state.Downloads.Networks[n].StatusFileAddress = network::DefaultStatusFileAddress(n);
+        const QString& profile = n == 0 ? s.IVAOProfileURL : s.VATSIMProfileURL;
+        m_state.Downloads.Networks[n].FallbackProfileUrl =
+            profile.isEmpty() ? network::DefaultProfileAddress(n) : profile;
         m_state.AllTables()[n].SetLimits(s.MaxPilots, s.MaxControllers);
     }
 }

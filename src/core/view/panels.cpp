@@ -144,7 +144,9 @@ InfoBoxContent PilotInfo(int network, const NetworkData& data, int slot, const R
     info.NetworkSlot = network;
     info.Title = p.Callsign;
     info.IsFriend = friends.Contains(p.VID);
-    const QString rating = network::PilotRatingText(network, p.Rating);
+    // IVAO's pilot rating, or VATSIM's pilot certificate: a VATSIM pilot has no rating of its own.
+    const QString rating =
+        network == 1 ? network::PilotCertificateText(p) : network::PilotRatingText(network, p.Rating);
     info.Lines.append(p.RealName + (rating.isEmpty() ? QString() : u" ("_s + rating + u')') +
                       (p.HomeBase.isEmpty() ? QString() : u", home "_s + p.HomeBase));
     info.Lines.append(u"Member "_s + p.VID);

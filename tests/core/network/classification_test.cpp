@@ -116,5 +116,18 @@ TEST(FlightStatus, NeedsAtLeastOneKnownAirport) {
     EXPECT_EQ(FlightStatus(onlyDestination), u"On blocks");
 }
 
+TEST(PilotCertificateText, TheFeedsNamesElseTheNetworksNothingWhenUnknown) {
+    PilotRecord p;
+    EXPECT_EQ(PilotCertificateText(p), u"");
+    p.PilotCertificate = 3;
+    EXPECT_EQ(PilotCertificateText(p), u"IR, Instrument Rating");
+    p.PilotCertificate = 0;
+    EXPECT_EQ(PilotCertificateText(p), u"P0, New member");
+    p.PilotCertificate = 127;
+    EXPECT_EQ(PilotCertificateText(p), u"certificate 127");
+    p.PilotCertificateName = u"NEW"_s;
+    EXPECT_EQ(PilotCertificateText(p), u"NEW");
+}
+
 } // namespace
 } // namespace sky::network

@@ -207,6 +207,12 @@ TEST(ProfileAddress, OnlyWebAddressesAreEverOpened) {
     network.Servers.ProfileUrl = u"HTTP://www.example.net/profile"_s;
     OpenProfile(network, u"123456"_s, open);
     EXPECT_EQ(opened, QStringList{u"HTTP://www.example.net/profile?ID=123456"_s});
+    // Without a status file's address: today's page of the network, the number in place of {id}.
+    network.Servers.ProfileUrl.clear();
+    network.FallbackProfileUrl = DefaultProfileAddress(1);
+    EXPECT_EQ(ProfileAddress(network, u"1234567"_s), u"https://stats.vatsim.net/stats/1234567");
+    network.FallbackProfileUrl = DefaultProfileAddress(0);
+    EXPECT_EQ(ProfileAddress(network, u"512345"_s), u"https://www.ivao.aero/Member.aspx?ID=512345");
 }
 
 } // namespace
@@ -273,16 +279,25 @@ TEST_F(Download, AnUnreadableFeedKeepsThePreviousTables) {
     m_state.Networks[1].JsonAddress = u"http://data.example/feed.json"_s;
     m_http.Answers[u"http://data.example/feed.json"_s] = TestCapture(u"vatsim-v3.json"_s);
     ASSERT_EQ(Run(), DownloadOutcome::Interpreted);
-    EXPECT_EQ(m_http.Requests.front(), u"http://data.example/feed.json"); // no status file asked for
+    // The status file is read once all the same, for the profile address and the message.
+    EXPECT_EQ(m_http.Requests.mid(0, 2), (QStringList{kStatus, u"http://data.example/feed.json"_s}));
 
     const QByteArray full = TestCapture(u"vatsim-v3.json"_s);
-    m_http.Answers[u"http://data.example/feed.json"_s] = full.left(full.size() / 2);
-    m_now = m_now.addSecs(3600);
-    EXPECT_EQ(Run(), DownloadOutcome::NoClients);
-    EXPECT_EQ(m_view.Statuses.last(), u"No data to display");
-    EXPECT_TRUE(m_state.Networks[1].DownloadFailed);
-    EXPECT_EQ(m_tables[1].PilotCount, 3);
-    EXPECT_EQ(m_tables[1].Pilots[1].Callsign, u"DLH123");
+    const struct {
+        QByteArray body;
+        const char16_t* status;
+    } broken[] = {{full.left(full.size() / 2), u"No data to display"},
+                  {R"({"general": {"version": 2}, "clients": []})", u"Unsupported VATSIM data format"}};
+    for (const auto& b : broken) {
+        m_http.Answers[u"http://data.example/feed.json"_s] = b.body;
+        m_now = m_now.addSecs(3600);
+        EXPECT_EQ(Run(), DownloadOutcome::NoClients);
+        EXPECT_EQ(m_view.Statuses.last(), QString::fromUtf16(b.status));
+        EXPECT_TRUE(m_state.Networks[1].DownloadFailed);
+        EXPECT_EQ(m_tables[1].PilotCount, 3);
+        EXPECT_EQ(m_tables[1].Pilots[1].Callsign, u"DLH123");
+    }
+    EXPECT_EQ(m_http.Requests.count(kStatus), 1);
 }
 
 TEST(NetworkData, LimitsCanBeRaisedForUsersWhoWantEveryClient) {

@@ -35,7 +35,7 @@ TEST(DetectFeed, TellsTextFromEachNetworksJson) {
     EXPECT_EQ(DetectFeed(Capture(u"vatsim-v3.json"_s)), FeedKind::VatsimV3);
     EXPECT_EQ(DetectFeed(Capture(u"ivao-v2.json"_s)), FeedKind::IvaoV2);
     EXPECT_EQ(DetectFeed("  {\"something\": 1}"), FeedKind::UnknownJson);
-    EXPECT_EQ(DetectFeed(Capture(u"vatsim-v3.json"_s).left(500)), FeedKind::UnknownJson); // cut short
+    EXPECT_EQ(DetectFeed(Capture(u"vatsim-v3.json"_s).left(500)), FeedKind::Unreadable); // cut short
 }
 
 TEST(StampFromIso, ReadsTheFeedsTimesInUtc) {
@@ -67,7 +67,10 @@ TEST_F(JsonFeeds, AVatsimCaptureReadsLikeItsTextFile) {
     EXPECT_EQ(dlh.EnrouteTime, u"0125");
     EXPECT_EQ(dlh.PlannedAltitude, u"35000");
     EXPECT_EQ(dlh.Heading, 271);
-    EXPECT_EQ(dlh.Rating, 3);
+    // A pilot certificate (IR) is no controller rating: neither a rating nor a supervisor.
+    EXPECT_EQ(dlh.Rating, 0);
+    EXPECT_EQ(dlh.AdminRating, 0);
+    EXPECT_EQ(dlh.PilotCertificate, 3);
     EXPECT_EQ(dlh.TimeConnected, u"20261121121800");
     EXPECT_EQ(dlh.Route, u"ANEKI Y7 NIK");
 
@@ -118,7 +121,8 @@ TEST_F(JsonFeeds, AnIvaoCaptureReadsLikeItsTextFile) {
     EXPECT_EQ(nan.Altitude, 0.0f);
 
     const ControllerRecord& tower = m_data.Controllers[1];
-    EXPECT_EQ(tower.Frequency, u"119.25");
+    EXPECT_EQ(tower.Frequency, u"119.250"); // as the text files wrote it
+    EXPECT_EQ(tower.VisualRange, 0.0f);
     EXPECT_EQ(tower.AtisMessage, u"aurora.ivao.aero/LFPG_TWR^§Charles de Gaulle Tower^§Information K");
     EXPECT_EQ(tower.DisplayLatitude, 49.0097f);
 }
@@ -136,6 +140,34 @@ TEST_F(JsonFeeds, DocumentsThatAreNotFeedsAreRefused) {
     const TranslatedFeed empty = TranslateVatsimV3("{\"general\": {\"update\": \"20261121142305\"}}");
     ASSERT_TRUE(empty.Ok);
     EXPECT_FALSE(Read(1, empty).HasClients);
+}
+
+TEST_F(JsonFeeds, FieldsAreReadByWhatTheNetworksSayTheyMean) {
+    // VATSIM: the feed's own names of pilot certificates; a station across 180 degrees stands there.
+    const QByteArray vatsim = R"({"general": {"update": "20261121142305", "connected_clients": 3e9},
+        "pilots": [{"callsign": "QFA1", "cid": 1, "pilot_rating": 15, "flight_plan": {"enroute_time": "99999999"}}],
+        "pilot_ratings": [{"id": 15, "short_name": "ATPL", "long_name": "Airline Transport Pilot Licence"}]})";
+    Read(1, TranslateVatsimV3(vatsim));
+    EXPECT_EQ(m_data.Pilots[1].PilotCertificateName, u"ATPL");
+    EXPECT_EQ(m_data.Pilots[1].PilotCertificateLongName, u"Airline Transport Pilot Licence");
+    EXPECT_EQ(m_data.Pilots[1].EnrouteTime, u"9959"); // clamped, not overflowed
+    EXPECT_EQ(m_data.ConnectedClients, 32767);
+    const auto centres = ParseVatsimTransceivers(
+        R"([{"callsign": "NZZO_CTR", "transceivers": [{"latDeg": -40, "lonDeg": 179.0}, {"latDeg": -40, "lonDeg": -179.5}]}])");
+    EXPECT_NEAR(std::fabs(centres.value(u"NZZO_CTR"_s).Lon), 179.75, 0.01);
+    // IVAO: the clients listed, not the connections counted; the range of 2021; negative times unknown.
+    const QByteArray ivao = R"({"updatedAt": "2026-11-21T14:23:05Z", "connections": {"total": 2e11},
+        "clients": {"pilots": [{"callsign": "AFR1", "userId": 1, "flightPlan": {"departureTime": -6000, "eet": -5}}],
+                    "atcs": [{"callsign": "LFFF_CTR", "userId": 2, "atcSession": {"frequency": 128.1},
+                              "lastTrack": {"distance": 150}}],
+                    "observers": [], "followMe": []}})";
+    Read(0, TranslateIvaoV2(ivao));
+    EXPECT_EQ(m_data.ConnectedClients, 2);
+    EXPECT_EQ(m_data.Pilots[1].DepTime, u"0000");
+    EXPECT_EQ(m_data.Controllers[1].VisualRange, 150.0f);
+    EXPECT_EQ(m_data.Controllers[1].Frequency, u"128.100");
+    // VATSIM's layout of 2020 (one array of clients) is no IVAO feed.
+    EXPECT_EQ(DetectFeed(R"({"general": {"version": 2}, "clients": [{"callsign": "X"}]})"), FeedKind::UnknownJson);
 }
 
 TEST_F(JsonFeeds, DuplicatedCallsignsAndWrongTypesAreReadAsTheyCome) {

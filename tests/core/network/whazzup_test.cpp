@@ -304,6 +304,8 @@ TEST_F(Whazzup, FullTablesDropFurtherLinesAndOldSlotsStayStale) {
     Interpret(1, File(lines));
     EXPECT_EQ(m_data.PilotCount, kMaxPilots);
     EXPECT_EQ(m_data.ControllerCount, kMaxControllers);
+    EXPECT_EQ(m_data.DroppedPilots, 5); // counted, so the map can say that figures were cut
+    EXPECT_EQ(m_data.DroppedControllers, 5);
     EXPECT_EQ(m_data.Pilots[kMaxPilots].Callsign, u"P1400");
     EXPECT_TRUE(m_data.Pilots[kMaxPilots + 1].Callsign.isEmpty());
 
@@ -311,6 +313,16 @@ TEST_F(Whazzup, FullTablesDropFurtherLinesAndOldSlotsStayStale) {
     EXPECT_EQ(m_data.PilotCount, 1);
     EXPECT_EQ(m_data.Pilots[1].Callsign, u"NEW");
     EXPECT_EQ(m_data.Pilots[2].Callsign, u"P2"); // stale, above the counter
+    EXPECT_EQ(m_data.DroppedPilots, 0);
+}
+
+TEST_F(Whazzup, HeaderLinesLoseTrailingBlanksAndCarriageReturns) {
+    // A real file of 2017 ended its lines with CR CR LF.
+    Interpret(1, File({u"UPDATE = 20170101070105 "_s, u"RELOAD = 2\r"_s, u"CONNECTED CLIENTS = 1\r"_s,
+                       PilotLine(1, {{0, u"A1"_s}}), u"!SERVERS\r"_s}));
+    EXPECT_EQ(m_data.UpdateStamp, u"20170101070105");
+    EXPECT_EQ(m_data.ReloadMinutes, 2);
+    EXPECT_EQ(m_data.ConnectedClients, 1);
 }
 
 TEST_F(Whazzup, TooFewLinesAreNoFile) {
