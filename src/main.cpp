@@ -50,6 +50,8 @@ int main(int argc, char* argv[]) {
     const QCommandLineOption snapshotOption(
         u"snapshot"_s, u"Render one frame after start-up and any download, save it as a PNG image in FILE and exit."_s,
         u"FILE"_s);
+    const QCommandLineOption printPanelOption(
+        u"print-panel"_s, u"With --snapshot, also write the open list or airport board as text to standard output."_s);
     const QCommandLineOption keysOption(
         u"keys"_s, u"Once the map is ready, press these keys and clicks, e.g. \"V;L;click 400 300\"."_s,
         u"SEQUENCE"_s);
@@ -59,7 +61,7 @@ int main(int argc, char* argv[]) {
     const QCommandLineOption helpOption(QStringList{u"h"_s, u"help"_s}, u"Show this help and exit."_s);
     const QCommandLineOption versionOption(u"version"_s, u"Show the version and exit."_s);
     parser.addOptions({homeOption, demoOption, ivaoStatusOption, vatsimStatusOption, downloadOption, snapshotOption,
-                       viewOption, keysOption, consoleOption, helpOption, versionOption});
+                       viewOption, keysOption, printPanelOption, consoleOption, helpOption, versionOption});
     // Help and version need no display, so they are answered before any window system is touched.
     if (!parser.parse(Arguments(argc, argv))) {
         PrintLine(stderr, parser.errorText() + u"\nTry skylantra --help."_s);
@@ -83,6 +85,7 @@ int main(int argc, char* argv[]) {
     launch.DownloadNetworks = parser.value(downloadOption).toLower();
     launch.SnapshotPath = parser.value(snapshotOption);
     launch.Input = parser.value(keysOption);
+    launch.PrintPanel = parser.isSet(printPanelOption);
     const QString& download = launch.DownloadNetworks;
     if (parser.isSet(downloadOption) && download != u"ivao" && download != u"vatsim" && download != u"both") {
         PrintLine(stderr, u"--download takes ivao, vatsim or both."_s);

@@ -56,7 +56,8 @@ def airport_key(row):
 
 
 def make_airports(sources):
-    """ICAO:Name:City:CountryCode:Latitude:Longitude, one airport per four-letter code."""
+    """ICAO:Name:City:CountryCode:Latitude:Longitude:IATA, one airport per four-letter code (IATA may be
+    empty)."""
     best = {}
     for row in airport_rows(sources):
         rank = AIRPORT_TYPES.get(row["type"])
@@ -74,7 +75,8 @@ def make_airports(sources):
     for key in sorted(best):
         row = best[key][1]
         lines.append(":".join([key, clean(row["name"]), clean(row["municipality"]), row["iso_country"],
-                               coordinate(row["latitude_deg"]), coordinate(row["longitude_deg"])]))
+                               coordinate(row["latitude_deg"]), coordinate(row["longitude_deg"]),
+                               clean(row["iata_code"])]))
     return lines
 
 

@@ -21,6 +21,7 @@ struct LaunchOptions {
     QString SnapshotPath;               // --snapshot
     QString Input;                      // --keys
     std::optional<geo::ViewState> View; // --view
+    bool PrintPanel = false;            // --print-panel
 };
 
 // Where each network's data come from, as the map and the terminal both read them: the status file

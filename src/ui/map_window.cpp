@@ -89,6 +89,26 @@ MapWindow::MapWindow(MapOptions options)
     PlaceFromSettings();
     auto* preferences = new QShortcut(QKeySequence(u"Ctrl+,"_s), this);
     connect(preferences, &QShortcut::activated, this, [this] { OpenPreferences(); });
+    m_search = new SearchField(
+        *m_session,
+        [this](const std::function<void()>& call) {
+            makeCurrent();
+            call();
+        },
+        this);
+    auto* find = new QShortcut(QKeySequence::Find, this);
+    connect(find, &QShortcut::activated, this, [this] { OpenSearch(); });
+    m_hoverTimer.setSingleShot(true);
+    m_hoverTimer.setInterval(400);
+    connect(&m_hoverTimer, &QTimer::timeout, this, [this] {
+        makeCurrent();
+        m_session->Pointer().Hover(m_hoverAt.x(), m_hoverAt.y());
+    });
+}
+
+void MapWindow::OpenSearch() {
+    if (m_started)
+        m_search->Open();
 }
 
 void MapWindow::OpenPreferences() {
@@ -165,6 +185,14 @@ void MapWindow::StartUp() {
 
 void MapWindow::SaveSnapshotAndExit() {
     makeCurrent();
+    if (m_options.PrintPanel) {
+        const render::TableContent table = m_session->PanelController().ShownTable();
+        QStringList text{table.Title, table.Headers.join(u'|')};
+        for (const QStringList& row : table.Rows)
+            text.append(row.join(u'|'));
+        std::fputs((text.join(u'\n') + u'\n').toUtf8().constData(), stdout);
+        std::fflush(stdout);
+    }
     const QImage image = grabFramebuffer();
     if (!image.save(m_options.SnapshotPath, "PNG")) { // whatever the file is called
         PrintError(u"Skylantra: cannot write the snapshot "_s + m_options.SnapshotPath);

@@ -14,6 +14,7 @@
 #include "gl_backend.h"
 #include "qt_http_client.h"
 #include "companion_window.h"
+#include "search_field.h"
 #include "view/map_session.h"
 
 namespace sky::ui {
@@ -31,6 +32,7 @@ struct MapOptions {
     std::optional<geo::ViewState> View;   // instead of stored view 1
     QString Input; // keys and clicks to apply once ready, e.g. "L;Right;click 400 300;shift+1"
     std::function<void(const QString&)> Report; // a problem the program runs on with
+    bool PrintPanel = false; // with the snapshot, the open list or board as text on standard output
 };
 
 // The map window frmMap: a frameless window with its own title strip, drawing the globe with OpenGL.
@@ -60,6 +62,7 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void leaveEvent(QEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     bool event(QEvent* event) override;
@@ -74,6 +77,7 @@ private:
     void ApplyInput(const QString& sequence);
     void PlaceFromSettings();
     void OpenPreferences();
+    void OpenSearch();
     void ResizeBy(const QPoint& moved);
 
     MapOptions m_options;
@@ -81,6 +85,9 @@ private:
     net::QtHttpClient m_http;
     std::unique_ptr<view::MapSession> m_session;
     std::unique_ptr<CompanionWindow> m_companion; // made on first use
+    SearchField* m_search = nullptr;              // a child of the window
+    QTimer m_hoverTimer;                          // the pointer has rested: the card under it
+    QPoint m_hoverAt;
     QTimer m_autoDownloadTimer;
     QTimer m_downloadTimer;
     QTimer m_settleTimer; // the view has come to rest a moment after the last wheel step or key

@@ -97,6 +97,10 @@ void MapWindow::RunKey(int keyCode, int modifiers) {
 }
 
 void MapWindow::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Slash && m_started) {
+        OpenSearch();
+        return;
+    }
     const int code = KeyOf(event);
     if (code == 0 || !m_started) {
         QOpenGLWidget::keyPressEvent(event);
@@ -126,6 +130,7 @@ void MapWindow::keyReleaseEvent(QKeyEvent* event) {
 }
 
 void MapWindow::mousePressEvent(QMouseEvent* event) {
+    m_hoverTimer.stop();
     if (event->button() != Qt::LeftButton)
         return;
     const QPoint p = event->position().toPoint();
@@ -168,6 +173,15 @@ void MapWindow::mouseMoveEvent(QMouseEvent* event) {
     const QPoint p = event->position().toPoint();
     if (!(event->buttons() & Qt::LeftButton)) {
         setCursor(CursorFor(ResizeEdgesAt(p.x(), p.y(), width(), height(), m_maximised)));
+        // A card goes when the pointer leaves its client; the pointer resting anew shows another.
+        if (m_started && m_session->Display().HoverCard && (p - m_hoverAt).manhattanLength() > 10) {
+            makeCurrent();
+            m_session->Pointer().HoverEnd();
+        }
+        if (m_started && (p - m_hoverAt).manhattanLength() > 2) {
+            m_hoverAt = p;
+            m_hoverTimer.start();
+        }
         return;
     }
     if (m_resizeEdges != kResizeNone) {
@@ -219,6 +233,15 @@ void MapWindow::mouseDoubleClickEvent(QMouseEvent* event) {
         ToggleMaximised();
     else
         mousePressEvent(event);
+}
+
+void MapWindow::leaveEvent(QEvent* event) {
+    m_hoverTimer.stop();
+    if (m_started) {
+        makeCurrent();
+        m_session->Pointer().HoverEnd();
+    }
+    QOpenGLWidget::leaveEvent(event);
 }
 
 void MapWindow::wheelEvent(QWheelEvent* event) {
@@ -297,6 +320,7 @@ void MapWindow::contextMenuEvent(QContextMenuEvent* event) {
         key(views, u"Store view %1\tShift+%1"_s.arg(k), keys::Digit(k), keys::kShift);
     key(&menu, u"Centre on myself\t4"_s, keys::Digit(4));
     key(&menu, u"Companion\tSpace"_s, keys::kSpace);
+    menu.addAction(u"Search...\tCtrl+F"_s, this, [this] { OpenSearch(); });
     menu.addAction(u"Preferences...\tCtrl+,"_s, this, [this] { OpenPreferences(); });
     menu.addSeparator();
     menu.addAction(u"Exit"_s, this, [this] { close(); });

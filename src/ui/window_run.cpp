@@ -87,6 +87,7 @@ int RunWindow(const LaunchOptions& launch) {
     options.Input = launch.Input;
     options.View = launch.View;
     options.Report = report;
+    options.PrintPanel = launch.PrintPanel;
     MapWindow window(std::move(options));
     window.show();
     return QApplication::exec();

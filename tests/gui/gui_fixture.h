@@ -66,7 +66,7 @@ inline QRect BoundsOf(const QImage& image, QRgb colour, int tolerance, QRect are
 }
 
 class Gui : public ::testing::Test {
-protected:
+public:
     void SetUp() override {
         ASSERT_TRUE(m_home.isValid());
         ASSERT_TRUE(CopyFolder(kBuild + QStringLiteral("/data"), m_home.filePath(QStringLiteral("data"))));

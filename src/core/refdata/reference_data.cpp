@@ -61,7 +61,8 @@ void ReferenceData::AddAirports(QStringView text) {
                         fields[4].toString(),
                         fields[5].toString(),
                         ToSingle(LeadingNumber(fields[4])),
-                        ToSingle(LeadingNumber(fields[5]))};
+                        ToSingle(LeadingNumber(fields[5])),
+                        fields.size() > 6 ? fields[6].toString() : QString()};
         const QString key = Key(fields[0]);
         if (!m_airports.contains(key))
             m_airports.insert(key, std::move(airport));

@@ -6,8 +6,9 @@
 
 namespace sky {
 
-// One line of data/airports.dat: ICAO:Name:City:CountryCode:Latitude:Longitude. The position is kept
-// as its text too, because the airport position lookup answers in text.
+// One line of data/airports.dat: ICAO:Name:City:CountryCode:Latitude:Longitude:IATA (the IATA code may
+// be empty or missing). The position is kept as its text too, because the airport position lookup
+// answers in text.
 struct Airport {
     QString Icao;
     QString Name;
@@ -17,6 +18,7 @@ struct Airport {
     QString LongitudeText;
     float Latitude = 0.0f;
     float Longitude = 0.0f;
+    QString Iata;
 };
 
 // One line of data/firlist.dat: Identifier:CountryCode:CentreLatitude:CentreLongitude:Name.

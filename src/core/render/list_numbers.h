@@ -22,6 +22,7 @@ inline constexpr int kTrafficListCount = 9;
 inline constexpr int kInfoBox = 40;
 inline constexpr int kListPanel = 41;
 inline constexpr int kHighlight = 42;
+inline constexpr int kHoverCard = 43; // the card of the client under the resting pointer
 inline constexpr int kFrame = 50;
 inline constexpr int kGrid = 51;
 inline constexpr int kGlobe = 52;

@@ -132,13 +132,24 @@ void BuildTablePanel(GlApi& gl, const ColourTable& colours, const PanelLayout& l
             p.Text(r.X + 5, r.Y + 2, Fit(content.Tabs[tab], r.Width - 8));
         }
     }
-    const int columns[] = {0, 86, 250, 360};
+    const auto& columns = PanelLayout::kColumns;
+    // The column headers, the sorted one marked ("^" rising, "v" falling); a click sorts.
+    for (qsizetype h = 0; h < content.Headers.size() && h < qsizetype(layout.Headers.size()); ++h) {
+        const PixelRect& r = layout.Headers[size_t(h)];
+        p.Fill(r, kSlotWindowShading, h == content.SortColumn ? 0.5f : 0.25f);
+        p.Colour(kSlotScreenBorder, 1.0f);
+        const QString mark = h == content.SortColumn ? (content.Descending ? u" v"_s : u" ^"_s) : QString();
+        p.Text(r.X + 2, r.Y, Fit(content.Headers[h] + mark, r.Width - 4));
+    }
     for (size_t row = 0; row < content.Rows.size() && row < layout.Rows.size(); ++row) {
         const PixelRect& r = layout.Rows[row];
-        p.Colour(row < content.RowClients.size() && content.RowClients[row].Network == 1 ? kSlotVATSIM
-                                                                                         : kSlotIVAO,
-                 1.0f);
+        const bool client = row < content.RowClients.size() && content.RowClients[row].Slot > 0;
+        p.Colour(!client ? kSlotScreenBorder : content.RowClients[row].Network == 1 ? kSlotVATSIM : kSlotIVAO, 1.0f);
         const QStringList& cells = content.Rows[row];
+        if (cells.size() == 1) { // a line of its own across the row
+            p.Text(r.X + 4, r.Y, Fit(cells[0], r.Width - 8));
+            continue;
+        }
         for (qsizetype cell = 0; cell < cells.size() && cell < 4; ++cell) {
             const int next = cell + 1 < 4 ? columns[cell + 1] : r.Width;
             if (cell == 1)
@@ -150,6 +161,28 @@ void BuildTablePanel(GlApi& gl, const ColourTable& colours, const PanelLayout& l
     p.Button(layout.NextPage, u"next >"_s);
     p.Colour(kSlotScreenBorder, 1.0f);
     p.Text(panel.X + panel.Width / 2 - 30, layout.PreviousPage.Y + 3, content.PageText);
+    gl.EndList();
+}
+
+void BuildHoverCard(GlApi& gl, const ColourTable& colours, int width, int height, int x, int y,
+                    const QString& title, const QStringList& lines, int networkSlot) {
+    const Painter p{gl, colours, std::max(width, 1), std::max(height, 1)};
+    int textWidth = TextWidth(gl, title, true);
+    for (const QString& line : lines)
+        textWidth = std::max(textWidth, TextWidth(gl, line));
+    const int boxWidth = textWidth + 16, boxHeight = 22 + int(lines.size()) * PanelLayout::kLineHeight + 6;
+    // Beside the pointer (left of it near the right edge), kept inside the map: below the title strip,
+    // above the status band.
+    const int beside = x + 14 + boxWidth + 8 > width ? x - 14 - boxWidth : x + 14;
+    const int left = std::clamp(beside, 8, std::max(8, width - boxWidth - 8));
+    const int top = std::clamp(y + 14, 24, std::max(24, height - boxHeight - 22));
+    const PixelRect box{left, top, boxWidth, boxHeight};
+    OpenPanel(p, lists::kHoverCard, box);
+    p.Colour(networkSlot == 1 ? kSlotVATSIM : kSlotIVAO, 1.0f);
+    p.Text(box.X + 8, box.Y + 4, title, true);
+    p.Colour(kSlotScreenBorder, 1.0f);
+    for (qsizetype i = 0; i < lines.size(); ++i)
+        p.Text(box.X + 8, box.Y + 22 + int(i) * PanelLayout::kLineHeight, lines[i]);
     gl.EndList();
 }
 

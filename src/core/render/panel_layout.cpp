@@ -21,8 +21,14 @@ PanelLayout LayoutPanels(int width, int height) {
     l.ListPanel = {10, 30, std::min(width - 20, 520), std::max(100, height - 60)};
     for (int tab = 0; tab < 4; ++tab)
         l.Tabs.push_back({l.ListPanel.X + 6 + tab * 110, l.ListPanel.Y + 4, 104, 16});
-    const int rowsTop = l.ListPanel.Y + 26;
-    const int rows = std::max(1, (l.ListPanel.Height - 26 - 26) / PanelLayout::kLineHeight);
+    const int headerTop = l.ListPanel.Y + 26;
+    for (int c = 0; c < 4; ++c) {
+        const int next = c + 1 < 4 ? PanelLayout::kColumns[c + 1] : l.ListPanel.Width - 8;
+        l.Headers.push_back({l.ListPanel.X + 4 + PanelLayout::kColumns[c], headerTop,
+                             next - PanelLayout::kColumns[c], PanelLayout::kLineHeight});
+    }
+    const int rowsTop = headerTop + PanelLayout::kLineHeight + 2;
+    const int rows = std::max(1, (l.ListPanel.Height - 26 - PanelLayout::kLineHeight - 2 - 26) / PanelLayout::kLineHeight);
     for (int row = 0; row < rows; ++row)
         l.Rows.push_back({l.ListPanel.X + 4, rowsTop + row * PanelLayout::kLineHeight, l.ListPanel.Width - 8,
                           PanelLayout::kLineHeight});

@@ -23,10 +23,12 @@ struct PanelLayout {
     PixelRect InfoBox;
     PixelRect CentreButton, ProfileButton, FriendButton;
     PixelRect ListPanel;
-    std::vector<PixelRect> Tabs; // friends, controllers, pilots, observers
+    std::vector<PixelRect> Tabs;    // friends, controllers, pilots, observers
+    std::vector<PixelRect> Headers; // the column headers above the rows
     std::vector<PixelRect> Rows;
     PixelRect PreviousPage, NextPage;
     static constexpr int kLineHeight = 13;
+    static constexpr int kColumns[4] = {0, 86, 250, 360}; // where the columns of a row begin
 };
 PanelLayout LayoutPanels(int width, int height);
 
@@ -48,8 +50,11 @@ struct TableContent {
     QString Title;
     QStringList Tabs;
     int ActiveTab = -1;
-    std::vector<QStringList> Rows;
-    std::vector<network::ClientRef> RowClients;
+    QStringList Headers;   // the columns' names
+    int SortColumn = -1;   // the column the rows are sorted by, or -1 in table order
+    bool Descending = false;
+    std::vector<QStringList> Rows; // a row of one cell spans the whole width
+    std::vector<network::ClientRef> RowClients; // slot 0: a row that stands for no client
     QString PageText;
 };
 

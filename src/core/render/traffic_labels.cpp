@@ -29,12 +29,6 @@ enum Priority { kSelected, kFriend, kAreaStation, kAirportStations, kAirborne, k
 using Kind = TrafficLabel::Kind;
 using Label = TrafficLabel;
 
-QString LevelText(float altitudeFt) {
-    if (altitudeFt >= 10000.0f)
-        return u"FL%1"_s.arg(int(std::lround(altitudeFt / 100.0f)), 3, 10, QChar(u'0'));
-    return u"%1ft"_s.arg(int(std::lround(altitudeFt)));
-}
-
 bool OnGround(const PilotRecord& p) {
     return p.GroundSpeed < 40.0f;
 }

@@ -90,6 +90,12 @@ std::array<int, 5> CountColumns(const GlApi& gl, const network::ClientTables& ta
 
 } // namespace
 
+QString LevelText(float altitudeFt) {
+    if (altitudeFt >= 10000.0f)
+        return u"FL%1"_s.arg(int(std::lround(altitudeFt / 100.0f)), 3, 10, QChar(u'0'));
+    return u"%1ft"_s.arg(int(std::lround(altitudeFt)));
+}
+
 int SymbolBand(float viewZ) {
     return int(std::lround(std::log(std::clamp(viewZ, 0.3f, 50.0f)) / std::log(1.5)));
 }

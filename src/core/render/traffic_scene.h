@@ -53,6 +53,9 @@ inline constexpr float kDetailedLabelZoom = 4.0f;
 // Aircraft on the ground are labelled from this zoom on, where those of one airport come apart.
 inline constexpr float kGroundLabelZoom = 25.0f;
 
+// An aircraft's level as its label shows it: "FL350" from 10,000 ft, else "4000ft".
+QString LevelText(float altitudeFt);
+
 // True when a client with this member number is drawn: always, or only friends under FriendsOnly.
 bool PassesFriendFilter(const TrafficInputs& in, const QString& vid);
 

@@ -63,6 +63,8 @@ void DrawScene(render::GlApi& gl, const FrameInputs& in, geo::ViewState& view) {
     default:
         break;
     }
+    if (in.Display.HoverCard)
+        gl.CallList(lists::kHoverCard);
     gl.PopMatrix();
 }
 

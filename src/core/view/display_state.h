@@ -14,6 +14,7 @@ struct DisplayState {
     bool ShowCountries = true;
     bool ShowAbout = true;
     bool FriendsOnly = false;
+    bool HoverCard = false; // the card of the client under the resting pointer shows (list 43)
     QString StatusText;
     // True once the traffic lists of network n (or 2, the comparison) reflect the tables.
     std::array<bool, 3> SceneBuilt = {false, false, false};

@@ -6,19 +6,29 @@
 #include "render/geography.h"
 #include "render/gl_api.h"
 #include "render/list_numbers.h"
+#include "common/text_codec.h"
+#include "companion/weather_commands.h"
+#include "network/http_client.h"
 
 using namespace Qt::StringLiterals;
 
 namespace sky::view {
 
+namespace {
+
+// A FIR is seen whole from this zoom.
+constexpr float kFirZoom = 4.0f;
+
+} // namespace
+
 MapSession::MapSession(Folders files, Settings settings, Friends friends, render::GlApi& gl, MapHost& host,
                        network::HttpClient& http)
     : m_state(std::move(files), std::move(settings), std::move(friends)), m_gl(gl), m_host(host),
       m_http(http), m_scene(m_state, gl, host), m_download(m_state, m_scene, host, http),
-      m_panelControl(
-          m_state, m_scene, gl, [this](int network, const QString& vid) { OpenProfile(network, vid); },
-          [this] { SaveFriends(); }),
-      m_pointer(m_state, m_scene, m_panelControl) {
+      m_panelControl(m_state, m_scene, gl,
+                     {[this](int network, const QString& vid) { OpenProfile(network, vid); },
+                      [this] { SaveFriends(); }, [this](const QString& icao) { return Metar(icao); }}),
+      m_pointer(m_state, m_scene, m_panelControl, gl) {
     const QString theme = m_state.Config.ColourTheme;
     m_state.Colours = LoadColourTheme(m_state.Files.Holding(u"colours/"_s + theme), theme);
     const Settings& s = m_state.Config;
@@ -44,6 +54,7 @@ QString MapSession::StartUp() {
     m_state.Outlines = FirOutlines::Load(data);
     m_scene.SetStatus(u"Loading aeronautical data..."_s);
     m_state.Reference = ReferenceData::Load(data);
+    m_search.SetPlaces(m_state.Reference);
     m_scene.SetStatus(u"Loading geographical data..."_s);
     m_scene.Redraw();
     const render::GeographyResult geography = render::LoadGeography(
@@ -109,6 +120,51 @@ void MapSession::SaveFriends() {
     const WriteResult saved = m_state.FriendList.Save(FriendsPath(m_state.Home));
     if (!saved.Ok)
         m_host.Report(saved.Message);
+}
+
+std::vector<search::SearchResult> MapSession::Search(const QString& text) {
+    const int shown = m_state.Display.ShownNetwork;
+    const network::ClientTables& tables = m_state.AllTables();
+    // The clients are indexed again when the data or the network shown changed.
+    const QString data = QString::number(shown) + u'/' + tables[0].UpdateStamp + u'/' +
+                         QString::number(tables[0].PilotCount) + u'/' + tables[1].UpdateStamp + u'/' +
+                         QString::number(tables[1].PilotCount) + u'/' + tables[0].LastDownload.toString() +
+                         tables[1].LastDownload.toString();
+    if (data != m_searchData) {
+        m_search.SetClients(tables, shown == 2 ? std::vector<int>{0, 1} : std::vector<int>{shown});
+        m_searchData = data;
+    }
+    m_panelControl.SetFilter(text);
+    return m_search.Find(text);
+}
+
+void MapSession::ChooseSearchResult(const search::SearchResult& result) {
+    switch (result.Kind) {
+    case search::ResultKind::Client:
+        m_scene.CentreOn(result.Latitude, result.Longitude, result.Code);
+        m_state.Selected = result.Client;
+        m_scene.RecordHighlight();
+        m_panelControl.OpenInfoBox(result.Client);
+        break;
+    case search::ResultKind::Airport:
+        m_scene.MarkAirport(result.Latitude, result.Longitude, result.Code);
+        m_scene.CentreOn(result.Latitude, result.Longitude, result.Code);
+        m_panelControl.OpenBoard(result.Code);
+        break;
+    case search::ResultKind::Fir:
+        m_scene.CentreOn(result.Latitude, result.Longitude, result.Code, kFirZoom);
+        break;
+    }
+}
+
+QString MapSession::Metar(const QString& icao) {
+    if (!m_state.Downloads.DownloadIdle || !m_state.Reference.HasAirport(icao))
+        return {};
+    m_state.Downloads.DownloadIdle = false;
+    const network::FetchResult fetched =
+        m_http.Fetch(companion::StationFileAddress(m_state.Config.WeatherServer, u"metar"_s, icao));
+    m_state.Downloads.DownloadIdle = true;
+    return fetched.Ok ? companion::ReportFromStationFile(DecodeText(fetched.Body).Text, icao) : QString();
 }
 
 void MapSession::ShowCompanion() {

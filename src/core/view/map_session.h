@@ -4,6 +4,7 @@
 
 #include "companion/command_context.h"
 #include "companion/console.h"
+#include "search/search_index.h"
 #include "view/download_control.h"
 #include "view/keyboard.h"
 #include "view/map_host.h"
@@ -39,6 +40,13 @@ public:
     // frame and the panels (the globe, grid, coastlines and borders at the next start, as they are drawn
     // once), the table limits, the automatic download and the labels follow.
     void ApplyPreferences(const Settings& changed);
+
+    // The search field: what matches the text in the shown network (both when compared) and among the
+    // airports and FIRs, best first; the text also filters the open list. Choosing a result selects,
+    // centres and opens a client's info box, marks, centres and opens an airport's board, or centres
+    // on a FIR.
+    std::vector<search::SearchResult> Search(const QString& text);
+    void ChooseSearchResult(const search::SearchResult& result);
 
     // The parts.
     SceneControl& Scene() { return m_scene; }
@@ -77,6 +85,7 @@ private:
 
     KeyContext Keys();
     void SaveFriends();
+    QString Metar(const QString& icao); // from the weather server, while no other fetch runs; or empty
 
     MapState m_state;
     render::GlApi& m_gl;
@@ -87,6 +96,8 @@ private:
     PanelControl m_panelControl;
     PointerControl m_pointer;
     companion::CompanionConsole m_companion;
+    search::SearchIndex m_search;
+    QString m_searchData; // what the search's clients were taken from
 };
 
 } // namespace sky::view

@@ -7,11 +7,8 @@
 
 namespace sky::view {
 
-PanelControl::PanelControl(MapState& state, SceneControl& scene, render::GlApi& gl,
-                           std::function<void(int network, const QString& vid)> openProfile,
-                           std::function<void()> friendsChanged)
-    : m_state(state), m_scene(scene), m_gl(gl), m_openProfile(std::move(openProfile)),
-      m_friendsChanged(std::move(friendsChanged)) {}
+PanelControl::PanelControl(MapState& state, SceneControl& scene, render::GlApi& gl, Actions actions)
+    : m_state(state), m_scene(scene), m_gl(gl), m_actions(std::move(actions)) {}
 
 void PanelControl::Sync() {
     const unsigned char mode = m_state.Display.PanelMode;
@@ -62,6 +59,19 @@ void PanelControl::OpenBoard(const QString& airport) {
     p.InfoClient.reset();
     p.BoardAirport = airport;
     p.PageIndex = 0;
+    p.BoardWeather = m_actions.Weather ? m_actions.Weather(airport) : QString();
+    Show();
+}
+
+void PanelControl::SetFilter(const QString& text) {
+    Sync();
+    PanelState& p = m_state.Panels;
+    if (p.Filter == text)
+        return;
+    p.Filter = text;
+    if (!p.ListOpen)
+        return;
+    p.PageIndex = 0;
     Show();
 }
 
@@ -70,8 +80,18 @@ TableContent PanelControl::Table(int rowsPerPage, int pageIndex) const {
     const network::NetworkData& data = m_state.AllTables()[shown];
     const PanelState& p = m_state.Panels;
     if (p.ListOpen)
-        return ListPageContent(shown, data, p.Page, pageIndex, rowsPerPage, m_state.FriendList);
-    return AirportBoardContent(shown, data, p.BoardAirport, m_state.Reference, pageIndex, rowsPerPage);
+        return ListPageContent(shown, data, p.Page, pageIndex, rowsPerPage, m_state.FriendList,
+                               p.Sorts[size_t(p.Page)], p.Filter);
+    return AirportBoardContent(shown, data, p.BoardAirport, m_state.Reference, pageIndex, rowsPerPage,
+                               p.Sorts[kBoardSort], p.BoardWeather);
+}
+
+TableContent PanelControl::ShownTable() {
+    Sync();
+    const PanelState& p = m_state.Panels;
+    if (!p.ListOpen && !p.BoardOpen)
+        return {};
+    return Table(int(LayoutPanels(m_state.WidthPx, m_state.HeightPx).Rows.size()), p.PageIndex);
 }
 
 void PanelControl::Rebuild() {
@@ -100,8 +120,8 @@ void PanelControl::ToggleInfoClientFriend() {
         c.IsPilot ? data.Pilots[size_t(c.Slot)].RealName : data.Controllers[size_t(c.Slot)].RealName;
     const QString& vid = c.IsPilot ? data.Pilots[size_t(c.Slot)].VID : data.Controllers[size_t(c.Slot)].VID;
     const FriendToggle toggle = ToggleFriend(m_state.FriendList, name, vid);
-    if (m_friendsChanged)
-        m_friendsChanged();
+    if (m_actions.FriendsChanged)
+        m_actions.FriendsChanged();
     // Only friends shown: the scene changes at once; the toggle's text stays in the status line.
     if (m_state.Display.FriendsOnly)
         m_scene.RebuildScene(m_state.Display.ShownNetwork);
@@ -125,7 +145,7 @@ void PanelControl::ClientClick(const PanelHit& hit) {
         }
         break;
     case PanelHitKind::Profile:
-        m_openProfile(c.Network,
+        m_actions.OpenProfile(c.Network,
                       c.IsPilot ? data.Pilots[size_t(c.Slot)].VID : data.Controllers[size_t(c.Slot)].VID);
         break;
     case PanelHitKind::Friend:
@@ -165,6 +185,14 @@ bool PanelControl::Click(int x, int y) {
         p.PageIndex = 0;
         Show();
         break;
+    case PanelHitKind::Header: { // sorts by the column; the same again turns the order round
+        SortOrder& sort = p.Sorts[p.ListOpen ? size_t(p.Page) : kBoardSort];
+        sort.Descending = sort.Column == hit.Index && !sort.Descending;
+        sort.Column = hit.Index;
+        p.PageIndex = 0;
+        Show();
+        break;
+    }
     case PanelHitKind::PreviousPage:
         Key(keys::kLeft);
         break;
@@ -173,7 +201,7 @@ bool PanelControl::Click(int x, int y) {
         break;
     case PanelHitKind::Row: {
         const TableContent table = Table(int(layout.Rows.size()), p.PageIndex);
-        if (hit.Index < int(table.RowClients.size())) {
+        if (hit.Index < int(table.RowClients.size()) && table.RowClients[size_t(hit.Index)].Slot > 0) {
             const ClientRef row = table.RowClients[size_t(hit.Index)];
             m_state.Selected = row;
             m_scene.RecordHighlight();

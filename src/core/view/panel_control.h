@@ -21,14 +21,19 @@ class SceneControl;
 // PanelMode to 0, which the controller notices before the next use.
 class PanelControl {
 public:
-    // openProfile opens a member's profile page; friendsChanged keeps the friends list after a change.
-    PanelControl(MapState& state, SceneControl& scene, render::GlApi& gl,
-                 std::function<void(int network, const QString& vid)> openProfile,
-                 std::function<void()> friendsChanged);
+    // What the panels ask of the rest of the map.
+    struct Actions {
+        std::function<void(int network, const QString& vid)> OpenProfile; // a member's profile page
+        std::function<void()> FriendsChanged;                             // keeps the friends list
+        std::function<QString(const QString& icao)> Weather;              // an airport's METAR, or empty
+    };
+    PanelControl(MapState& state, SceneControl& scene, render::GlApi& gl, Actions actions);
 
     void OpenInfoBox(const ClientRef& client);
-    void OpenBoard(const QString& airport);
+    void OpenBoard(const QString& airport); // with its METAR when the weather can be fetched
     void OpenList(); // the pilots' page of the shown network
+    // The search field's text filters the list's rows (from its first page) while it is open.
+    void SetFilter(const QString& text);
     // The friend button of the info box: adds or removes its client and rebuilds what shows friends.
     void ToggleInfoClientFriend();
 
@@ -37,6 +42,8 @@ public:
     bool Key(int keyCode);
     // Clears what PanelMode 0 closed (Escape, a resize, a download, centring).
     void Sync();
+    // The page of the open list or board as it shows; empty when neither is open.
+    TableContent ShownTable();
     // The info box closes when its client is no longer selected; true when it was open.
     bool CloseInfoBox();
 
@@ -49,8 +56,7 @@ private:
     MapState& m_state;
     SceneControl& m_scene;
     render::GlApi& m_gl;
-    std::function<void(int, const QString&)> m_openProfile;
-    std::function<void()> m_friendsChanged;
+    Actions m_actions;
 };
 
 } // namespace sky::view

@@ -8,6 +8,7 @@
 #include "geo/text_format.h"
 #include "network/classification.h"
 #include "refdata/reference_data.h"
+#include "search/text_fold.h"
 
 using namespace Qt::StringLiterals;
 
@@ -87,6 +88,10 @@ PanelHit HitTestPanels(const PanelLayout& l, const PanelState& p, int x, int y) 
                 if (l.Tabs[tab].Contains(x, y))
                     return {PanelHitKind::Tab, int(tab)};
             }
+        }
+        for (size_t column = 0; column < l.Headers.size(); ++column) {
+            if (l.Headers[column].Contains(x, y))
+                return {PanelHitKind::Header, int(column)};
         }
         if (l.PreviousPage.Contains(x, y))
             return {PanelHitKind::PreviousPage};
@@ -226,8 +231,64 @@ int PageCount(size_t clients, int rowsPerPage) {
     return std::max(1, int((clients + size_t(rowsPerPage) - 1) / size_t(std::max(1, rowsPerPage))));
 }
 
+void SortRows(std::vector<QStringList>& rows, std::vector<ClientRef>& clients, const SortOrder& sort) {
+    if (sort.Column < 0)
+        return;
+    std::vector<size_t> order(rows.size());
+    for (size_t i = 0; i < order.size(); ++i)
+        order[i] = i;
+    const auto cell = [&](size_t row) { return rows[row].value(sort.Column); };
+    std::stable_sort(order.begin(), order.end(), [&](size_t a, size_t b) {
+        const QString x = cell(a), y = cell(b);
+        int compared = 0;
+        if (!x.isEmpty() && !y.isEmpty() && x[0].isDigit() && y[0].isDigit()) {
+            const double dx = LeadingNumber(x), dy = LeadingNumber(y);
+            compared = dx < dy ? -1 : (dx > dy ? 1 : 0);
+        } else {
+            compared = x.compare(y, Qt::CaseInsensitive);
+        }
+        return sort.Descending ? compared > 0 : compared < 0;
+    });
+    std::vector<QStringList> sortedRows;
+    std::vector<ClientRef> sortedClients;
+    for (size_t i : order) {
+        sortedRows.push_back(rows[i]);
+        sortedClients.push_back(clients[i]);
+    }
+    rows = std::move(sortedRows);
+    clients = std::move(sortedClients);
+}
+
+namespace {
+
+// A page of rows out of all of them, and its "Page 2/7".
+void Paginate(TableContent& table, const std::vector<QStringList>& rows, const std::vector<ClientRef>& clients,
+              int pageIndex, int rowsPerPage) {
+    const int pages = PageCount(rows.size(), rowsPerPage);
+    pageIndex = std::clamp(pageIndex, 0, pages - 1);
+    table.PageText = u"Page %1/%2"_s.arg(pageIndex + 1).arg(pages);
+    const size_t first = size_t(pageIndex) * size_t(rowsPerPage);
+    for (size_t i = first; i < rows.size() && i < first + size_t(rowsPerPage); ++i) {
+        table.Rows.push_back(rows[i]);
+        table.RowClients.push_back(clients[i]);
+    }
+}
+
+QStringList ClientRow(int network, const NetworkData& data, const ClientRef& ref) {
+    if (ref.IsPilot) {
+        const PilotRecord& p = data.Pilots[size_t(ref.Slot)];
+        return {p.Callsign, p.RealName,
+                p.DestAirport.isEmpty() ? u"no flight plan"_s : p.DepAirport + u'-' + p.DestAirport,
+                network::FlightStatus(p)};
+    }
+    const ControllerRecord& c = data.Controllers[size_t(ref.Slot)];
+    return {c.Callsign, c.RealName, c.Frequency, network::ControllerRatingText(network, c.Rating)};
+}
+
+} // namespace
+
 TableContent ListPageContent(int network, const NetworkData& data, ListPage page, int pageIndex,
-                             int rowsPerPage, const Friends& friends) {
+                             int rowsPerPage, const Friends& friends, const SortOrder& sort, const QString& filter) {
     TableContent table;
     table.Title = network::NetworkName(network);
     const ListPage pages[] = {ListPage::Friends, ListPage::Controllers, ListPage::Pilots,
@@ -239,33 +300,35 @@ TableContent ListPageContent(int network, const NetworkData& data, ListPage page
         if (pages[i] == page)
             table.ActiveTab = i;
     }
-    const std::vector<ClientRef> clients = ListClients(network, data, page, friends);
-    const int pages_ = PageCount(clients.size(), rowsPerPage);
-    pageIndex = std::clamp(pageIndex, 0, pages_ - 1);
-    table.PageText = u"Page %1/%2"_s.arg(pageIndex + 1).arg(pages_);
-    const size_t first = size_t(pageIndex) * size_t(rowsPerPage);
-    for (size_t i = first; i < clients.size() && i < first + size_t(rowsPerPage); ++i) {
-        const ClientRef& ref = clients[i];
-        if (ref.IsPilot) {
-            const PilotRecord& p = data.Pilots[size_t(ref.Slot)];
-            table.Rows.push_back(
-                {p.Callsign, p.RealName,
-                 p.DestAirport.isEmpty() ? u"no flight plan"_s : p.DepAirport + u'-' + p.DestAirport,
-                 network::FlightStatus(p)});
-        } else {
-            const ControllerRecord& c = data.Controllers[size_t(ref.Slot)];
-            table.Rows.push_back(
-                {c.Callsign, c.RealName, c.Frequency, network::ControllerRatingText(network, c.Rating)});
-        }
-        table.RowClients.push_back(ref);
+    table.Headers = page == ListPage::Pilots ? QStringList{u"Callsign"_s, u"Name"_s, u"Route"_s, u"Status"_s}
+                    : page == ListPage::Friends
+                        ? QStringList{u"Callsign"_s, u"Name"_s, u"Route / frequency"_s, u"Status / rating"_s}
+                        : QStringList{u"Callsign"_s, u"Name"_s, u"Frequency"_s, u"Rating"_s};
+    table.SortColumn = sort.Column;
+    table.Descending = sort.Descending;
+    const QString wanted = search::Fold(filter);
+    std::vector<QStringList> rows;
+    std::vector<ClientRef> clients;
+    for (const ClientRef& ref : ListClients(network, data, page, friends)) {
+        QStringList row = ClientRow(network, data, ref);
+        if (!wanted.isEmpty() && !search::Fold(row.join(u' ')).contains(wanted))
+            continue;
+        rows.push_back(std::move(row));
+        clients.push_back(ref);
     }
+    SortRows(rows, clients, sort);
+    Paginate(table, rows, clients, pageIndex, rowsPerPage);
     return table;
 }
 
 TableContent AirportBoardContent(int network, const NetworkData& data, const QString& airport,
-                                 const ReferenceData& reference, int pageIndex, int rowsPerPage) {
+                                 const ReferenceData& reference, int pageIndex, int rowsPerPage,
+                                 const SortOrder& sort, const QString& weather) {
     TableContent table;
     table.Title = u"Traffic at "_s + AirportText(airport, reference);
+    table.Headers = {u"Callsign"_s, u"From / to"_s, u"Status"_s, u"ETA / distance"_s};
+    table.SortColumn = sort.Column;
+    table.Descending = sort.Descending;
     const Airport* place = reference.FindAirport(airport);
     std::vector<ClientRef> clients;
     std::vector<QStringList> rows;
@@ -290,16 +353,28 @@ TableContent AirportBoardContent(int network, const NetworkData& data, const QSt
             clients.push_back({network, true, slot});
         }
     }
-    const int pages = PageCount(rows.size(), rowsPerPage);
-    pageIndex = std::clamp(pageIndex, 0, pages - 1);
-    table.PageText = u"Page %1/%2"_s.arg(pageIndex + 1).arg(pages);
-    const size_t first = size_t(pageIndex) * size_t(rowsPerPage);
-    for (size_t i = first; i < rows.size() && i < first + size_t(rowsPerPage); ++i) {
-        table.Rows.push_back(rows[i]);
-        table.RowClients.push_back(clients[i]);
+    SortRows(rows, clients, sort);
+    // Above the traffic: the weather, then the airport's own stations, whatever the order.
+    std::vector<QStringList> top;
+    std::vector<ClientRef> topClients;
+    if (!weather.isEmpty()) {
+        top.push_back({u"METAR "_s + weather.simplified()});
+        topClients.push_back({network, false, 0});
     }
-    if (rows.empty())
-        table.Rows.push_back({u"No arrivals or departures within 100 nm"_s});
+    for (int slot = 1; slot <= data.ControllerCount; ++slot) {
+        const ControllerRecord& c = data.Controllers[size_t(slot)];
+        if (c.FacilityType >= network::kFacilityAtis && c.Station.compare(airport, Qt::CaseInsensitive) == 0) {
+            top.push_back({c.Callsign, c.Frequency, FacilityName(c.FacilityType), c.RealName});
+            topClients.push_back({network, false, slot});
+        }
+    }
+    if (rows.empty()) {
+        rows.push_back({u"No arrivals or departures within 100 nm"_s});
+        clients.push_back({network, false, 0});
+    }
+    top.insert(top.end(), rows.begin(), rows.end());
+    topClients.insert(topClients.end(), clients.begin(), clients.end());
+    Paginate(table, top, topClients, pageIndex, rowsPerPage);
     return table;
 }
 

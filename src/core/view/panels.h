@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <optional>
 #include <vector>
 
@@ -21,6 +22,13 @@ using network::ClientRef;
 // The pages of the list panel, in the order the tabs show them.
 enum class ListPage { Friends, Controllers, Pilots, Observers };
 
+// The order of a list's rows: by one column (again: reversed), or as in the tables.
+struct SortOrder {
+    int Column = -1;
+    bool Descending = false;
+};
+inline constexpr int kBoardSort = 4; // the airport board's order, after the list's four pages
+
 // What the overlay panels show. PanelMode follows from it: 1 a pilot's box, 2 a controller's box,
 // 3 the client list, 5 the airport board, 4 and 6 a list or board with a pilot's or controller's box
 // over it.
@@ -31,6 +39,9 @@ struct PanelState {
     ListPage Page = ListPage::Pilots;
     int PageIndex = 0;
     QString BoardAirport;
+    std::array<SortOrder, 5> Sorts;  // each list page's order and the board's, kept while the program runs
+    QString Filter;                  // the search field's text: only rows that hold it show
+    QString BoardWeather;            // the board airport's METAR, when it could be fetched
 };
 unsigned char PanelModeOf(const PanelState& panels);
 
@@ -50,6 +61,7 @@ enum class PanelHitKind {
     ListPanel,
     Tab,
     Row,
+    Header,
     PreviousPage,
     NextPage
 };
@@ -69,15 +81,23 @@ InfoBoxContent ControllerInfo(int network, const network::NetworkData& data, int
 // The clients of a list page of the shown network, in table order.
 std::vector<ClientRef> ListClients(int network, const network::NetworkData& data, ListPage page,
                                    const Friends& friends);
+// Its rows sorted as asked and only those that hold filter (case and accents ignored).
 TableContent ListPageContent(int network, const network::NetworkData& data, ListPage page, int pageIndex,
-                             int rowsPerPage, const Friends& friends);
+                             int rowsPerPage, const Friends& friends, const SortOrder& sort = {},
+                             const QString& filter = {});
 int PageCount(size_t clients, int rowsPerPage);
 
-// Arrivals and departures of an airport within kBoardRadiusNm: callsign, other airport, status, and
-// the ETA of an arrival or the distance of a departure.
+// An airport's board: its METAR when known, its stations with their frequencies, then the arrivals and
+// departures within kBoardRadiusNm (callsign, other airport, status, and the ETA of an arrival or the
+// distance of a departure), these sorted as asked.
 inline constexpr float kBoardRadiusNm = 100.0f;
 TableContent AirportBoardContent(int network, const network::NetworkData& data, const QString& airport,
-                                 const ReferenceData& reference, int pageIndex, int rowsPerPage);
+                                 const ReferenceData& reference, int pageIndex, int rowsPerPage,
+                                 const SortOrder& sort = {}, const QString& weather = {});
+
+// Sorts rows (and the clients beside them) by a column: numbers by their value, texts ignoring case;
+// equal rows keep their order.
+void SortRows(std::vector<QStringList>& rows, std::vector<ClientRef>& clients, const SortOrder& sort);
 
 // Texts longer than width characters, broken at blanks into lines.
 QStringList WrapText(const QString& text, int width);

@@ -4,6 +4,11 @@
 #include <vector>
 
 #include "geo/projection.h"
+#include "render/frame.h"
+#include "render/gl_api.h"
+#include "render/list_numbers.h"
+#include "render/panel_drawing.h"
+#include "render/traffic_scene.h"
 #include "view/map_state.h"
 #include "view/panel_control.h"
 #include "view/scene_control.h"
@@ -12,8 +17,8 @@ using namespace Qt::StringLiterals;
 
 namespace sky::view {
 
-PointerControl::PointerControl(MapState& state, SceneControl& scene, PanelControl& panels)
-    : m_state(state), m_scene(scene), m_panels(panels) {}
+PointerControl::PointerControl(MapState& state, SceneControl& scene, PanelControl& panels, render::GlApi& gl)
+    : m_state(state), m_scene(scene), m_panels(panels), m_gl(gl) {}
 
 std::optional<network::ClientRef> PointerControl::ClientAt(double x, double y, double radiusPx) const {
     const MapState& s = m_state;
@@ -121,6 +126,47 @@ void PointerControl::ClearSelection() {
     if (!m_state.Selected && !boxClosed)
         return;
     m_scene.DeleteHighlight();
+    m_scene.Redraw();
+}
+
+bool PointerControl::Hover(double x, double y) {
+    MapState& s = m_state;
+    const render::PanelLayout layout = render::LayoutPanels(s.WidthPx, s.HeightPx);
+    const unsigned char mode = s.Display.PanelMode;
+    const bool overPanel = (mode != 0 && mode != 8) &&
+                           HitTestPanels(layout, s.Panels, int(x), int(y)).Kind != PanelHitKind::None;
+    const auto client = overPanel || y < render::kTitleStripPx ? std::nullopt : ClientAt(x, y, 12.0);
+    if (!client) {
+        HoverEnd();
+        return false;
+    }
+    const network::NetworkData& data = s.AllTables()[client->Network];
+    QString title;
+    QStringList lines;
+    if (client->IsPilot) {
+        const auto& p = data.Pilots[size_t(client->Slot)];
+        title = p.Callsign;
+        lines.append(p.AircraftType.isEmpty() ? u"no aircraft filed"_s : p.AircraftType);
+        if (!p.DestAirport.isEmpty())
+            lines.append(p.DepAirport + u" - "_s + p.DestAirport);
+        lines.append(render::LevelText(p.Altitude) + u", "_s + QString::number(qRound(p.GroundSpeed)) + u" kt"_s);
+    } else {
+        const auto& c = data.Controllers[size_t(client->Slot)];
+        title = c.Callsign;
+        lines.append(c.Frequency);
+        lines.append(c.RealName);
+    }
+    render::BuildHoverCard(m_gl, s.Colours, s.WidthPx, s.HeightPx, int(x), int(y), title, lines, client->Network);
+    s.Display.HoverCard = true;
+    m_scene.Redraw();
+    return true;
+}
+
+void PointerControl::HoverEnd() {
+    if (!m_state.Display.HoverCard)
+        return;
+    m_state.Display.HoverCard = false;
+    m_gl.DeleteList(render::lists::kHoverCard);
     m_scene.Redraw();
 }
 

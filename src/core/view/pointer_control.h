@@ -6,6 +6,10 @@
 
 #include "network/client_records.h"
 
+namespace sky::render {
+class GlApi;
+}
+
 namespace sky::view {
 
 struct MapState;
@@ -17,13 +21,17 @@ class PanelControl;
 // dragging turns the globe under the pointer; the wheel zooms. Clicks reach an open panel first.
 class PointerControl {
 public:
-    PointerControl(MapState& state, SceneControl& scene, PanelControl& panels);
+    PointerControl(MapState& state, SceneControl& scene, PanelControl& panels, render::GlApi& gl);
 
     void Click(double x, double y);
     void Drag(double fromX, double fromY, double toX, double toY);
     void Wheel(int steps);    // whole steps of the wheel, forward positive
     void Zoom(double factor); // a pinch: the zoom times factor
     void ClearSelection();
+    // The pointer has rested at (x, y): the card of the client under it shows beside it (list 43); true
+    // when there is one. HoverEnd takes the card away.
+    bool Hover(double x, double y);
+    void HoverEnd();
 
     // The shown client nearest (x, y) within radiusPx pixels, if any.
     std::optional<network::ClientRef> ClientAt(double x, double y, double radiusPx) const;
@@ -36,6 +44,7 @@ private:
     MapState& m_state;
     SceneControl& m_scene;
     PanelControl& m_panels;
+    render::GlApi& m_gl;
 };
 
 } // namespace sky::view

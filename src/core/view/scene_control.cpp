@@ -347,10 +347,10 @@ void SceneControl::MarkAirport(float latitude, float longitude, const QString& c
     m_gl.EndList();
 }
 
-void SceneControl::CentreOn(float latitude, float longitude, const QString& name) {
+void SceneControl::CentreOn(float latitude, float longitude, const QString& name, float zoom) {
     m_state.View.ViewY = -latitude;
     m_state.View.ViewX = longitude;
-    m_state.View.ViewZ = 16.0f;
+    m_state.View.ViewZ = zoom;
     m_state.Display.PanelMode = 0;
     SetStatus(u"Centered on "_s + name);
     Redraw();

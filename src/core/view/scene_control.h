@@ -60,8 +60,9 @@ public:
     void DeleteHighlight(); // the selection goes with it
     // Marks an airport with its code in the highlight list; the selection goes.
     void MarkAirport(float latitude, float longitude, const QString& code);
-    // Turns the map to face the point at zoom 16, closes the panels and says "Centered on " + name.
-    void CentreOn(float latitude, float longitude, const QString& name);
+    // Turns the map to face the point at zoom 16 (or another), closes the panels and says "Centered on "
+    // + name.
+    void CentreOn(float latitude, float longitude, const QString& name, float zoom = 16.0f);
 
     // Draws a frame now: the zoom band and the labels' surroundings are checked first.
     void Redraw();

@@ -1,0 +1,147 @@
+#include "search/search_index.h"
+
+#include <algorithm>
+
+#include "refdata/reference_data.h"
+#include "search/text_fold.h"
+
+using namespace Qt::StringLiterals;
+
+namespace sky::search {
+namespace {
+
+// How well an entry matches, smaller is better; kNone not at all.
+enum Rank {
+    kExact,
+    kPrefix,
+    kOtherExact,
+    kCodePrefix,
+    kWholeWords,
+    kWordPrefixes,
+    kInside,
+    kNone
+};
+
+// True when every word typed begins some word of the entry; whole tells whether they all are whole.
+bool WordsMatch(const QStringList& typed, const QStringList& words, bool& whole) {
+    whole = true;
+    for (const QString& t : typed) {
+        bool found = false, exact = false;
+        for (const QString& w : words) {
+            if (w.startsWith(t)) {
+                found = true;
+                exact = exact || w.size() == t.size();
+            }
+        }
+        if (!found)
+            return false;
+        whole = whole && exact;
+    }
+    return !typed.isEmpty();
+}
+
+// A callsign or code as compared: folded, without the blanks its "_" and "-" became ("eddftwr").
+QString CodeKey(const QString& code) {
+    return Fold(code).remove(u' ');
+}
+
+} // namespace
+
+void SearchIndex::SetPlaces(const ReferenceData& reference) {
+    m_places.clear();
+    m_places.reserve(size_t(reference.Airports().size() + reference.FirCentres().size()));
+    for (const Airport& a : reference.Airports()) {
+        SearchResult r{ResultKind::Airport, {}, a.Icao,
+                       a.Icao + u"  "_s + a.Name + (a.City.isEmpty() ? QString() : u", "_s + a.City) +
+                           (a.Iata.isEmpty() ? QString() : u" ("_s + a.Iata + u')'),
+                       -1, a.Latitude, a.Longitude};
+        m_places.push_back({r, CodeKey(a.Icao), CodeKey(a.Iata), Words(Fold(a.Name + u' ' + a.City))});
+    }
+    for (const FirCentre& f : reference.FirCentres()) {
+        SearchResult r{ResultKind::Fir, {}, f.Identifier, f.Identifier + u"  "_s + f.Name + u" (FIR)"_s, -1,
+                       f.Latitude, f.Longitude};
+        m_places.push_back({r, CodeKey(f.Identifier), QString(), Words(Fold(f.Name))});
+    }
+}
+
+void SearchIndex::SetClients(const network::ClientTables& tables, const std::vector<int>& networks) {
+    m_clients.clear();
+    m_busyAirports.clear();
+    for (int n : networks) {
+        const network::NetworkData& data = tables[size_t(n)];
+        for (int slot = 1; slot <= data.ControllerCount; ++slot) {
+            const network::ControllerRecord& c = data.Controllers[size_t(slot)];
+            SearchResult r{ResultKind::Client,
+                           {n, false, slot},
+                           c.Callsign,
+                           c.Callsign + u"  "_s + c.RealName + (c.Frequency.isEmpty() ? QString() : u"  "_s + c.Frequency),
+                           n,
+                           c.DisplayLatitude,
+                           c.DisplayLongitude};
+            m_clients.push_back({r, CodeKey(c.Callsign), CodeKey(c.VID), Words(Fold(c.RealName))});
+        }
+        for (int slot = 1; slot <= data.PilotCount; ++slot) {
+            const network::PilotRecord& p = data.Pilots[size_t(slot)];
+            const QString route = p.DestAirport.isEmpty() ? QString() : u"  "_s + p.DepAirport + u'-' + p.DestAirport;
+            SearchResult r{ResultKind::Client, {n, true, slot}, p.Callsign,
+                           p.Callsign + u"  "_s + p.RealName + route, n, p.Latitude, p.Longitude};
+            m_clients.push_back({r, CodeKey(p.Callsign), CodeKey(p.VID), Words(Fold(p.RealName))});
+            m_busyAirports.insert(p.DepAirport.toUpper());
+            m_busyAirports.insert(p.DestAirport.toUpper());
+        }
+    }
+}
+
+std::vector<SearchResult> SearchIndex::Find(const QString& query, int limit) const {
+    const QString typed = Fold(query);
+    if (typed.isEmpty() || limit <= 0)
+        return {};
+    const QStringList typedWords = Words(typed);
+    const QString joined = QString(typed).remove(u' ');
+    struct Hit {
+        int Rank;
+        bool Idle;
+        const Entry* Item;
+    };
+    std::vector<Hit> hits;
+    const auto rate = [&](const Entry& e) {
+        bool whole = false;
+        if (e.Key == joined)
+            return kExact;
+        if (!e.OtherKey.isEmpty() && e.OtherKey == joined)
+            return kOtherExact;
+        if (e.Key.startsWith(joined))
+            return e.Result.Kind == ResultKind::Client ? kPrefix : kCodePrefix;
+        if (joined.size() >= 3 && !e.OtherKey.isEmpty() && e.OtherKey.startsWith(joined))
+            return kCodePrefix;
+        if (WordsMatch(typedWords, e.Words, whole))
+            return whole ? kWholeWords : kWordPrefixes;
+        if (joined.size() >= 2 && e.Result.Kind == ResultKind::Client && e.Key.contains(joined))
+            return kInside;
+        return kNone;
+    };
+    for (const auto* list : {&m_clients, &m_places}) {
+        for (const Entry& e : *list) {
+            const int rank = rate(e);
+            if (rank != kNone)
+                hits.push_back({rank, e.Result.Kind == ResultKind::Airport && !m_busyAirports.contains(e.Result.Code), &e});
+        }
+    }
+    const auto better = [](const Hit& a, const Hit& b) {
+        if (a.Rank != b.Rank)
+            return a.Rank < b.Rank;
+        if (a.Idle != b.Idle)
+            return !a.Idle;
+        if (a.Item->Result.Text.size() != b.Item->Result.Text.size())
+            return a.Item->Result.Text.size() < b.Item->Result.Text.size();
+        return a.Item->Result.Text < b.Item->Result.Text;
+    };
+    const size_t count = std::min(hits.size(), size_t(limit));
+    std::partial_sort(hits.begin(), hits.begin() + std::ptrdiff_t(count), hits.end(), better);
+    std::vector<SearchResult> results;
+    for (size_t i = 0; i < count; ++i)
+        results.push_back(hits[i].Item->Result);
+    return results;
+}
+
+} // namespace sky::search

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <vector>
+
+#include <QSet>
+#include <QString>
+#include <QStringList>
+
+#include "network/client_records.h"
+
+namespace sky {
+class ReferenceData;
+}
+
+namespace sky::search {
+
+// What a search result stands for: a client of a network, an airport or a FIR.
+enum class ResultKind { Client, Airport, Fir };
+
+struct SearchResult {
+    ResultKind Kind = ResultKind::Client;
+    network::ClientRef Client; // a client's table slot
+    QString Code;              // the callsign, the airport's ICAO code or the FIR's identifier
+    QString Text;              // the line shown: "DLH4AB  Jane Roe  EDDF-KJFK"
+    int Network = -1;          // a client's network (its colour); -1 for places
+    float Latitude = 0.0f;
+    float Longitude = 0.0f;
+};
+
+// Everything a search finds: the clients of the networks shown, and the airports and FIRs of the
+// reference data. Matching ignores case and accents; results come best first: a callsign as typed, then
+// callsigns that begin with it, member numbers and airport (ICAO or IATA) or FIR codes as typed, codes
+// that begin with it, then names, airports and cities and FIR names whose words begin with the words
+// typed (whole words first), then callsigns that hold it. Among equals, airports in use by the traffic
+// come first, then shorter lines, then in order of the alphabet.
+class SearchIndex {
+public:
+    // The airports and FIRs; once, as they never change.
+    void SetPlaces(const ReferenceData& reference);
+    // The clients of these networks (0, 1, or both); again after every change of the data.
+    void SetClients(const network::ClientTables& tables, const std::vector<int>& networks);
+
+    std::vector<SearchResult> Find(const QString& query, int limit = 12) const;
+    int Size() const { return int(m_clients.size() + m_places.size()); }
+
+private:
+    struct Entry {
+        SearchResult Result;
+        QString Key;       // the folded callsign or code
+        QString OtherKey;  // the member number or IATA code
+        QStringList Words; // the folded words of the name, city or FIR name
+    };
+
+    std::vector<Entry> m_clients;
+    std::vector<Entry> m_places;
+    QSet<QString> m_busyAirports; // in use by the clients' flight plans
+};
+
+} // namespace sky::search
