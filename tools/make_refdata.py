@@ -3,7 +3,7 @@
 
     tools/make_refdata.py SOURCES_DIR OUTPUT_DIR
 
-SOURCES_DIR holds ourairports/ and vatspy/ as described in their README. Writes airports.dat,
+SOURCES_DIR holds ourairports/ and vatspy/ as described in their README. Writes navaids.dat, airports.dat,
 firlist.dat, firdisplay.dat and firdisplay.sup (formats in data/FORMATS.md). The output depends only
 on the input, so running it again gives the same bytes.
 """
@@ -162,6 +162,22 @@ def make_firs(sources):
     return firlist, display, supplement
 
 
+def make_navaids(sources):
+    """IDENT:TYPE:Latitude:Longitude:Name, every navaid (VOR, DME, NDB, TACAN ...) of the public file,
+    sorted by identifier, then position. Many navaids share an identifier; the route resolver takes the
+    one nearest the route's previous point."""
+    rows = []
+    with open(os.path.join(sources, "ourairports", "navaids.csv"), encoding="utf-8", newline="") as f:
+        for row in csv.DictReader(f):
+            ident = clean(row["ident"]).upper()
+            if not ident or not row["latitude_deg"] or not row["longitude_deg"]:
+                continue
+            lat, lon = coordinate(row["latitude_deg"]), coordinate(row["longitude_deg"])
+            rows.append((ident, float(lat), float(lon), ":".join([ident, clean(row["type"]), lat, lon, clean(row["name"])])))
+    rows.sort()
+    return [line for _, _, _, line in rows]
+
+
 def write(path, lines):
     with open(path, "w", encoding="utf-8", newline="\n") as f:
         f.write("\n".join(lines) + "\n")
@@ -177,6 +193,7 @@ def main():
     write(os.path.join(output, "firlist.dat"), firlist)
     write(os.path.join(output, "firdisplay.dat"), display)
     write(os.path.join(output, "firdisplay.sup"), supplement)
+    write(os.path.join(output, "navaids.dat"), make_navaids(sources))
 
 
 if __name__ == "__main__":

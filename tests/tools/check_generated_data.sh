@@ -33,7 +33,7 @@ if [ ! -d "$sources/ourairports" ] || [ ! -d "$sources/vatspy" ]; then
 fi
 python3 "$root/tools/make_refdata.py" "$sources" "$out/refdata"
 python3 "$root/tools/make_geography.py" "$sources" "$out/refdata"
-for file in airports.dat firlist.dat firdisplay.dat firdisplay.sup coastline.dat countries.dat; do
+for file in airports.dat firlist.dat firdisplay.dat firdisplay.sup navaids.dat coastline.dat countries.dat; do
     same "$out/refdata/$file" "$root/data/$file"
 done
 exit $status
