@@ -21,6 +21,8 @@ echo "== Benchmarks (a short run, to prove they work)"
 ./build/bench/core_bench --benchmark_min_time=0.01 >/dev/null || fail "the core benchmarks did not run"
 xvfb-run -a -s "-screen 0 1280x1024x24" ./build/bench/map_bench --benchmark_min_time=0.01 >/dev/null 2>&1 \
     || fail "the map benchmarks did not run"
+./build/bench/store_bench --benchmark_filter='hours:2/|Split' --benchmark_min_time=0.01 >/dev/null \
+    || fail "the history benchmarks did not run"
 
 echo "== Tests (core, AddressSanitizer + UndefinedBehaviorSanitizer)"
 if [ ! -f build-sanitize/build.ninja ]; then

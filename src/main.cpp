@@ -41,27 +41,36 @@ int main(int argc, char* argv[]) {
     const QCommandLineOption homeOption(
         u"home"_s, u"Keep settings, friends and downloads in DIR (and read data and themes there first)."_s,
         u"DIR"_s);
-    const QCommandLineOption demoOption(u"demo"_s, u"Use the bundled demo feeds instead of the live networks."_s);
-    const QCommandLineOption ivaoStatusOption(u"ivao-status"_s, u"Read IVAO's status file from URL."_s, u"URL"_s);
+    const QCommandLineOption demoOption(u"demo"_s,
+                                        u"Use the bundled demo feeds instead of the live networks."_s);
+    const QCommandLineOption ivaoStatusOption(u"ivao-status"_s, u"Read IVAO's status file from URL."_s,
+                                              u"URL"_s);
     const QCommandLineOption vatsimStatusOption(u"vatsim-status"_s, u"Read VATSIM's status file from URL."_s,
                                                 u"URL"_s);
     const QCommandLineOption downloadOption(
         u"download"_s, u"Download the data of ivao, vatsim or both once the map is ready."_s, u"NETWORK"_s);
     const QCommandLineOption snapshotOption(
-        u"snapshot"_s, u"Render one frame after start-up and any download, save it as a PNG image in FILE and exit."_s,
+        u"snapshot"_s,
+        u"Render one frame after start-up and any download, save it as a PNG image in FILE and exit."_s,
         u"FILE"_s);
     const QCommandLineOption printPanelOption(
-        u"print-panel"_s, u"With --snapshot, also write the open list or airport board as text to standard output."_s);
+        u"print-panel"_s,
+        u"With --snapshot, also write the open list or airport board as text to standard output."_s);
+    const QCommandLineOption historyOption(
+        u"history"_s, u"Replay the history kept in FILE (read only, e.g. copied from another machine)."_s,
+        u"FILE"_s);
     const QCommandLineOption keysOption(
         u"keys"_s, u"Once the map is ready, press these keys and clicks, e.g. \"V;L;click 400 300\"."_s,
         u"SEQUENCE"_s);
     const QCommandLineOption consoleOption(
-        u"console"_s, u"The Companion in this terminal: commands from standard input, answers on standard output."_s);
+        u"console"_s,
+        u"The Companion in this terminal: commands from standard input, answers on standard output."_s);
     const QCommandLineOption viewOption(u"view"_s, u"Start with the view LON,LAT,ZOOM."_s, u"LON,LAT,ZOOM"_s);
     const QCommandLineOption helpOption(QStringList{u"h"_s, u"help"_s}, u"Show this help and exit."_s);
     const QCommandLineOption versionOption(u"version"_s, u"Show the version and exit."_s);
-    parser.addOptions({homeOption, demoOption, ivaoStatusOption, vatsimStatusOption, downloadOption, snapshotOption,
-                       viewOption, keysOption, printPanelOption, consoleOption, helpOption, versionOption});
+    parser.addOptions({homeOption, demoOption, ivaoStatusOption, vatsimStatusOption, downloadOption,
+                       snapshotOption, viewOption, keysOption, printPanelOption, historyOption, consoleOption,
+                       helpOption, versionOption});
     // Help and version need no display, so they are answered before any window system is touched.
     if (!parser.parse(Arguments(argc, argv))) {
         PrintLine(stderr, parser.errorText() + u"\nTry skylantra --help."_s);
@@ -71,7 +80,9 @@ int main(int argc, char* argv[]) {
         // Without an application object the help names the program "<executable_name>".
         QString help = parser.helpText().trimmed();
         help.replace(u"<executable_name>"_s, u"skylantra"_s);
-        PrintLine(stdout, help + u"\n\nThe home folder can also be set with the SKYLANTRA_HOME environment variable."_s);
+        PrintLine(stdout,
+                  help +
+                      u"\n\nThe home folder can also be set with the SKYLANTRA_HOME environment variable."_s);
         return 0;
     }
     if (parser.isSet(versionOption)) {
@@ -86,6 +97,7 @@ int main(int argc, char* argv[]) {
     launch.SnapshotPath = parser.value(snapshotOption);
     launch.Input = parser.value(keysOption);
     launch.PrintPanel = parser.isSet(printPanelOption);
+    launch.HistoryFile = parser.value(historyOption);
     const QString& download = launch.DownloadNetworks;
     if (parser.isSet(downloadOption) && download != u"ivao" && download != u"vatsim" && download != u"both") {
         PrintLine(stderr, u"--download takes ivao, vatsim or both."_s);
@@ -107,8 +119,9 @@ int main(int argc, char* argv[]) {
     // Without any display the window system library would abort; say what to do instead.
     if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") &&
         qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
-        PrintLine(stderr, u"Skylantra: no display to show the map on. Run it in a desktop session, under xvfb-run, "
-                          u"or use --console for the Companion in this terminal."_s);
+        PrintLine(stderr,
+                  u"Skylantra: no display to show the map on. Run it in a desktop session, under xvfb-run, "
+                  u"or use --console for the Companion in this terminal."_s);
         return 1;
     }
     QApplication app(argc, argv);

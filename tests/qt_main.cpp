@@ -2,7 +2,8 @@
 
 #include <gtest/gtest.h>
 
-// The HTTP client waits in local event loops, which need an application object.
+// Tests that need an application object: the HTTP client waits in local event loops, and the database
+// drivers are plugins found through it.
 int main(int argc, char** argv) {
     QCoreApplication app(argc, argv);
     ::testing::InitGoogleTest(&argc, argv);

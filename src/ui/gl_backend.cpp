@@ -43,6 +43,8 @@ GLenum ToGl(render::Capability c) {
         return GL_POINT_SMOOTH;
     case render::Capability::StencilTest:
         return GL_STENCIL_TEST;
+    case render::Capability::LineStipple:
+        return GL_LINE_STIPPLE;
     }
     return GL_BLEND;
 }

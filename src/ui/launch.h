@@ -14,14 +14,15 @@ namespace sky::ui {
 
 // What the command line asks of a run, in both the window and the terminal.
 struct LaunchOptions {
-    QString HomeOption;                 // --home
-    bool Demo = false;                  // --demo
+    QString HomeOption;                   // --home
+    bool Demo = false;                    // --demo
     std::array<QString, 2> StatusOptions; // --ivao-status, --vatsim-status
-    QString DownloadNetworks;           // --download: "", "ivao", "vatsim" or "both"
-    QString SnapshotPath;               // --snapshot
-    QString Input;                      // --keys
-    std::optional<geo::ViewState> View; // --view
-    bool PrintPanel = false;            // --print-panel
+    QString DownloadNetworks;             // --download: "", "ivao", "vatsim" or "both"
+    QString SnapshotPath;                 // --snapshot
+    QString Input;                        // --keys
+    std::optional<geo::ViewState> View;   // --view
+    bool PrintPanel = false;              // --print-panel
+    QString HistoryFile;                  // --history: another store, read only
 };
 
 // Where each network's data come from, as the map and the terminal both read them: the status file
@@ -31,7 +32,8 @@ struct NetworkAddresses {
     std::array<QString, 2> Status;
     std::array<QString, 2> Json;
 };
-NetworkAddresses ChooseAddresses(const LaunchOptions& launch, const Settings& settings, const Folders& folders);
+NetworkAddresses ChooseAddresses(const LaunchOptions& launch, const Settings& settings,
+                                 const Folders& folders);
 
 // With --demo the weather commands answer from the bundled demo reports, never from the internet.
 void UseDemoWeather(const LaunchOptions& launch, const Folders& folders, Settings& settings);

@@ -20,6 +20,7 @@
 #include "app/window_geometry.h"
 #include "common/numbers.h"
 #include "preferences_dialog.h"
+#include "sql_history_store.h"
 #include "view/camera.h"
 
 using namespace Qt::StringLiterals;
@@ -62,8 +63,14 @@ MapWindow::MapWindow(MapOptions options)
     setFormat(MapFormat());
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true); // the pointer's shape shows the resizing edges
+    // The history: the home folder's own, or another kept elsewhere, to replay only.
+    if (!m_options.HistoryFile.isEmpty())
+        m_history = std::make_unique<store::SqlHistoryStore>(m_options.HistoryFile, 0, true);
+    else if (m_options.Config.HistoryHours > 0)
+        m_history = std::make_unique<store::SqlHistoryStore>(m_options.Files.HomeFile(u"history.db"_s),
+                                                             m_options.Config.HistoryHours, false);
     m_session = std::make_unique<view::MapSession>(m_options.Files, m_options.Config, m_options.FriendList,
-                                                   m_gl, *this, m_http);
+                                                   m_gl, *this, m_http, m_history.get());
     for (int n = 0; n < network::kNetworkCount; ++n) {
         m_session->Downloads().Networks[n].StatusFileAddress = m_options.StatusAddresses[n];
         m_session->Downloads().Networks[n].JsonAddress = m_options.JsonAddresses[n];

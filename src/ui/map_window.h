@@ -15,6 +15,7 @@
 #include "qt_http_client.h"
 #include "companion_window.h"
 #include "search_field.h"
+#include "history/history_store.h"
 #include "view/map_session.h"
 
 namespace sky::ui {
@@ -33,6 +34,7 @@ struct MapOptions {
     QString Input; // keys and clicks to apply once ready, e.g. "L;Right;click 400 300;shift+1"
     std::function<void(const QString&)> Report; // a problem the program runs on with
     bool PrintPanel = false; // with the snapshot, the open list or board as text on standard output
+    QString HistoryFile;     // a store to replay, read only; empty: the home folder's own
 };
 
 // The map window frmMap: a frameless window with its own title strip, drawing the globe with OpenGL.
@@ -83,6 +85,7 @@ private:
     MapOptions m_options;
     GlBackend m_gl;
     net::QtHttpClient m_http;
+    std::unique_ptr<history::HistoryStore> m_history; // before the session, which uses it
     std::unique_ptr<view::MapSession> m_session;
     std::unique_ptr<CompanionWindow> m_companion; // made on first use
     SearchField* m_search = nullptr;              // a child of the window

@@ -313,6 +313,11 @@ void MapWindow::contextMenuEvent(QContextMenuEvent* event) {
     toggle(labels, u"Plane labels\tF6"_s, s.ShowPlaneLabels, keys::F(6));
     toggle(labels, u"Declutter labels\tD"_s, s.DeclutterLabels, keys::Letter('D'));
     toggle(&menu, u"Friends only\tF2"_s, d.FriendsOnly, keys::F(2));
+    QMenu* history = menu.addMenu(u"History"_s);
+    key(history, u"Earlier data\tF7"_s, keys::F(7));
+    key(history, u"Later data\tF8"_s, keys::F(8));
+    key(history, u"Newest data\tF9"_s, keys::F(9));
+    toggle(history, u"Trails of every aircraft\tT"_s, d.ShowTrails, keys::Letter('T'));
     QMenu* views = menu.addMenu(u"Views"_s);
     for (int k = 1; k <= 3; ++k)
         key(views, u"Restore view %1\t%1"_s.arg(k), keys::Digit(k));

@@ -44,7 +44,8 @@ void CheckSettingsFiles(const Folders& folders, const Settings& settings, const 
         report(ini.absoluteFilePath() + u" cannot be written: changes of this run will not be kept."_s);
     const QString theme = u"colours/"_s + settings.ColourTheme;
     if (!QFileInfo(QDir(folders.Holding(theme)).filePath(theme)).isFile())
-        report(u"The colour theme "_s + settings.ColourTheme + u" is not there: the built-in colours are used."_s);
+        report(u"The colour theme "_s + settings.ColourTheme +
+               u" is not there: the built-in colours are used."_s);
 }
 
 } // namespace
@@ -88,6 +89,7 @@ int RunWindow(const LaunchOptions& launch) {
     options.View = launch.View;
     options.Report = report;
     options.PrintPanel = launch.PrintPanel;
+    options.HistoryFile = launch.HistoryFile;
     MapWindow window(std::move(options));
     window.show();
     return QApplication::exec();

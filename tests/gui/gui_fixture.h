@@ -115,11 +115,13 @@ public:
         file.write(bytes);
     }
 
-    // A feed of its own for IVAO: a status file and a whazzup file with these client lines; the options
-    // that download it once the map is ready.
-    QStringList LocalFeed(const QStringList& clientLines) {
-        QStringList lines = {QStringLiteral("!GENERAL"), QStringLiteral("RELOAD = 1"),
-                             QStringLiteral("UPDATE = 20261121142300"),
+    // A feed of its own for IVAO: a status file and a whazzup file with these client lines, of this
+    // time, to be downloaded again after reload minutes; the options that download it once the map is
+    // ready.
+    QStringList LocalFeed(const QStringList& clientLines,
+                          const QString& update = QStringLiteral("20261121142300"), int reload = 1) {
+        QStringList lines = {QStringLiteral("!GENERAL"), QStringLiteral("RELOAD = %1").arg(reload),
+                             QStringLiteral("UPDATE = ") + update,
                              QStringLiteral("CONNECTED CLIENTS = %1").arg(clientLines.size()),
                              QStringLiteral("!CLIENTS")};
         lines += clientLines;

@@ -93,6 +93,7 @@ Settings ReadSettings(const IniFile& ini, const ScreenMetrics& screen) {
     s.MaxControllers = WholeInRange(Number(ini, u"Network", u"MaxControllers", u"700"_s), 700, 30000);
     s.IVAOProfileURL = ini.Value(u"Network", u"IVAOProfileURL", QString()).trimmed();
     s.VATSIMProfileURL = ini.Value(u"Network", u"VATSIMProfileURL", QString()).trimmed();
+    s.HistoryHours = WholeInRange(Number(ini, u"Network", u"HistoryHours", u"24"_s), 0, 24 * 366);
     s.WeatherServer = ini.Value(u"Network", u"WeatherServer", u"https://tgftp.nws.noaa.gov"_s).trimmed();
     const std::array<std::array<QString, 3>, 3> zoomDefaults = {{
         {u"1334"_s, u"-5415"_s, u"149"_s},

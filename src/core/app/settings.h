@@ -39,6 +39,8 @@ struct Settings {
     // JSON feeds read directly, without a status file; empty: the built-in choice. Read, never written.
     QString IVAOJsonURL;
     QString VATSIMJsonURL;
+    // How many hours of what it saw the program keeps in its history (0: none). Read, never written.
+    std::int16_t HistoryHours = 24;
     // The most pilots and controllers kept per network (defaults 1400 and 700). Read, never written.
     std::int16_t MaxPilots = 1400;
     std::int16_t MaxControllers = 700;

@@ -31,7 +31,8 @@ private:
 };
 
 int PickIndex(const DownloadContext& context, int count) {
-    const int index = context.Random ? context.Random(count) : int(QRandomGenerator::global()->bounded(count));
+    const int index =
+        context.Random ? context.Random(count) : int(QRandomGenerator::global()->bounded(count));
     return std::clamp(index, 0, count - 1);
 }
 
@@ -107,6 +108,7 @@ DownloadOutcome Interpret(DownloadContext& context, int network, const QString& 
         return DownloadOutcome::NoClients;
     }
     context.View.ShowStatus(result.StatusText);
+    context.View.Interpreted(network, text);
     return DownloadOutcome::Interpreted;
 }
 
@@ -142,7 +144,8 @@ DownloadOutcome Attempt(DownloadContext& context, int network, const QString& ad
     }
     const FeedKind kind = DetectFeed(body);
     if (kind == FeedKind::UnknownJson) // an older or newer layout: said, and the tables kept
-        return Fail(context, u"Unsupported "_s + NetworkName(network) + u" data format"_s, DownloadOutcome::NoClients);
+        return Fail(context, u"Unsupported "_s + NetworkName(network) + u" data format"_s,
+                    DownloadOutcome::NoClients);
     if (kind == FeedKind::Text) {
         const QString text = DecodeText(body).Text;
         if (jsonToFollow && !HoldsClients(text))
@@ -231,7 +234,8 @@ QString DefaultProfileAddress(int network) {
 }
 
 QString ProfileAddress(const NetworkDownloadState& network, const QString& vid) {
-    const QString base = network.Servers.ProfileUrl.isEmpty() ? network.FallbackProfileUrl : network.Servers.ProfileUrl;
+    const QString base =
+        network.Servers.ProfileUrl.isEmpty() ? network.FallbackProfileUrl : network.Servers.ProfileUrl;
     // An address with "{id}" takes the member number there; any other is followed by "?ID=" and it.
     QString address = base;
     if (base.contains(u"{id}"_s))

@@ -62,6 +62,11 @@ public:
     virtual void ClearTraffic(int network) = 0;
     // A network's failure or ready flag changed.
     virtual void MarksChanged() = 0;
+    // The tables of network now hold this text's clients (the whazzup text, a JSON feed translated).
+    virtual void Interpreted(int network, const QString& text) {
+        (void)network;
+        (void)text;
+    }
 };
 
 enum class DownloadOutcome {

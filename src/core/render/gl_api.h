@@ -3,7 +3,7 @@
 namespace sky::render {
 
 enum class Primitive { Points, Lines, LineStrip, LineLoop, Triangles, TriangleFan, Quads, Polygon };
-enum class Capability { Blend, LineSmooth, PointSmooth, StencilTest };
+enum class Capability { Blend, LineSmooth, PointSmooth, StencilTest, LineStipple };
 enum class BlendFactor { Zero, One, SrcAlpha, OneMinusSrcAlpha };
 enum class StencilTest { Always, Equal, NotEqual };
 enum class StencilAction { Keep, Zero, Invert };

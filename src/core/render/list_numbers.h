@@ -22,7 +22,9 @@ inline constexpr int kTrafficListCount = 9;
 inline constexpr int kInfoBox = 40;
 inline constexpr int kListPanel = 41;
 inline constexpr int kHighlight = 42;
-inline constexpr int kHoverCard = 43; // the card of the client under the resting pointer
+// Lists of our own, above the numbers of the map's fixed layers.
+inline constexpr int kAllTrails = 60; // the tracks of every shown aircraft
+inline constexpr int kHoverCard = 61; // the card of the client under the resting pointer
 inline constexpr int kFrame = 50;
 inline constexpr int kGrid = 51;
 inline constexpr int kGlobe = 52;

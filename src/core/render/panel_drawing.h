@@ -20,7 +20,7 @@ void BuildInfoBox(GlApi& gl, const ColourTable& colours, const PanelLayout& layo
 
 // Records the list panel or the airport board (list 41): tabs or a title, one row per client in
 // columns, and the page indicator between the previous and next controls.
-// Records the hover card (list 43): a small box beside the pointer at (x, y) with a title in the
+// Records the hover card (list 61): a small box beside the pointer at (x, y) with a title in the
 // network's colour and a few lines, kept inside the map between the title strip and the status band.
 void BuildHoverCard(GlApi& gl, const ColourTable& colours, int width, int height, int x, int y,
                     const QString& title, const QStringList& lines, int networkSlot);

@@ -103,6 +103,8 @@ void DrawCore(render::GlApi& gl, const FrameInputs& in, const geo::ViewState& vi
     gl.LineWidth(2.0f);
     gl.CallList(lists::kHighlight);
     gl.LineWidth(1.0f);
+    if (in.Display.ShowTrails)
+        gl.CallList(lists::kAllTrails);
     if (s.ShowInbounds && s.ShowAirports && !in.Display.FriendsOnly)
         gl.CallList(base + lists::kInbounds);
     if (s.ShowPlanes) {

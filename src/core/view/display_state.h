@@ -14,7 +14,9 @@ struct DisplayState {
     bool ShowCountries = true;
     bool ShowAbout = true;
     bool FriendsOnly = false;
-    bool HoverCard = false; // the card of the client under the resting pointer shows (list 43)
+    bool HoverCard = false;  // the card of the client under the resting pointer shows
+    bool Replaying = false;  // the shown network's data are a stored snapshot, not the newest
+    bool ShowTrails = false; // the tracks of every shown aircraft
     QString StatusText;
     // True once the traffic lists of network n (or 2, the comparison) reflect the tables.
     std::array<bool, 3> SceneBuilt = {false, false, false};

@@ -78,6 +78,9 @@ TimerContext DownloadControl::Timers() {
 }
 
 void DownloadControl::AutoDownloadTimerTick() {
+    // While a stored snapshot is replayed, no automatic download replaces it.
+    if (m_state.Display.Replaying)
+        return;
     TimerContext context = Timers();
     AutoDownloadTick(context);
 }
@@ -98,6 +101,12 @@ void DownloadControl::ShowNetworkMessage(const QString& text) {
 
 void DownloadControl::ClearTraffic(int network) {
     m_scene.ClearTraffic(network);
+}
+
+void DownloadControl::Interpreted(int network, const QString& text) {
+    m_state.Display.Replaying = false; // a download shows the newest data
+    if (OnInterpreted)
+        OnInterpreted(network, text);
 }
 
 void DownloadControl::MarksChanged() {

@@ -41,6 +41,10 @@ public:
     void ShowNetworkMessage(const QString& text) override;
     void ClearTraffic(int network) override;
     void MarksChanged() override;
+    void Interpreted(int network, const QString& text) override;
+
+    // Told of every snapshot the downloads interpret.
+    std::function<void(int network, const QString& text)> OnInterpreted;
 
 private:
     network::DownloadContext Context();

@@ -200,7 +200,13 @@ void KeyUp(KeyContext& c, int key, int modifiers) {
 
     if (c.Display.ShownNetwork == 2)
         return;
-    if (key == keys::Letter('L')) {
+    if (key == keys::F(7) || key == keys::F(8)) {
+        c.Commands.ReplayStep(key == keys::F(7) ? -1 : 1);
+    } else if (key == keys::F(9)) {
+        c.Commands.ReplayLive();
+    } else if (key == keys::Letter('T')) {
+        c.Commands.ToggleTrails();
+    } else if (key == keys::Letter('L')) {
         c.Commands.OpenListPanel();
     } else if (key == keys::F(3)) {
         if (modifiers == 0 && !c.Display.FriendsOnly) {

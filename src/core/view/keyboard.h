@@ -28,6 +28,11 @@ public:
     // The status text changed: the status line is recorded again.
     virtual void StatusChanged() = 0;
     virtual void Redraw() = 0;
+    // The history: the shown network's stored snapshots back (-1) or forward (+1), back to live, and
+    // the tracks of every shown aircraft on or off.
+    virtual void ReplayStep(int direction) { (void)direction; }
+    virtual void ReplayLive() {}
+    virtual void ToggleTrails() {}
 };
 
 // The state the keys read and change.

@@ -22,13 +22,23 @@ constexpr float kFirZoom = 4.0f;
 } // namespace
 
 MapSession::MapSession(Folders files, Settings settings, Friends friends, render::GlApi& gl, MapHost& host,
-                       network::HttpClient& http)
+                       network::HttpClient& http, history::HistoryStore* history)
     : m_state(std::move(files), std::move(settings), std::move(friends)), m_gl(gl), m_host(host),
       m_http(http), m_scene(m_state, gl, host), m_download(m_state, m_scene, host, http),
       m_panelControl(m_state, m_scene, gl,
                      {[this](int network, const QString& vid) { OpenProfile(network, vid); },
-                      [this] { SaveFriends(); }, [this](const QString& icao) { return Metar(icao); }}),
-      m_pointer(m_state, m_scene, m_panelControl, gl) {
+                      [this] { SaveFriends(); }, [this](const QString& icao) { return Metar(icao); },
+                      [this](const network::ClientRef& c) { return m_history.Paths(c).RoutePoints; }}),
+      m_pointer(m_state, m_scene, m_panelControl, gl),
+      m_history(m_state, m_scene, history, m_state.NavaidList) {
+    m_scene.SetPathSource([this](const network::ClientRef& client) { return m_history.Paths(client); });
+    m_download.OnInterpreted = [this](int network, const QString& text) {
+        m_history.Interpreted(network, text, m_download.Now());
+        if (const QString problem = m_history.TakeProblem(); !problem.isEmpty())
+            m_host.Report(u"Skylantra keeps no history: "_s + problem);
+        if (m_state.Display.ShowTrails)
+            m_scene.RecordAllTrails(m_history.AllTracks());
+    };
     const QString theme = m_state.Config.ColourTheme;
     m_state.Colours = LoadColourTheme(m_state.Files.Holding(u"colours/"_s + theme), theme);
     const Settings& s = m_state.Config;
@@ -54,6 +64,7 @@ QString MapSession::StartUp() {
     m_state.Outlines = FirOutlines::Load(data);
     m_scene.SetStatus(u"Loading aeronautical data..."_s);
     m_state.Reference = ReferenceData::Load(data);
+    m_state.NavaidList = Navaids::Load(data);
     m_search.SetPlaces(m_state.Reference);
     m_scene.SetStatus(u"Loading geographical data..."_s);
     m_scene.Redraw();
@@ -65,6 +76,8 @@ QString MapSession::StartUp() {
     m_scene.Redraw();
     m_state.Display.PanelMode = 0;
     m_state.Downloads.DownloadIdle = true;
+    if (const QString problem = m_history.TakeProblem(); !problem.isEmpty())
+        m_host.Report(u"Skylantra keeps no history: "_s + problem);
     return geography.MissingFile;
 }
 
@@ -165,6 +178,26 @@ QString MapSession::Metar(const QString& icao) {
         m_http.Fetch(companion::StationFileAddress(m_state.Config.WeatherServer, u"metar"_s, icao));
     m_state.Downloads.DownloadIdle = true;
     return fetched.Ok ? companion::ReportFromStationFile(DecodeText(fetched.Body).Text, icao) : QString();
+}
+
+void MapSession::ReplayStep(int direction) {
+    if (!m_history.Step(direction))
+        m_scene.SetStatus(direction < 0 ? u"No earlier data kept"_s : u"Showing the newest data"_s);
+    m_scene.Redraw();
+}
+
+void MapSession::ReplayLive() {
+    m_history.Live();
+    m_scene.Redraw();
+}
+
+void MapSession::ToggleTrails() {
+    DisplayState& d = m_state.Display;
+    d.ShowTrails = !d.ShowTrails;
+    if (d.ShowTrails)
+        m_scene.RecordAllTrails(m_history.AllTracks());
+    m_scene.SetStatus(d.ShowTrails ? u"Trails of every aircraft"_s : u"Trails off"_s);
+    m_scene.Redraw();
 }
 
 void MapSession::ShowCompanion() {

@@ -6,6 +6,7 @@
 #include "companion/console.h"
 #include "search/search_index.h"
 #include "view/download_control.h"
+#include "view/history_control.h"
 #include "view/keyboard.h"
 #include "view/map_host.h"
 #include "view/map_state.h"
@@ -24,8 +25,9 @@ namespace sky::view {
 // here; a test builds one with a recording GL, a fake host and a fake HTTP client.
 class MapSession final : private MapCommands, private companion::CompanionHost {
 public:
+    // history may be null: the map then keeps nothing of what it saw.
     MapSession(Folders files, Settings settings, Friends friends, render::GlApi& gl, MapHost& host,
-               network::HttpClient& http);
+               network::HttpClient& http, history::HistoryStore* history = nullptr);
 
     // Start-up from the point where the GL context exists: frame, title box and marks, reference data,
     // geography, then "Ready". Returns the path of a geography file that is missing (the map goes on
@@ -53,6 +55,7 @@ public:
     DownloadControl& Downloader() { return m_download; }
     PanelControl& PanelController() { return m_panelControl; }
     PointerControl& Pointer() { return m_pointer; }
+    HistoryControl& History() { return m_history; }
     companion::CompanionConsole& Companion() { return m_companion; }
 
     // The state, read by the window and the tests.
@@ -82,6 +85,9 @@ private:
     void CentreOn(float latitude, float longitude, const QString& name) override;
     void MarkAirport(float latitude, float longitude, const QString& code) override;
     void OpenProfile(int network, const QString& vid) override;
+    void ReplayStep(int direction) override;
+    void ReplayLive() override;
+    void ToggleTrails() override;
 
     KeyContext Keys();
     void SaveFriends();
@@ -95,6 +101,7 @@ private:
     DownloadControl m_download;
     PanelControl m_panelControl;
     PointerControl m_pointer;
+    HistoryControl m_history;
     companion::CompanionConsole m_companion;
     search::SearchIndex m_search;
     QString m_searchData; // what the search's clients were taken from

@@ -13,6 +13,7 @@
 #include "network/client_records.h"
 #include "network/download.h"
 #include "refdata/fir_outlines.h"
+#include "refdata/navaids.h"
 #include "refdata/reference_data.h"
 #include "render/sector_layer.h"
 #include "view/display_state.h"
@@ -27,17 +28,18 @@ using Selection = network::ClientRef;
 // it by reference to the parts that read or change it; each field has the writers named beside it.
 struct MapState {
     MapState(Folders files, Settings settings, Friends friends)
-        : Files(std::move(files)), Home(Files.Home), Config(std::move(settings)), FriendList(std::move(friends)),
-          Tables(std::make_unique<network::ClientTables>()) {}
+        : Files(std::move(files)), Home(Files.Home), Config(std::move(settings)),
+          FriendList(std::move(friends)), Tables(std::make_unique<network::ClientTables>()) {}
 
-    Folders Files;      // the home folder (written) and the shipped files (read)
-    const QString Home; // Files.Home
+    Folders Files;       // the home folder (written) and the shipped files (read)
+    const QString Home;  // Files.Home
     Settings Config;     // loaded at start; the keys and menus change the switches and views
     Friends FriendList;  // the friend buttons
     ColourTable Colours; // the theme
     ReferenceData Reference;
+    Navaids NavaidList;
     FirOutlines Outlines;
-    render::SectorShapes Shapes; // the outlines' drawn shapes, worked out on first use
+    render::SectorShapes Shapes;                   // the outlines' drawn shapes, worked out on first use
     std::unique_ptr<network::ClientTables> Tables; // the interpreter, through the downloads
     network::DownloadState Downloads;
     DisplayState Display;

@@ -5,6 +5,8 @@
 #include "view/map_state.h"
 #include "view/scene_control.h"
 
+using namespace Qt::StringLiterals;
+
 namespace sky::view {
 
 PanelControl::PanelControl(MapState& state, SceneControl& scene, render::GlApi& gl, Actions actions)
@@ -104,9 +106,11 @@ void PanelControl::Rebuild() {
     if (p.InfoClient) {
         const ClientRef& c = *p.InfoClient;
         const network::NetworkData& data = m_state.AllTables()[c.Network];
-        const InfoBoxContent info =
-            c.IsPilot ? PilotInfo(c.Network, data, c.Slot, m_state.Reference, m_state.FriendList)
-                      : ControllerInfo(c.Network, data, c.Slot, m_state.FriendList);
+        InfoBoxContent info = c.IsPilot
+                                  ? PilotInfo(c.Network, data, c.Slot, m_state.Reference, m_state.FriendList)
+                                  : ControllerInfo(c.Network, data, c.Slot, m_state.FriendList);
+        if (c.IsPilot && m_actions.RoutePoints && !data.Pilots[size_t(c.Slot)].DestAirport.isEmpty())
+            info.Lines.append(u"Route points found: "_s + QString::number(m_actions.RoutePoints(c)));
         render::BuildInfoBox(m_gl, m_state.Colours, layout, w, h, info);
     }
 }
@@ -145,8 +149,8 @@ void PanelControl::ClientClick(const PanelHit& hit) {
         }
         break;
     case PanelHitKind::Profile:
-        m_actions.OpenProfile(c.Network,
-                      c.IsPilot ? data.Pilots[size_t(c.Slot)].VID : data.Controllers[size_t(c.Slot)].VID);
+        m_actions.OpenProfile(c.Network, c.IsPilot ? data.Pilots[size_t(c.Slot)].VID
+                                                   : data.Controllers[size_t(c.Slot)].VID);
         break;
     case PanelHitKind::Friend:
         ToggleInfoClientFriend();

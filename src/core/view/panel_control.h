@@ -26,12 +26,13 @@ public:
         std::function<void(int network, const QString& vid)> OpenProfile; // a member's profile page
         std::function<void()> FriendsChanged;                             // keeps the friends list
         std::function<QString(const QString& icao)> Weather;              // an airport's METAR, or empty
+        std::function<int(const ClientRef&)> RoutePoints;                 // places of a pilot's route found
     };
     PanelControl(MapState& state, SceneControl& scene, render::GlApi& gl, Actions actions);
 
     void OpenInfoBox(const ClientRef& client);
     void OpenBoard(const QString& airport); // with its METAR when the weather can be fetched
-    void OpenList(); // the pilots' page of the shown network
+    void OpenList();                        // the pilots' page of the shown network
     // The search field's text filters the list's rows (from its first page) while it is open.
     void SetFilter(const QString& text);
     // The friend button of the info box: adds or removes its client and rebuilds what shows friends.

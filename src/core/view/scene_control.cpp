@@ -319,12 +319,57 @@ void SceneControl::RecordHighlight() {
     }
     m_highlightBand = render::SymbolBand(m_state.View.ViewZ);
     m_gl.NewList(lists::kHighlight);
+    if (m_paths && s.IsPilot)
+        RecordPaths(m_paths(s), s.Network);
     HighlightColour(m_gl, m_state.Colours);
     // A ring well outside the symbol, so the selection stands out at any zoom.
     Ring(m_gl, lat, lon, 1.8 * render::SymbolSize(m_state.View.ViewZ));
     m_gl.RasterPos(geo::GlobeX(lat, lon), geo::GlobeY(lat, lon), geo::GlobeZ(lat, lon));
     m_gl.BitmapMove(kHighlightTextDx, kHighlightTextDy);
     render::PrintBoldText(m_gl, callsign);
+    m_gl.EndList();
+}
+
+void SceneControl::RecordPaths(const FlightPaths& paths, int network) {
+    const ColourTable& c = m_state.Colours;
+    m_gl.Colour(c.Red[network], c.Green[network], c.Blue[network], 0.9f);
+    const auto line = [this](const std::vector<geo::LatLon>& points) {
+        std::vector<geo::Vec3> arc;
+        for (size_t i = 0; i < points.size(); ++i) {
+            const geo::Vec3 p = geo::OnGlobe(points[i].Lat, points[i].Lon);
+            if (arc.empty())
+                arc.push_back(p);
+            else
+                geo::AppendGreatCircle(arc, arc.back(), p, 2.0);
+        }
+        m_gl.Begin(render::Primitive::LineStrip);
+        for (const geo::Vec3& v : arc)
+            m_gl.Vertex(float(v.X), float(v.Y), float(v.Z));
+        m_gl.End();
+    };
+    for (const auto& piece : paths.Flown)
+        line(piece);
+    if (paths.Ahead.size() > 1) {
+        m_gl.Enable(render::Capability::LineStipple); // dashed: where it is going, not where it went
+        line(paths.Ahead);
+        m_gl.Disable(render::Capability::LineStipple);
+    }
+}
+
+void SceneControl::RecordAllTrails(const std::vector<std::vector<geo::LatLon>>& tracks) {
+    m_gl.DeleteList(lists::kAllTrails);
+    m_gl.NewList(lists::kAllTrails);
+    const int n = m_state.Display.ShownNetwork == 1 ? 1 : 0;
+    const ColourTable& c = m_state.Colours;
+    m_gl.Colour(c.Red[n], c.Green[n], c.Blue[n], 0.6f);
+    m_gl.Begin(render::Primitive::Lines);
+    for (const auto& track : tracks) {
+        for (size_t i = 1; i < track.size(); ++i) {
+            for (const geo::LatLon& p : {track[i - 1], track[i]})
+                m_gl.Vertex(geo::GlobeX(p.Lat, p.Lon), geo::GlobeY(p.Lat, p.Lon), geo::GlobeZ(p.Lat, p.Lon));
+        }
+    }
+    m_gl.End();
     m_gl.EndList();
 }
 

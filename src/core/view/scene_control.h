@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <optional>
 
 #include <QString>
@@ -8,6 +9,7 @@
 #include "geo/geodesy.h"
 #include "network/client_records.h"
 #include "render/traffic_scene.h"
+#include "view/history_control.h"
 
 namespace sky::render {
 class GlApi;
@@ -67,6 +69,13 @@ public:
     // Draws a frame now: the zoom band and the labels' surroundings are checked first.
     void Redraw();
 
+    // Where the selected flight has been and is going, drawn with its highlight: the flown track solid,
+    // the route ahead dashed, in the network's colour.
+    using PathSource = std::function<FlightPaths(const network::ClientRef&)>;
+    void SetPathSource(PathSource source) { m_paths = std::move(source); }
+    // The tracks of every shown aircraft (list 60), recorded when the data change.
+    void RecordAllTrails(const std::vector<std::vector<geo::LatLon>>& tracks);
+
     // What the labels are placed for now (the view, the window, what they keep clear of).
     render::LabelView CurrentLabelView() const;
 
@@ -82,6 +91,7 @@ private:
         bool operator==(const LabelKey&) const = default;
     };
     LabelKey CurrentLabelKey() const;
+    void RecordPaths(const FlightPaths& paths, int network);
     render::TrafficInputs Inputs(const render::LabelView* labels);
     void RebuildLabels(); // the three label lists of the shown scene, for the view as it is
     void PlacedFor(int scene);
@@ -94,6 +104,7 @@ private:
     std::optional<LabelKey> m_labelKey; // of the last placement
     geo::ViewState m_labelViewState;
     int m_highlightBand = 0;
+    PathSource m_paths;
 };
 
 } // namespace sky::view

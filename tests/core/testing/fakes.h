@@ -4,6 +4,8 @@
 
 #include <QStringList>
 
+#include "history/history_store.h"
+#include "history/snapshot_codec.h"
 #include "network/http_client.h"
 #include "view/map_host.h"
 
@@ -35,6 +37,46 @@ public:
     QStringList Messages;
     int Redraws = 0;
     bool AutoDownload = false;
+};
+
+// A history kept in memory, written at once.
+class MemoryHistory : public history::HistoryStore {
+public:
+    void Record(int network, const QString& text, const QDateTime& taken) override {
+        Kept.push_back({qint64(Kept.size() + 1), network, text, taken.toSecsSinceEpoch()});
+    }
+    std::vector<history::TrackPoint> Track(int network, const QString& callsign,
+                                           const QString& member) override {
+        std::vector<history::TrackPoint> track;
+        for (const Snapshot& s : Kept)
+            for (const history::ClientPosition& p : history::Split(network, s.Text).Positions)
+                if (s.Network == network && p.Callsign == callsign && p.Member == member)
+                    track.push_back(
+                        {s.Taken, float(p.LatMicro / 1e6), float(p.LonMicro / 1e6), float(p.AltitudeFt)});
+        return track;
+    }
+    std::vector<std::pair<QString, std::vector<history::TrackPoint>>> Tracks(int, qint64) override {
+        return {};
+    }
+    std::vector<history::StoredSnapshot> Snapshots(int network) override {
+        std::vector<history::StoredSnapshot> list;
+        for (const Snapshot& s : Kept)
+            if (s.Network == network)
+                list.push_back({s.Id, network, QString(), s.Taken});
+        return list;
+    }
+    QString SnapshotText(qint64 id) override {
+        return id >= 1 && id <= qint64(Kept.size()) ? Kept[size_t(id - 1)].Text : QString();
+    }
+    QString Problem() const override { return {}; }
+
+    struct Snapshot {
+        qint64 Id;
+        int Network;
+        QString Text;
+        qint64 Taken;
+    };
+    std::vector<Snapshot> Kept;
 };
 
 } // namespace sky::testing

@@ -15,6 +15,7 @@
 #include "view/keys.h"
 #include "view/panels.h"
 #include "testing/fakes.h"
+#include "network/whazzup_lines.h"
 
 using namespace Qt::StringLiterals;
 
@@ -46,8 +47,8 @@ protected:
         const QString source = QStringLiteral(SKYLANTRA_SOURCE_DIR) + u"/data/"_s;
         for (const QString& file : {u"airports.dat"_s, u"firlist.dat"_s, u"firdisplay.dat"_s})
             QFile::copy(source + file, m_home.filePath(u"data/"_s + file));
-        m_session =
-            std::make_unique<MapSession>(Folders::OneFolder(m_home.path()), Settings{}, Friends{}, m_gl, m_host, m_server);
+        m_session = std::make_unique<MapSession>(Folders::OneFolder(m_home.path()), Settings{}, Friends{},
+                                                 m_gl, m_host, m_server);
         m_session->Downloads().Networks[0].StatusFileAddress = u"http://demo.example/ivao/status.txt"_s;
         m_session->Downloads().Networks[1].StatusFileAddress = u"http://demo.example/vatsim/status.txt"_s;
         m_session->Downloader().Now = [this] { return m_now; };
@@ -254,6 +255,61 @@ TEST_F(Session, KeysReachTheDownloadAndTheLayers) {
     EXPECT_FALSE(m_session->Config().ShowPlanes);
     EXPECT_EQ(RecordingGl::Printed(m_gl.List(lists::kStatusLine)).size(),
               QString(u"Plane display toggle"_s).size());
+}
+
+// Three downloads of a feed whose aircraft moves: the store keeps them, the selection shows where it
+// flew, and the keys step back through what was kept, stat answering as of then.
+TEST_F(Session, TheHistoryKeepsEachDownloadTrailsTheSelectionAndReplaysIt) {
+    sky::testing::MemoryHistory history;
+    m_session = std::make_unique<MapSession>(Folders::OneFolder(m_home.path()), Settings{}, Friends{}, m_gl,
+                                             m_host, m_server, &history);
+    m_session->Downloader().Now = [this] { return m_now; };
+    m_session->Downloads().Networks[0].StatusFileAddress = u"http://demo.example/feed/status.txt"_s;
+    m_server.Answers[u"http://demo.example/feed/status.txt"_s] = "url0=whazzup.txt\n\n\n\n\n";
+    ASSERT_TRUE(m_session->StartUp().isEmpty());
+    for (int step = 0; step < 3; ++step) {
+        const QString pilot = network::testing::PilotLine(0, {{0, u"DLH1"_s},
+                                                              {1, u"200001"_s},
+                                                              {5, QString::number(50 + step)},
+                                                              {6, u"8"_s},
+                                                              {11, u"EDDF"_s},
+                                                              {13, u"EKCH"_s},
+                                                              {30, u"DCT"_s}});
+        m_server.Answers[u"http://demo.example/feed/whazzup.txt"_s] =
+            (u"!GENERAL\r\nRELOAD = 1\r\nUPDATE = 202611211"_s + QString::number(4) + QString::number(step) +
+             u"000\r\nCONNECTED CLIENTS = 1\r\n!CLIENTS\r\n"_s + pilot + u"\r\n"_s)
+                .toUtf8();
+        m_now = m_now.addSecs(180);
+        m_session->Downloader().BtnDownload(0);
+    }
+    ASSERT_EQ(history.Kept.size(), 3u);
+    m_session->State().Selected = network::ClientRef{0, true, 1};
+    m_session->Scene().RecordHighlight();
+    const auto& highlight = m_gl.List(lists::kHighlight);
+    int strips = 0;
+    for (const auto& call : highlight)
+        strips +=
+            call.What == render::RecordingGl::Op::Begin && call.Number == int(render::Primitive::LineStrip);
+    EXPECT_EQ(strips, 2); // flown: through the three positions; ahead: dashed to the destination
+
+    const auto stat = [&] {
+        m_session->Companion().SetSink({});
+        const QString before = m_session->Companion().PaneText();
+        m_session->CompanionEnter(u"stat"_s);
+        return m_session->Companion().PaneText().mid(before.size());
+    };
+    m_session->KeyUp(keys::F(7), 0);
+    EXPECT_EQ(m_session->Display().StatusText, u"IVAO data of 1410Z (replay 2/3)");
+    m_session->KeyUp(keys::F(7), 0);
+    EXPECT_TRUE(stat().contains(u"IVAO data of 1400Z"_s));
+    EXPECT_FLOAT_EQ(m_session->Tables()[0].Pilots[1].Latitude, 50.0f);
+    m_session->KeyUp(keys::F(7), 0); // nothing earlier
+    EXPECT_EQ(m_session->Display().StatusText, u"No earlier data kept");
+    m_session->Downloader().AutoDownloadTimerTick(); // no automatic download replaces a replay
+    EXPECT_EQ(history.Kept.size(), 3u);
+    m_session->KeyUp(keys::F(9), 0);
+    EXPECT_TRUE(stat().contains(u"IVAO data of 1420Z"_s));
+    EXPECT_FALSE(m_session->Display().Replaying);
 }
 
 } // namespace

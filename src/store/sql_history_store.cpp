@@ -1,0 +1,232 @@
+#include "sql_history_store.h"
+
+#include <QFileInfo>
+#include <QHash>
+#include <QMutexLocker>
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QVariant>
+
+#include "history/snapshot_codec.h"
+#include "history_schema.h"
+#include "history_writer.h"
+
+using namespace Qt::StringLiterals;
+
+namespace sky::store {
+namespace {
+
+history::TrackPoint Point(const QSqlQuery& q, int first) {
+    return {q.value(first).toLongLong(), float(q.value(first + 1).toDouble() / 1e6),
+            float(q.value(first + 2).toDouble() / 1e6), q.value(first + 3).toFloat()};
+}
+
+} // namespace
+
+SqlHistoryStore::SqlHistoryStore(const QString& path, int keepHours, bool readOnly)
+    : m_path(path), m_connection(u"skylantra-history-%1"_s.arg(quintptr(this))), m_readOnly(readOnly) {
+    if (!OpenReader(readOnly) || readOnly)
+        return;
+    m_writer = new HistoryWriter(path, keepHours, [this](const QString& why) { SetProblem(why); });
+    m_writer->moveToThread(&m_thread);
+    QObject::connect(&m_thread, &QThread::finished, m_writer, &QObject::deleteLater);
+    m_thread.start();
+    QMetaObject::invokeMethod(
+        m_writer, [writer = m_writer] { writer->Open(); }, Qt::QueuedConnection);
+}
+
+SqlHistoryStore::~SqlHistoryStore() {
+    if (m_writer) {
+        Flush();
+        m_thread.quit();
+        m_thread.wait();
+    }
+    if (QSqlDatabase::contains(m_connection)) {
+        QSqlDatabase::database(m_connection).close();
+        QSqlDatabase::removeDatabase(m_connection);
+    }
+}
+
+bool SqlHistoryStore::OpenReader(bool readOnly) {
+    QSqlDatabase db = QSqlDatabase::addDatabase(u"QSQLITE"_s, m_connection);
+    db.setDatabaseName(m_path);
+    db.setConnectOptions(readOnly ? u"QSQLITE_OPEN_READONLY;QSQLITE_BUSY_TIMEOUT=2000"_s
+                                  : u"QSQLITE_BUSY_TIMEOUT=2000"_s);
+    if (readOnly && !QFileInfo(m_path).isFile()) {
+        SetProblem(u"there is no history at "_s + m_path);
+        return false;
+    }
+    if (!db.open()) {
+        SetProblem(u"the history at "_s + m_path + u" cannot be opened: "_s + db.lastError().text());
+        return false;
+    }
+    QSqlQuery q(db);
+    // A damaged file, or one that is no database, answers no version.
+    if (!q.exec(u"PRAGMA user_version"_s) || !q.next()) {
+        SetProblem(u"the history at "_s + m_path + u" is damaged: "_s + q.lastError().text());
+        return false;
+    }
+    const int version = q.value(0).toInt();
+    if (version > schema::kVersion) {
+        SetProblem(u"the history at "_s + m_path + u" comes from a newer Skylantra"_s);
+        return false;
+    }
+    if (readOnly)
+        return true;
+    // Each download adds a row to every flight's part of the positions, so a write touches a page a
+    // flight: small pages keep what a commit writes small. Only a new file takes the size.
+    q.exec(u"PRAGMA page_size=1024"_s);
+    if (!q.exec(u"PRAGMA journal_mode=WAL"_s)) {
+        SetProblem(u"the history at "_s + m_path + u" cannot be written: "_s + q.lastError().text());
+        return false;
+    }
+    for (const char* statement : schema::kTables) {
+        if (!q.exec(QString::fromLatin1(statement))) {
+            SetProblem(u"the history at "_s + m_path + u" cannot be written: "_s + q.lastError().text());
+            return false;
+        }
+    }
+    q.exec(u"PRAGMA user_version=%1"_s.arg(schema::kVersion));
+    return true;
+}
+
+void SqlHistoryStore::SetProblem(const QString& text) {
+    QMutexLocker lock(&m_mutex);
+    if (m_problem.isEmpty())
+        m_problem = text;
+}
+
+QString SqlHistoryStore::Problem() const {
+    QMutexLocker lock(&m_mutex);
+    return m_problem;
+}
+
+void SqlHistoryStore::Record(int network, const QString& text, const QDateTime& taken) {
+    if (!m_writer || !Problem().isEmpty())
+        return;
+    QMetaObject::invokeMethod(
+        m_writer, [writer = m_writer, network, text, taken] { writer->Write(network, text, taken); },
+        Qt::QueuedConnection);
+}
+
+void SqlHistoryStore::Flush() {
+    if (m_writer && m_thread.isRunning())
+        QMetaObject::invokeMethod(
+            m_writer, [] {}, Qt::BlockingQueuedConnection);
+}
+
+std::vector<history::TrackPoint> SqlHistoryStore::Track(int network, const QString& callsign,
+                                                        const QString& member) {
+    std::vector<history::TrackPoint> track;
+    if (!Problem().isEmpty() && !QSqlDatabase::contains(m_connection))
+        return track;
+    QSqlQuery q(QSqlDatabase::database(m_connection));
+    q.prepare(
+        u"SELECT s.taken, p.lat, p.lon, p.altitude FROM flights f JOIN positions p ON p.flight = f.id "
+        u"JOIN snapshots s ON s.id = p.snapshot WHERE f.network = ? AND f.callsign = ? AND f.member = ? "
+        u"ORDER BY p.snapshot"_s);
+    q.addBindValue(network);
+    q.addBindValue(callsign);
+    q.addBindValue(member);
+    if (q.exec())
+        while (q.next())
+            track.push_back(Point(q, 0));
+    return track;
+}
+
+std::vector<std::pair<QString, std::vector<history::TrackPoint>>> SqlHistoryStore::Tracks(int network,
+                                                                                          qint64 sinceUtc) {
+    std::vector<std::pair<QString, std::vector<history::TrackPoint>>> tracks;
+    QSqlQuery q(QSqlDatabase::database(m_connection));
+    q.prepare(u"SELECT f.callsign || ':' || f.member, s.taken, p.lat, p.lon, p.altitude FROM snapshots s "
+              u"JOIN positions p ON p.snapshot = s.id JOIN flights f ON f.id = p.flight "
+              u"WHERE s.network = ? AND s.taken >= ? ORDER BY p.flight, s.id"_s);
+    q.addBindValue(network);
+    q.addBindValue(sinceUtc);
+    if (!q.exec())
+        return tracks;
+    while (q.next()) {
+        const QString key = q.value(0).toString();
+        if (tracks.empty() || tracks.back().first != key)
+            tracks.emplace_back(key, std::vector<history::TrackPoint>());
+        tracks.back().second.push_back(Point(q, 1));
+    }
+    return tracks;
+}
+
+std::vector<history::StoredSnapshot> SqlHistoryStore::Snapshots(int network) {
+    std::vector<history::StoredSnapshot> snapshots;
+    QSqlQuery q(QSqlDatabase::database(m_connection));
+    q.prepare(u"SELECT id, stamp, taken FROM snapshots WHERE network = ? ORDER BY id"_s);
+    q.addBindValue(network);
+    if (q.exec())
+        while (q.next())
+            snapshots.push_back(
+                {q.value(0).toLongLong(), network, q.value(1).toString(), q.value(2).toLongLong()});
+    return snapshots;
+}
+
+QString SqlHistoryStore::SnapshotText(qint64 id) {
+    QSqlDatabase db = QSqlDatabase::database(m_connection);
+    QSqlQuery q(db);
+    q.prepare(u"SELECT network, frame FROM snapshots WHERE id = ?"_s);
+    q.addBindValue(id);
+    if (!q.exec() || !q.next())
+        return {};
+    const int network = q.value(0).toInt();
+    const QStringList frame = QString::fromUtf8(qUncompress(q.value(1).toByteArray())).split(u'\n');
+    // The pilots' positions in this snapshot, by flight; the flights are those the frame names.
+    QStringList flights;
+    for (const QString& line : frame)
+        if (!line.isEmpty() && line.front() == schema::kPilotMark)
+            flights.append(QString::number(line.section(u':', 1, 1).toLongLong()));
+    QHash<qint64, history::ClientPosition> positions;
+    if (!q.exec(u"SELECT flight, lat, lon, altitude, speed, heading FROM positions WHERE snapshot = "_s +
+                QString::number(id) + u" AND flight IN ("_s + flights.join(u',') + u')'))
+        return {};
+    while (q.next()) {
+        history::ClientPosition& p = positions[q.value(0).toLongLong()];
+        p.LatMicro = std::int32_t(q.value(1).toLongLong());
+        p.LonMicro = std::int32_t(q.value(2).toLongLong());
+        p.AltitudeFt = q.value(3).toInt();
+        p.SpeedKt = q.value(4).toInt();
+        p.Heading = q.value(5).toInt();
+    }
+    // The kept lines the frame names.
+    QStringList wanted;
+    for (const QString& line : frame)
+        if (!line.isEmpty() && (line.front() == schema::kStationMark || line.front() == schema::kPilotMark))
+            wanted.append(QString::number(line.mid(1).section(u':', 0, 0).toLongLong()));
+    QHash<qint64, QString> lines;
+    if (!wanted.isEmpty()) {
+        wanted.removeDuplicates();
+        if (!q.exec(u"SELECT id, text FROM lines WHERE id IN ("_s + wanted.join(u',') + u')'))
+            return {};
+        while (q.next())
+            lines.insert(q.value(0).toLongLong(), q.value(1).toString());
+    }
+    history::SplitSnapshot split;
+    for (const QString& line : frame) {
+        const bool station = !line.isEmpty() && line.front() == schema::kStationMark;
+        const bool pilot = !line.isEmpty() && line.front() == schema::kPilotMark;
+        if (!station && !pilot) {
+            split.Frame.append(line);
+            continue;
+        }
+        const qint64 lineId = line.mid(1).section(u':', 0, 0).toLongLong();
+        if (!lines.contains(lineId))
+            continue; // a damaged file: the client is left out
+        history::ClientPosition p;
+        p.Pilot = pilot;
+        if (pilot)
+            p = positions.value(line.section(u':', 1, 1).toLongLong());
+        p.Pilot = pilot;
+        split.Frame.append(history::kClientMark);
+        split.StaticLines.append(lines.value(lineId));
+        split.Positions.push_back(p);
+    }
+    return history::Join(network, split);
+}
+
+} // namespace sky::store
