@@ -1,5 +1,7 @@
 #include "map_window.h"
 
+#include "desktop_notifications.h"
+
 #include <cstdio>
 
 #include <GL/gl.h>
@@ -96,6 +98,17 @@ MapWindow::MapWindow(MapOptions options)
     PlaceFromSettings();
     auto* preferences = new QShortcut(QKeySequence(u"Ctrl+,"_s), this);
     connect(preferences, &QShortcut::activated, this, [this] { OpenPreferences(); });
+    m_notifications = new DesktopNotifications([this](int network, const QString& callsign) {
+        // A click on a notification: the window comes up and shows the client.
+        if (isMinimized())
+            showNormal();
+        raise();
+        activateWindow();
+        makeCurrent();
+        m_session->GoTo(network, callsign);
+        update();
+    });
+    m_notifications->setParent(this);
     m_search = new SearchField(
         *m_session,
         [this](const std::function<void()>& call) {
@@ -248,6 +261,11 @@ void MapWindow::ShowCompanion() {
         });
     }
     m_companion->ShowBeside(geometry());
+}
+
+void MapWindow::Notify(int network, const QString& callsign, const QString& text) {
+    if (m_notifications)
+        m_notifications->Show(network, callsign, text);
 }
 
 void MapWindow::OpenUrl(const QString& address) {

@@ -20,6 +20,8 @@
 
 namespace sky::ui {
 
+class DesktopNotifications;
+
 // How the map window starts.
 struct MapOptions {
     Folders Files; // the home folder and the shipped files
@@ -53,6 +55,7 @@ public:
     void EnableAutoDownload(bool enabled) override;
     void OpenUrl(const QString& address) override;
     void Report(const QString& text) override;
+    void Notify(int network, const QString& callsign, const QString& text) override;
 
 protected:
     void initializeGL() override;
@@ -87,9 +90,10 @@ private:
     net::QtHttpClient m_http;
     std::unique_ptr<history::HistoryStore> m_history; // before the session, which uses it
     std::unique_ptr<view::MapSession> m_session;
-    std::unique_ptr<CompanionWindow> m_companion; // made on first use
-    SearchField* m_search = nullptr;              // a child of the window
-    QTimer m_hoverTimer;                          // the pointer has rested: the card under it
+    std::unique_ptr<CompanionWindow> m_companion;    // made on first use
+    SearchField* m_search = nullptr;                 // a child of the window
+    DesktopNotifications* m_notifications = nullptr; // a child of the window
+    QTimer m_hoverTimer;                             // the pointer has rested: the card under it
     QPoint m_hoverAt;
     QTimer m_autoDownloadTimer;
     QTimer m_downloadTimer;

@@ -6,6 +6,7 @@
 #include <QGuiApplication>
 #include <QPixmap>
 #include <QScreen>
+#include <QStandardPaths>
 #include <QImage>
 #include <QProcess>
 #include <QTemporaryDir>

@@ -4,6 +4,7 @@
 
 #include <QDateTime>
 #include <QString>
+#include <QStringList>
 
 #include "network/client_records.h"
 
@@ -28,6 +29,11 @@ public:
     virtual void OpenProfile(int network, const QString& vid) = 0;
     // The map's download button for one network; returns when the download has ended.
     virtual void Download(int network) = 0;
+    // "watch", "watch PATTERN" or "unwatch PATTERN": the lines of the answer.
+    virtual QStringList Watch(const QString& line) {
+        (void)line;
+        return {};
+    }
 };
 
 // Everything a command reads or uses, handed over by the console for one command.

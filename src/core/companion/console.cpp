@@ -91,6 +91,11 @@ void CompanionConsole::ReadText(const QString& typed, CommandContext& c) {
             Dist(c, words[1].toUpper(), words[2].toUpper());
         return;
     }
+    if (word == u"watch" || word == u"unwatch") {
+        for (const QString& answer : c.Host.Watch(line))
+            AddText(answer);
+        return;
+    }
     // The rest answer from the traffic of one network.
     if (c.ShownNetwork == 2 || c.Shown().ConnectedClients == 0)
         return;

@@ -1,5 +1,7 @@
 #include "render/panel_drawing.h"
 
+#include <algorithm>
+
 #include <QString>
 
 #include "app/colour_theme.h"
@@ -66,7 +68,8 @@ struct Painter {
         Fill(r, kSlotWindowShading, 0.35f);
         Outline(r, kSlotScreenBorder);
         Colour(kSlotScreenBorder, 1.0f);
-        Text(r.X + 6, r.Y + 3, label);
+        // The label in the middle of the button's height (a row's button is lower than the others).
+        Text(r.X + 6, r.Y + std::max(0, (r.Height - PanelLayout::kLineHeight + 1) / 2), label);
     }
 };
 
@@ -110,6 +113,8 @@ void BuildInfoBox(GlApi& gl, const ColourTable& colours, const PanelLayout& layo
     p.Button(layout.CentreButton, u"Center"_s);
     p.Button(layout.ProfileButton, u"Profile"_s);
     p.Button(layout.FriendButton, content.IsFriend ? u"Unfriend"_s : u"Add friend"_s);
+    if (content.Watchable)
+        p.Button(layout.WatchButton, content.Watched ? u"Unwatch"_s : u"Watch"_s);
     gl.EndList();
 }
 
@@ -144,14 +149,20 @@ void BuildTablePanel(GlApi& gl, const ColourTable& colours, const PanelLayout& l
     for (size_t row = 0; row < content.Rows.size() && row < layout.Rows.size(); ++row) {
         const PixelRect& r = layout.Rows[row];
         const bool client = row < content.RowClients.size() && content.RowClients[row].Slot > 0;
-        p.Colour(!client ? kSlotScreenBorder : content.RowClients[row].Network == 1 ? kSlotVATSIM : kSlotIVAO, 1.0f);
+        p.Colour(!client                                ? kSlotScreenBorder
+                 : content.RowClients[row].Network == 1 ? kSlotVATSIM
+                                                        : kSlotIVAO,
+                 1.0f);
         const QStringList& cells = content.Rows[row];
         if (cells.size() == 1) { // a line of its own across the row
             p.Text(r.X + 4, r.Y, Fit(cells[0], r.Width - 8));
             continue;
         }
+        const bool go = content.GoButtons && client;
+        if (go)
+            p.Button(PanelLayout::GoButton(r), u"Go"_s);
         for (qsizetype cell = 0; cell < cells.size() && cell < 4; ++cell) {
-            const int next = cell + 1 < 4 ? columns[cell + 1] : r.Width;
+            const int next = cell + 1 < 4 ? columns[cell + 1] : r.Width - (go ? 32 : 0);
             if (cell == 1)
                 p.Colour(kSlotScreenBorder, 1.0f);
             p.Text(r.X + 4 + columns[cell], r.Y, Fit(cells[cell], next - columns[cell] - 6));

@@ -18,6 +18,7 @@ PanelLayout LayoutPanels(int width, int height) {
     l.CentreButton = {l.InfoBox.X + 10, buttonY, 80, kButtonHeight};
     l.ProfileButton = {l.InfoBox.X + 110, buttonY, 80, kButtonHeight};
     l.FriendButton = {l.InfoBox.X + 210, buttonY, 80, kButtonHeight};
+    l.WatchButton = {l.InfoBox.X + kInfoWidth - 72, l.InfoBox.Y + 1, 70, kButtonHeight};
     l.ListPanel = {10, 30, std::min(width - 20, 520), std::max(100, height - 60)};
     for (int tab = 0; tab < 4; ++tab)
         l.Tabs.push_back({l.ListPanel.X + 6 + tab * 110, l.ListPanel.Y + 4, 104, 16});
@@ -28,7 +29,8 @@ PanelLayout LayoutPanels(int width, int height) {
                              next - PanelLayout::kColumns[c], PanelLayout::kLineHeight});
     }
     const int rowsTop = headerTop + PanelLayout::kLineHeight + 2;
-    const int rows = std::max(1, (l.ListPanel.Height - 26 - PanelLayout::kLineHeight - 2 - 26) / PanelLayout::kLineHeight);
+    const int rows =
+        std::max(1, (l.ListPanel.Height - 26 - PanelLayout::kLineHeight - 2 - 26) / PanelLayout::kLineHeight);
     for (int row = 0; row < rows; ++row)
         l.Rows.push_back({l.ListPanel.X + 4, rowsTop + row * PanelLayout::kLineHeight, l.ListPanel.Width - 8,
                           PanelLayout::kLineHeight});

@@ -22,6 +22,7 @@ struct PixelRect {
 struct PanelLayout {
     PixelRect InfoBox;
     PixelRect CentreButton, ProfileButton, FriendButton;
+    PixelRect WatchButton; // in a station's title bar
     PixelRect ListPanel;
     std::vector<PixelRect> Tabs;    // friends, controllers, pilots, observers
     std::vector<PixelRect> Headers; // the column headers above the rows
@@ -29,6 +30,10 @@ struct PanelLayout {
     PixelRect PreviousPage, NextPage;
     static constexpr int kLineHeight = 13;
     static constexpr int kColumns[4] = {0, 86, 250, 360}; // where the columns of a row begin
+    // The Go button at the right end of a row of the friends page.
+    static PixelRect GoButton(const PixelRect& row) {
+        return {row.X + row.Width - 30, row.Y, 28, row.Height};
+    }
 };
 PanelLayout LayoutPanels(int width, int height);
 
@@ -42,6 +47,8 @@ struct InfoBoxContent {
     int DestinationLine = -1;
     QString DepartureAirport, DestinationAirport;
     bool IsFriend = false;
+    bool Watchable = false; // a station: its title bar has a watch button
+    bool Watched = false;
 };
 
 // One page of the list panel or the airport board: a title, column texts per row, the clients the rows
@@ -50,12 +57,13 @@ struct TableContent {
     QString Title;
     QStringList Tabs;
     int ActiveTab = -1;
-    QStringList Headers;   // the columns' names
-    int SortColumn = -1;   // the column the rows are sorted by, or -1 in table order
+    QStringList Headers; // the columns' names
+    int SortColumn = -1; // the column the rows are sorted by, or -1 in table order
     bool Descending = false;
-    std::vector<QStringList> Rows; // a row of one cell spans the whole width
+    std::vector<QStringList> Rows;              // a row of one cell spans the whole width
     std::vector<network::ClientRef> RowClients; // slot 0: a row that stands for no client
     QString PageText;
+    bool GoButtons = false; // each client's row ends in a Go button
 };
 
 } // namespace sky::render

@@ -36,12 +36,15 @@ void DownloadControl::BtnDownload(int network) {
     const std::vector<int> networks = network == 2 ? std::vector<int>{0, 1} : std::vector<int>{network};
     bool attempted = false;
     QString failure;
+    std::vector<int> interpreted;
     for (int n : networks) {
         network::DownloadContext context = Context();
         using network::DownloadOutcome;
         const DownloadOutcome outcome = network::DownloadNetwork(context, n);
         if (outcome != DownloadOutcome::Busy && outcome != DownloadOutcome::TooEarly)
             attempted = true;
+        if (outcome == DownloadOutcome::Interpreted)
+            interpreted.push_back(n);
         if (outcome == DownloadOutcome::Interpreted || outcome == DownloadOutcome::NoClients)
             display.SceneBuilt[n] = false;
         else if (outcome != DownloadOutcome::TooEarly && outcome != DownloadOutcome::Busy)
@@ -61,6 +64,9 @@ void DownloadControl::BtnDownload(int network) {
         m_autoCountdown = std::int16_t(m_state.Config.DownloadMinutes * 60);
     if (m_state.Config.AutoDownload)
         m_host.EnableAutoDownload(true);
+    if (OnShown)
+        for (int n : interpreted)
+            OnShown(n);
     m_scene.Redraw();
 }
 

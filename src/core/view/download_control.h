@@ -45,6 +45,8 @@ public:
 
     // Told of every snapshot the downloads interpret.
     std::function<void(int network, const QString& text)> OnInterpreted;
+    // Told when a downloaded network's new data shows, after the download's own status text.
+    std::function<void(int network)> OnShown;
 
 private:
     network::DownloadContext Context();

@@ -19,6 +19,11 @@ public:
     virtual void OpenUrl(const QString& address) = 0;
     // A problem the map runs on with (a file it could not write), said to the user.
     virtual void Report(const QString& text) { (void)text; }
+    // A friend or a watched station came or went: told on the desktop, where the desktop can; a click
+    // on it comes back as MapSession::GoTo(network, callsign).
+    virtual void Notify(int network, const QString& callsign, const QString& text) {
+        (void)network, (void)callsign, (void)text;
+    }
 };
 
 } // namespace sky::view

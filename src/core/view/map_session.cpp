@@ -28,9 +28,22 @@ MapSession::MapSession(Folders files, Settings settings, Friends friends, render
       m_panelControl(m_state, m_scene, gl,
                      {[this](int network, const QString& vid) { OpenProfile(network, vid); },
                       [this] { SaveFriends(); }, [this](const QString& icao) { return Metar(icao); },
-                      [this](const network::ClientRef& c) { return m_history.Paths(c).RoutePoints; }}),
+                      [this](const network::ClientRef& c) { return m_history.Paths(c).RoutePoints; },
+                      [this](const QString& callsign) {
+                          return m_alerts.Watches().Patterns().contains(
+                              alerts::WatchList::Normalised(callsign));
+                      },
+                      [this](const QString& callsign) {
+                          QString problem;
+                          m_scene.SetStatus(m_alerts.ToggleWatch(callsign, problem));
+                          if (!problem.isEmpty())
+                              m_host.Report(problem);
+                      },
+                      [this](const network::ClientRef& c) { GoTo(c); }}),
       m_pointer(m_state, m_scene, m_panelControl, gl),
-      m_history(m_state, m_scene, history, m_state.NavaidList) {
+      m_history(m_state, m_scene, history, m_state.NavaidList),
+      m_alerts(m_state, [this](const alerts::OnlineChange& change) { Tell(change); }) {
+    m_download.OnShown = [this](int network) { m_alerts.Downloaded(network); };
     m_scene.SetPathSource([this](const network::ClientRef& client) { return m_history.Paths(client); });
     m_download.OnInterpreted = [this](int network, const QString& text) {
         m_history.Interpreted(network, text, m_download.Now());
@@ -78,6 +91,9 @@ QString MapSession::StartUp() {
     m_state.Downloads.DownloadIdle = true;
     if (const QString problem = m_history.TakeProblem(); !problem.isEmpty())
         m_host.Report(u"Skylantra keeps no history: "_s + problem);
+    // Automatic download runs from the start, so alerts come without a first download by hand.
+    if (m_state.Config.AutoDownload)
+        m_host.EnableAutoDownload(true);
     return geography.MissingFile;
 }
 
@@ -129,6 +145,7 @@ void MapSession::ApplyPreferences(const Settings& changed) {
 }
 
 void MapSession::SaveFriends() {
+    m_alerts.ListsChanged();
     // Kept as soon as they change, so a friend added is not lost when the program ends another way.
     const WriteResult saved = m_state.FriendList.Save(FriendsPath(m_state.Home));
     if (!saved.Ok)
@@ -168,6 +185,61 @@ void MapSession::ChooseSearchResult(const search::SearchResult& result) {
         m_scene.CentreOn(result.Latitude, result.Longitude, result.Code, kFirZoom);
         break;
     }
+}
+
+bool MapSession::GoTo(int network, const QString& callsign) {
+    if (network != 0 && network != 1)
+        return false;
+    const network::NetworkData& data = m_state.AllTables()[network];
+    for (int slot = 1; slot <= data.PilotCount; ++slot) {
+        if (data.Pilots[size_t(slot)].Callsign.compare(callsign, Qt::CaseInsensitive) == 0) {
+            GoTo({network, true, slot});
+            return true;
+        }
+    }
+    for (int slot = 1; slot <= data.ControllerCount; ++slot) {
+        if (data.Controllers[size_t(slot)].Callsign.compare(callsign, Qt::CaseInsensitive) == 0) {
+            GoTo({network, false, slot});
+            return true;
+        }
+    }
+    return false;
+}
+
+void MapSession::GoTo(const network::ClientRef& client) {
+    if (m_state.Display.ShownNetwork != client.Network && m_state.Display.ShownNetwork != 2) {
+        m_state.Display.ShownNetwork = client.Network;
+        m_scene.RebuildScene(client.Network);
+    }
+    const network::NetworkData& data = m_state.AllTables()[client.Network];
+    m_state.Display.PanelMode = 0; // the list closes, so the map shows where it went
+    m_panelControl.Sync();
+    if (client.IsPilot) {
+        const network::PilotRecord& p = data.Pilots[size_t(client.Slot)];
+        m_scene.CentreOn(p.Latitude, p.Longitude, p.Callsign);
+    } else {
+        const network::ControllerRecord& c = data.Controllers[size_t(client.Slot)];
+        m_scene.CentreOn(c.DisplayLatitude, c.DisplayLongitude, c.Callsign);
+    }
+    m_state.Selected = client;
+    m_scene.RecordHighlight();
+    m_panelControl.OpenInfoBox(client);
+    m_scene.Redraw();
+}
+
+void MapSession::Tell(const alerts::OnlineChange& change) {
+    const QString text = change.Text();
+    m_companion.AddText(text);
+    m_scene.SetStatus(text);
+    m_host.Notify(change.Network, change.Client.Callsign, text);
+}
+
+QStringList MapSession::Watch(const QString& line) {
+    QString problem;
+    const QStringList answer = m_alerts.WatchCommand(line, problem);
+    if (!problem.isEmpty())
+        m_host.Report(problem);
+    return answer;
 }
 
 QString MapSession::Metar(const QString& icao) {

@@ -5,6 +5,7 @@
 #include "companion/command_context.h"
 #include "companion/console.h"
 #include "search/search_index.h"
+#include "view/alert_control.h"
 #include "view/download_control.h"
 #include "view/history_control.h"
 #include "view/keyboard.h"
@@ -49,6 +50,10 @@ public:
     // on a FIR.
     std::vector<search::SearchResult> Search(const QString& text);
     void ChooseSearchResult(const search::SearchResult& result);
+    // Selects the client of network with this callsign, centres on it and opens its info box (showing
+    // that network when another one is shown); false when it is not online.
+    bool GoTo(int network, const QString& callsign);
+    void GoTo(const network::ClientRef& client);
 
     // The parts.
     SceneControl& Scene() { return m_scene; }
@@ -56,6 +61,7 @@ public:
     PanelControl& PanelController() { return m_panelControl; }
     PointerControl& Pointer() { return m_pointer; }
     HistoryControl& History() { return m_history; }
+    AlertControl& Alerts() { return m_alerts; }
     companion::CompanionConsole& Companion() { return m_companion; }
 
     // The state, read by the window and the tests.
@@ -76,6 +82,7 @@ private:
     // MapCommands: what the keys ask of the map.
     void ShowCompanion() override;
     void Download(int network) override { m_download.BtnDownload(network); }
+    QStringList Watch(const QString& line) override;
     void OpenListPanel() override { m_panelControl.OpenList(); }
     void RebuildScene(int network) override { m_scene.RebuildScene(network); }
     void DeleteHighlight() override { m_scene.DeleteHighlight(); }
@@ -91,6 +98,7 @@ private:
 
     KeyContext Keys();
     void SaveFriends();
+    void Tell(const alerts::OnlineChange& change);
     QString Metar(const QString& icao); // from the weather server, while no other fetch runs; or empty
 
     MapState m_state;
@@ -102,6 +110,7 @@ private:
     PanelControl m_panelControl;
     PointerControl m_pointer;
     HistoryControl m_history;
+    AlertControl m_alerts;
     companion::CompanionConsole m_companion;
     search::SearchIndex m_search;
     QString m_searchData; // what the search's clients were taken from

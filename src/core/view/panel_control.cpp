@@ -111,6 +111,10 @@ void PanelControl::Rebuild() {
                                   : ControllerInfo(c.Network, data, c.Slot, m_state.FriendList);
         if (c.IsPilot && m_actions.RoutePoints && !data.Pilots[size_t(c.Slot)].DestAirport.isEmpty())
             info.Lines.append(u"Route points found: "_s + QString::number(m_actions.RoutePoints(c)));
+        if (!c.IsPilot && m_actions.IsWatched) {
+            info.Watchable = true;
+            info.Watched = m_actions.IsWatched(data.Controllers[size_t(c.Slot)].Callsign);
+        }
         render::BuildInfoBox(m_gl, m_state.Colours, layout, w, h, info);
     }
 }
@@ -155,6 +159,13 @@ void PanelControl::ClientClick(const PanelHit& hit) {
     case PanelHitKind::Friend:
         ToggleInfoClientFriend();
         break;
+    case PanelHitKind::Watch:
+        if (!c.IsPilot && m_actions.ToggleWatch) {
+            m_actions.ToggleWatch(data.Controllers[size_t(c.Slot)].Callsign);
+            Rebuild();
+            m_scene.Redraw();
+        }
+        break;
     case PanelHitKind::InfoLine:
         if (c.IsPilot) {
             const InfoBoxContent info =
@@ -181,6 +192,7 @@ bool PanelControl::Click(int x, int y) {
     case PanelHitKind::Centre:
     case PanelHitKind::Profile:
     case PanelHitKind::Friend:
+    case PanelHitKind::Watch:
     case PanelHitKind::InfoLine:
         ClientClick(hit);
         break;
@@ -211,6 +223,13 @@ bool PanelControl::Click(int x, int y) {
             m_scene.RecordHighlight();
             OpenInfoBox(row);
         }
+        break;
+    }
+    case PanelHitKind::Go: {
+        const TableContent table = Table(int(layout.Rows.size()), p.PageIndex);
+        if (hit.Index < int(table.RowClients.size()) && table.RowClients[size_t(hit.Index)].Slot > 0 &&
+            m_actions.Go)
+            m_actions.Go(table.RowClients[size_t(hit.Index)]);
         break;
     }
     default:

@@ -27,6 +27,9 @@ public:
         std::function<void()> FriendsChanged;                             // keeps the friends list
         std::function<QString(const QString& icao)> Weather;              // an airport's METAR, or empty
         std::function<int(const ClientRef&)> RoutePoints;                 // places of a pilot's route found
+        std::function<bool(const QString& callsign)> IsWatched;           // a station's watch button
+        std::function<void(const QString& callsign)> ToggleWatch;
+        std::function<void(const ClientRef&)> Go; // select and centre on a client
     };
     PanelControl(MapState& state, SceneControl& scene, render::GlApi& gl, Actions actions);
 

@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include <QSet>
+
 #include "app/friends.h"
 #include "common/numbers.h"
 #include "geo/geodesy.h"
@@ -77,6 +79,8 @@ PanelHit HitTestPanels(const PanelLayout& l, const PanelState& p, int x, int y) 
             return {PanelHitKind::Profile};
         if (l.FriendButton.Contains(x, y))
             return {PanelHitKind::Friend};
+        if (!p.InfoClient->IsPilot && l.WatchButton.Contains(x, y))
+            return {PanelHitKind::Watch};
         const int line = (y - l.InfoBox.Y - 24) / PanelLayout::kLineHeight;
         if (y >= l.InfoBox.Y + 24)
             return {PanelHitKind::InfoLine, line};
@@ -98,8 +102,11 @@ PanelHit HitTestPanels(const PanelLayout& l, const PanelState& p, int x, int y) 
         if (l.NextPage.Contains(x, y))
             return {PanelHitKind::NextPage};
         for (size_t row = 0; row < l.Rows.size(); ++row) {
-            if (l.Rows[row].Contains(x, y))
-                return {PanelHitKind::Row, int(row)};
+            if (!l.Rows[row].Contains(x, y))
+                continue;
+            const bool go = p.ListOpen && p.Page == ListPage::Friends &&
+                            PanelLayout::GoButton(l.Rows[row]).Contains(x, y);
+            return {go ? PanelHitKind::Go : PanelHitKind::Row, int(row)};
         }
         return {PanelHitKind::ListPanel};
     }
@@ -262,8 +269,8 @@ void SortRows(std::vector<QStringList>& rows, std::vector<ClientRef>& clients, c
 namespace {
 
 // A page of rows out of all of them, and its "Page 2/7".
-void Paginate(TableContent& table, const std::vector<QStringList>& rows, const std::vector<ClientRef>& clients,
-              int pageIndex, int rowsPerPage) {
+void Paginate(TableContent& table, const std::vector<QStringList>& rows,
+              const std::vector<ClientRef>& clients, int pageIndex, int rowsPerPage) {
     const int pages = PageCount(rows.size(), rowsPerPage);
     pageIndex = std::clamp(pageIndex, 0, pages - 1);
     table.PageText = u"Page %1/%2"_s.arg(pageIndex + 1).arg(pages);
@@ -288,7 +295,8 @@ QStringList ClientRow(int network, const NetworkData& data, const ClientRef& ref
 } // namespace
 
 TableContent ListPageContent(int network, const NetworkData& data, ListPage page, int pageIndex,
-                             int rowsPerPage, const Friends& friends, const SortOrder& sort, const QString& filter) {
+                             int rowsPerPage, const Friends& friends, const SortOrder& sort,
+                             const QString& filter) {
     TableContent table;
     table.Title = network::NetworkName(network);
     const ListPage pages[] = {ListPage::Friends, ListPage::Controllers, ListPage::Pilots,
@@ -317,6 +325,23 @@ TableContent ListPageContent(int network, const NetworkData& data, ListPage page
         clients.push_back(ref);
     }
     SortRows(rows, clients, sort);
+    if (page == ListPage::Friends) {
+        // Who is online comes first, each a click from the map; then the friends who are not.
+        table.GoButtons = true;
+        QSet<QString> online;
+        for (const ClientRef& ref : clients)
+            online.insert(
+                (ref.IsPilot ? data.Pilots[size_t(ref.Slot)].VID : data.Controllers[size_t(ref.Slot)].VID)
+                    .toCaseFolded());
+        for (const QString& member : friends.Entries()) {
+            QStringList row{QString(), u"Member "_s + member, QString(), u"Offline"_s};
+            if (online.contains(member.toCaseFolded()) ||
+                (!wanted.isEmpty() && !search::Fold(row.join(u' ')).contains(wanted)))
+                continue;
+            rows.push_back(std::move(row));
+            clients.push_back({network, true, 0});
+        }
+    }
     Paginate(table, rows, clients, pageIndex, rowsPerPage);
     return table;
 }
@@ -363,7 +388,8 @@ TableContent AirportBoardContent(int network, const NetworkData& data, const QSt
     }
     for (int slot = 1; slot <= data.ControllerCount; ++slot) {
         const ControllerRecord& c = data.Controllers[size_t(slot)];
-        if (c.FacilityType >= network::kFacilityAtis && c.Station.compare(airport, Qt::CaseInsensitive) == 0) {
+        if (c.FacilityType >= network::kFacilityAtis &&
+            c.Station.compare(airport, Qt::CaseInsensitive) == 0) {
             top.push_back({c.Callsign, c.Frequency, FacilityName(c.FacilityType), c.RealName});
             topClients.push_back({network, false, slot});
         }

@@ -39,9 +39,9 @@ struct PanelState {
     ListPage Page = ListPage::Pilots;
     int PageIndex = 0;
     QString BoardAirport;
-    std::array<SortOrder, 5> Sorts;  // each list page's order and the board's, kept while the program runs
-    QString Filter;                  // the search field's text: only rows that hold it show
-    QString BoardWeather;            // the board airport's METAR, when it could be fetched
+    std::array<SortOrder, 5> Sorts; // each list page's order and the board's, kept while the program runs
+    QString Filter;                 // the search field's text: only rows that hold it show
+    QString BoardWeather;           // the board airport's METAR, when it could be fetched
 };
 unsigned char PanelModeOf(const PanelState& panels);
 
@@ -57,6 +57,8 @@ enum class PanelHitKind {
     Centre,
     Profile,
     Friend,
+    Watch,
+    Go,
     InfoLine,
     ListPanel,
     Tab,

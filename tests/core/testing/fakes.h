@@ -33,7 +33,11 @@ public:
     void ShowNetworkMessage(const QString& text) override { Messages.append(text); }
     void EnableAutoDownload(bool enabled) override { AutoDownload = enabled; }
     void OpenUrl(const QString& address) override { Opened.append(address); }
+    void Notify(int network, const QString& callsign, const QString& text) override {
+        Notified.append(QString::number(network) + u'|' + callsign + u'|' + text);
+    }
     QStringList Opened;
+    QStringList Notified; // "network|callsign|text"
     QStringList Messages;
     int Redraws = 0;
     bool AutoDownload = false;

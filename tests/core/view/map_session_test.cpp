@@ -314,3 +314,85 @@ TEST_F(Session, TheHistoryKeepsEachDownloadTrailsTheSelectionAndReplaysIt) {
 
 } // namespace
 } // namespace sky::view
+
+namespace sky::view {
+namespace {
+
+// Two downloads of a feed; a friend and a watched tower come online in the second.
+TEST_F(Session, AFriendOrAWatchedStationComingOnlineIsToldEveryWayAndIsOneClickAway) {
+    Write(u"data/watch.dat"_s, "EDDF_*\n");
+    m_session = std::make_unique<MapSession>(Folders::OneFolder(m_home.path()), Settings{},
+                                             Friends::Parse(u"111111\n333333\n"_s), m_gl, m_host, m_server);
+    m_session->Downloader().Now = [this] { return m_now; };
+    m_session->Downloads().Networks[0].StatusFileAddress = u"http://demo.example/feed/status.txt"_s;
+    m_server.Answers[u"http://demo.example/feed/status.txt"_s] = "url0=whazzup.txt\n\n\n\n\n";
+    const auto feed = [&](const QString& stamp, const QStringList& clients) {
+        m_server.Answers[u"http://demo.example/feed/whazzup.txt"_s] =
+            (u"!GENERAL\r\nRELOAD = 1\r\nUPDATE = "_s + stamp +
+             u"\r\nCONNECTED CLIENTS = 1\r\n!CLIENTS\r\n"_s + clients.join(u"\r\n"_s) + u"\r\n"_s)
+                .toUtf8();
+        m_now = m_now.addSecs(180);
+        m_session->Downloader().BtnDownload(0);
+    };
+    const QString stranger =
+        network::testing::PilotLine(0, {{0, u"AFR1"_s}, {1, u"999999"_s}, {5, u"48"_s}, {6, u"2"_s}});
+    ASSERT_TRUE(m_session->StartUp().isEmpty());
+    feed(u"20261121140000"_s, {stranger});
+    EXPECT_TRUE(m_host.Notified.isEmpty()); // the first download of a run tells nothing
+    feed(u"20261121140300"_s,
+         {stranger,
+          network::testing::PilotLine(
+              0, {{0, u"DLH1"_s}, {1, u"111111"_s}, {2, u"Anna Berg"_s}, {5, u"50"_s}, {6, u"8"_s}}),
+          network::testing::AtcLine(
+              0, {{0, u"EDDF_TWR"_s}, {1, u"999998"_s}, {5, u"50.03"_s}, {6, u"8.57"_s}})});
+    EXPECT_EQ(m_host.Notified, (QStringList{u"0|DLH1|Friend Anna Berg (DLH1) is online on IVAO"_s,
+                                            u"0|EDDF_TWR|EDDF_TWR opened on IVAO"_s}));
+    EXPECT_TRUE(m_session->Companion().PaneText().contains(u"Friend Anna Berg (DLH1) is online on IVAO"_s));
+    EXPECT_EQ(m_session->Display().StatusText, u"EDDF_TWR opened on IVAO");
+
+    // The friends page: the friend online first with a Go button, then the one who is not.
+    const TableContent friends =
+        ListPageContent(0, m_session->Tables()[0], ListPage::Friends, 0, 20, m_session->FriendList());
+    ASSERT_EQ(friends.Rows.size(), 2u);
+    EXPECT_EQ(friends.Rows[0][0], u"DLH1");
+    EXPECT_EQ(friends.Rows[1], (QStringList{QString(), u"Member 333333"_s, QString(), u"Offline"_s}));
+    EXPECT_TRUE(friends.GoButtons);
+    EXPECT_EQ(friends.RowClients[1].Slot, 0);
+    // A click on a notification (or Go) selects the friend, centres on them and opens their box.
+    ASSERT_TRUE(m_session->GoTo(0, u"dlh1"_s));
+    ASSERT_TRUE(m_session->Selected().has_value());
+    EXPECT_EQ(m_session->Tables()[0].Pilots[size_t(m_session->Selected()->Slot)].Callsign, u"DLH1");
+    EXPECT_TRUE(m_session->Panels().InfoClient.has_value());
+    EXPECT_FALSE(m_session->GoTo(0, u"KLM9"_s));
+
+    // The Companion edits the watch list, which is kept at once.
+    const auto answer = [&](const QString& line) {
+        const QString before = m_session->Companion().PaneText();
+        m_session->CompanionEnter(line);
+        return m_session->Companion().PaneText().mid(before.size()).trimmed();
+    };
+    EXPECT_EQ(answer(u"watch *_CTR"_s), u"> watch *_CTR\r\nWatching *_CTR");
+    EXPECT_EQ(answer(u"unwatch eddf_*"_s), u"> unwatch eddf_*\r\nNo longer watching EDDF_*");
+    EXPECT_EQ(answer(u"watch"_s), u"> watch\r\nWatched: *_CTR");
+    EXPECT_EQ(answer(u"watch a:b"_s), u"> watch a:b\r\nNot a callsign pattern: a:b");
+    EXPECT_EQ(ReadWholeFile(m_home.filePath(u"data/watch.dat"_s)), QByteArray("*_CTR\n"));
+    // The tower's leaving is no news now that it is not watched; the friend's is.
+    feed(u"20261121140600"_s, {stranger});
+    EXPECT_EQ(m_host.Notified.size(), 3);
+    EXPECT_EQ(m_host.Notified.back(), u"0|DLH1|Friend Anna Berg (DLH1) went offline on IVAO");
+}
+
+TEST_F(Session, AutomaticDownloadRunsFromStartUp) {
+    Settings settings;
+    settings.AutoDownload = true;
+    m_session = std::make_unique<MapSession>(Folders::OneFolder(m_home.path()), settings, Friends{}, m_gl,
+                                             m_host, m_server);
+    m_session->Downloads().Networks[0].StatusFileAddress = u"http://demo.example/ivao/status.txt"_s;
+    ASSERT_TRUE(m_session->StartUp().isEmpty());
+    EXPECT_TRUE(m_host.AutoDownload);
+    m_session->Downloader().AutoDownloadTimerTick();
+    EXPECT_GT(m_session->Tables()[0].ConnectedClients, 0);
+}
+
+} // namespace
+} // namespace sky::view

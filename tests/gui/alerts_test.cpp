@@ -1,0 +1,47 @@
+#include "gui_fixture.h"
+
+#include "network/whazzup_lines.h"
+
+using namespace Qt::StringLiterals;
+
+// Alerts on a real desktop session bus: a stand-in notification service records what the program
+// sends and clicks it.
+namespace {
+
+using namespace sky::gui;
+
+TEST_F(Gui, AFriendInTheSecondFeedIsNotifiedOnTheDesktopAndAClickShowsThem) {
+    if (QStandardPaths::findExecutable(u"dbus-run-session"_s).isEmpty())
+        GTEST_SKIP() << "no dbus-run-session";
+    Write(u"data/friends.dat"_s, "111111\n");
+    const QString stranger =
+        sky::network::testing::PilotLine(0, {{0, u"AFR1"_s}, {1, u"999999"_s}, {5, u"48"_s}, {6, u"2"_s}});
+    const QString friendLine = sky::network::testing::PilotLine(
+        0, {{0, u"DLH1"_s}, {1, u"111111"_s}, {2, u"Anna Berg"_s}, {5, u"50"_s}, {6, u"8"_s}});
+    const QStringList feed = LocalFeed({stranger}, u"20261121140000"_s, 0);
+    const QString record = m_home.filePath(u"notifications.txt"_s);
+
+    QProcess session;
+    session.setProcessChannelMode(QProcess::ForwardedChannels);
+    session.start(u"dbus-run-session"_s,
+                  QStringList{u"--"_s, kBuild + u"/tests/notification_stand_in"_s, record, u"--click"_s,
+                              u"--"_s, kBuild + u"/skylantra"_s, u"--home"_s, m_home.path()} +
+                      feed);
+    const QString window = FindWindow(u"^Skylantra$"_s);
+    ASSERT_FALSE(window.isEmpty());
+    QThread::msleep(1500);
+    LocalFeed({stranger, friendLine}, u"20261121140300"_s, 0);
+    Keys(window, {u"i"_s});
+    QThread::msleep(2000);
+
+    QFile file(record);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << "nothing was sent to the notification service";
+    EXPECT_EQ(
+        QString::fromUtf8(file.readAll()),
+        u"Friend Anna Berg (DLH1) is online on IVAO|Click to show on the map|default,Show on the map\n"_s);
+    // The click came back: the friend's info box is open.
+    EXPECT_GT(CountNear(Grab(window), qRgb(0, 0, 0), 2, QRect(492, 62, 296, 300)), 50000) << "no info box";
+    ASSERT_TRUE(CloseAndWait(session, window));
+}
+
+} // namespace
