@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Sets up like run.sh, then runs every test: the whole suite of the normal build, a short run of the
-# benchmarks, and the core tests once more under AddressSanitizer and UndefinedBehaviorSanitizer.
+# benchmarks, each fuzz target for 20 seconds (SKYLANTRA_FUZZ_SECONDS), and the core tests once more
+# under AddressSanitizer and UndefinedBehaviorSanitizer.
 set -euo pipefail
 root="$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)"
 cd "$root"
@@ -23,6 +24,10 @@ xvfb-run -a -s "-screen 0 1280x1024x24" ./build/bench/map_bench --benchmark_min_
     || fail "the map benchmarks did not run"
 ./build/bench/store_bench --benchmark_filter='hours:2/|Split' --benchmark_min_time=0.01 >/dev/null \
     || fail "the history benchmarks did not run"
+./build/bench/soak_bench --benchmark_filter='downloads:100/' >/dev/null || fail "the soak benchmark did not run"
+
+echo "== Fuzzing (libFuzzer, each target for a short while)"
+"$root/scripts/fuzz.sh" "${SKYLANTRA_FUZZ_SECONDS:-20}" || fail "a fuzz target found a fault (see above)"
 
 echo "== Tests (core, AddressSanitizer + UndefinedBehaviorSanitizer)"
 if [ ! -f build-sanitize/build.ninja ]; then

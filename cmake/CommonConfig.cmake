@@ -15,7 +15,12 @@ target_compile_definitions(skylantra_common_cfg INTERFACE
     QT_NO_KEYWORDS
     SKYLANTRA_VERSION="${PROJECT_VERSION}")
 
-if(SKYLANTRA_SANITIZE)
+if(SKYLANTRA_FUZZ)
+    set(_sanitize -fsanitize=fuzzer-no-link,address,undefined,float-cast-overflow,float-divide-by-zero
+        -fno-sanitize-recover=all -fno-omit-frame-pointer -g)
+    target_compile_options(skylantra_common_cfg INTERFACE ${_sanitize})
+    target_link_options(skylantra_common_cfg INTERFACE -fsanitize=address,undefined)
+elseif(SKYLANTRA_SANITIZE)
     set(_sanitize -fsanitize=address,undefined,float-cast-overflow,float-divide-by-zero
         -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_compile_options(skylantra_common_cfg INTERFACE ${_sanitize})

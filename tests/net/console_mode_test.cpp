@@ -38,8 +38,8 @@ TEST(ConsoleMode, AnswersFromTheDemoFeedAndTheWeatherServer) {
     QProcess console;
     console.start(kBuild + u"/skylantra"_s,
                   {u"--home"_s, home.path(), u"--console"_s, u"--ivao-status"_s,
-                   QUrl::fromLocalFile(home.filePath(u"data/demo/ivao/status.txt"_s)).toString(), u"--download"_s,
-                   u"ivao"_s});
+                   QUrl::fromLocalFile(home.filePath(u"data/demo/ivao/status.txt"_s)).toString(),
+                   u"--download"_s, u"ivao"_s});
     ASSERT_TRUE(console.waitForStarted(10000));
     console.write("stat\nfp SAS4045\nsups\nfind müller\nmetar EDDF\nmetar KJFK\nhello\nvis SAS4045\n"
                   "members DE\nact EDDF\ntraffic EDDF\ninfo SAS4045\natis LFPO_ATIS\ndist EDDF KJFK\n");
@@ -123,12 +123,13 @@ TEST(ConsoleMode, ReadsTheJsonAddressOfTheSettingsAndSaysWhyThereIsNoData) {
     const auto run = [&](const QString& json) {
         QFile ini(home.filePath(u"skln.ini"_s));
         EXPECT_TRUE(ini.open(QIODevice::WriteOnly));
-        ini.write(QString(u"[Network]\nVATSIMJsonURL="_s + json + u"\nVATSIMStatusURL="_s + server.Url(u"no-status.txt"_s) +
-                          u"\n"_s)
+        ini.write(QString(u"[Network]\nVATSIMJsonURL="_s + json + u"\nVATSIMStatusURL="_s +
+                          server.Url(u"no-status.txt"_s) + u"\n"_s)
                       .toUtf8());
         ini.close();
         QProcess console;
-        console.start(kBuild + u"/skylantra"_s, {u"--home"_s, home.path(), u"--console"_s, u"--download"_s, u"vatsim"_s});
+        console.start(kBuild + u"/skylantra"_s,
+                      {u"--home"_s, home.path(), u"--console"_s, u"--download"_s, u"vatsim"_s});
         console.waitForStarted(10000);
         console.write("stat\n");
         console.closeWriteChannel();
@@ -138,7 +139,8 @@ TEST(ConsoleMode, ReadsTheJsonAddressOfTheSettingsAndSaysWhyThereIsNoData) {
     };
     const auto [answer, progress] = run(server.Url(u"vatsim-data.json"_s));
     EXPECT_TRUE(answer.contains(u"> stat\nVATSIM data of 1423Z - 1700 clients"_s)) << answer.toStdString();
-    EXPECT_TRUE(progress.contains(u"VATSIM data interpreted"_s) || progress.contains(u"VATSIM data of 1423Z displayed"_s))
+    EXPECT_TRUE(progress.contains(u"VATSIM data interpreted"_s) ||
+                progress.contains(u"VATSIM data of 1423Z displayed"_s))
         << progress.toStdString();
     const auto [silence, failure] = run(u"http://127.0.0.1:1/vatsim-data.json"_s);
     EXPECT_FALSE(silence.contains(u"> stat"_s)); // no data: a data command answers nothing

@@ -107,7 +107,8 @@ TEST_F(DownloadAgainstLocalServer, ReportsAMissingFileAndAGzipCutInHalf) {
 // Without a choice of its own the download picks a server at random: over ten downloads the listed
 // servers take turns, a dead one among them failing only its own turns.
 TEST_F(DownloadAgainstLocalServer, PicksAServerAtRandom) {
-    m_server.Serve(u"status.txt"_s, "url0=http://127.0.0.1:1/whazzup.txt\nurl0=a.txt\nurl0=b.txt\nurl0=c.txt\n\n");
+    m_server.Serve(u"status.txt"_s,
+                   "url0=http://127.0.0.1:1/whazzup.txt\nurl0=a.txt\nurl0=b.txt\nurl0=c.txt\n\n");
     for (const QString& name : {u"a.txt"_s, u"b.txt"_s, u"c.txt"_s})
         m_server.Serve(name, Whazzup(name.first(1).toUpper().toUtf8()));
     QSet<QString> served;

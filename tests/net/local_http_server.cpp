@@ -9,9 +9,17 @@ using namespace Qt::StringLiterals;
 namespace sky::testing {
 
 LocalHttpServer::LocalHttpServer() {
+    Start(
+        {u"-m"_s, u"http.server"_s, u"0"_s, u"--bind"_s, u"127.0.0.1"_s, u"--directory"_s, m_folder.path()});
+}
+
+LocalHttpServer::LocalHttpServer(const QStringList& script) {
+    Start(script);
+}
+
+void LocalHttpServer::Start(const QStringList& arguments) {
     m_process.setProcessChannelMode(QProcess::MergedChannels);
-    m_process.start(u"python3"_s, {u"-u"_s, u"-m"_s, u"http.server"_s, u"0"_s, u"--bind"_s, u"127.0.0.1"_s,
-                                   u"--directory"_s, m_folder.path()});
+    m_process.start(u"python3"_s, QStringList{u"-u"_s} + arguments);
     if (!m_process.waitForStarted(10000))
         return;
     // The server names its port in its first line: "Serving HTTP on 127.0.0.1 port 40123 ...".

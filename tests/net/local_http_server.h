@@ -12,6 +12,9 @@ namespace sky::testing {
 class LocalHttpServer {
 public:
     LocalHttpServer();
+    // Another server program of Python's that prints "port N" when it listens: a script and its
+    // arguments.
+    explicit LocalHttpServer(const QStringList& script);
     ~LocalHttpServer();
     LocalHttpServer(const LocalHttpServer&) = delete;
     LocalHttpServer& operator=(const LocalHttpServer&) = delete;
@@ -22,22 +25,14 @@ public:
     QString Url(const QString& name) const;
     const QTemporaryDir& Folder() const { return m_folder; }
 
+    int Port() const { return m_port; }
+
 private:
+    void Start(const QStringList& arguments);
+
     QTemporaryDir m_folder;
     QProcess m_process;
     int m_port = 0;
-};
-
-// A server that accepts connections and never answers, for time-outs.
-class SilentServer {
-public:
-    SilentServer() { m_server.listen(QHostAddress::LocalHost, 0); }
-    QString Url() const {
-        return QStringLiteral("http://127.0.0.1:%1/whazzup.txt").arg(m_server.serverPort());
-    }
-
-private:
-    QTcpServer m_server;
 };
 
 } // namespace sky::testing

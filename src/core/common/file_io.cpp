@@ -1,5 +1,7 @@
 #include "common/file_io.h"
 
+#include <algorithm>
+
 #include <QFile>
 #include <QSaveFile>
 
@@ -13,10 +15,20 @@ std::optional<QByteArray> ReadWholeFile(const QString& path, qint64 maxBytes) {
         return std::nullopt;
     if (file.size() > maxBytes)
         return std::nullopt;
-    // Read up to the limit even when size() is 0, as it is for pipes and some special files.
-    QByteArray bytes = file.read(maxBytes + 1);
-    if (bytes.size() > maxBytes)
-        return std::nullopt;
+    // The buffer grows with what arrives: a regular file's size is known, while a pipe or a special
+    // file says 0 and is read in pieces, up to the limit. The limit is a limit, never a reservation.
+    QByteArray bytes;
+    bytes.reserve(qsizetype(file.size()) + 1);
+    constexpr qint64 kPiece = qint64(1) << 16;
+    while (true) {
+        const qint64 wanted = std::min(kPiece, maxBytes + 1 - qint64(bytes.size()));
+        const QByteArray piece = file.read(std::max(wanted, qint64(1)));
+        if (piece.isEmpty())
+            break;
+        bytes += piece;
+        if (bytes.size() > maxBytes)
+            return std::nullopt;
+    }
     return bytes;
 }
 

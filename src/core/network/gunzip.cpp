@@ -1,5 +1,7 @@
 #include "network/gunzip.h"
 
+#include <algorithm>
+
 #include <zlib.h>
 
 #include "common/file_io.h"
@@ -13,7 +15,16 @@ std::optional<QByteArray> GunzipBytes(const QByteArray& compressed, qint64 maxBy
     // 16 + MAX_WBITS: gzip framing only, with its header and checksum checked.
     if (inflateInit2(&stream, 16 + MAX_WBITS) != Z_OK)
         return std::nullopt;
+    // The output is made as large as the gzip trailer says at once (bounded by the limit and by what
+    // deflate can pack into the input at most), so it is seldom copied while it grows.
     QByteArray output;
+    if (compressed.size() >= 18) {
+        const auto* tail =
+            reinterpret_cast<const unsigned char*>(compressed.constData() + compressed.size() - 4);
+        const qint64 stated =
+            qint64(tail[0]) | qint64(tail[1]) << 8 | qint64(tail[2]) << 16 | qint64(tail[3]) << 24;
+        output.reserve(qsizetype(std::min({stated, maxBytes, qint64(compressed.size()) * 1032})));
+    }
     char buffer[1 << 16];
     stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(compressed.constData()));
     stream.avail_in = static_cast<uInt>(compressed.size());

@@ -7,7 +7,8 @@
 
 namespace sky::network {
 
-inline constexpr qint64 kMaxUnzippedBytes = qint64(256) << 20;
+// Ten times the largest network file of today: more is no feed, but a gzip bomb.
+inline constexpr qint64 kMaxUnzippedBytes = qint64(64) << 20;
 
 // The contents of gzip data (every member, when several follow each other); nullopt for data that is
 // not gzip, is cut short, fails its checksum, or would unpack to more than maxBytes.
