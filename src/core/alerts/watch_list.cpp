@@ -1,8 +1,5 @@
 #include "alerts/watch_list.h"
 
-#include <QDir>
-#include <QFileInfo>
-
 #include "common/text_codec.h"
 
 namespace sky::alerts {
@@ -80,11 +77,7 @@ QByteArray WatchList::ToBytes() const {
 }
 
 WriteResult WatchList::Save(const QString& path) const {
-    const QString folder = QFileInfo(path).absolutePath();
-    if (!QDir().mkpath(folder))
-        return {false, QStringLiteral("Could not write ") + path +
-                           QStringLiteral(": cannot create the folder ") + folder};
-    return WriteFileAtomically(path, ToBytes());
+    return WriteFileMakingFolder(path, ToBytes());
 }
 
 } // namespace sky::alerts

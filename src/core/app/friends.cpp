@@ -1,8 +1,5 @@
 #include "app/friends.h"
 
-#include <QDir>
-#include <QFileInfo>
-
 #include "common/text_codec.h"
 
 using namespace Qt::StringLiterals;
@@ -100,10 +97,7 @@ QByteArray Friends::ToBytes() const {
 }
 
 WriteResult Friends::Save(const QString& path) const {
-    const QString folder = QFileInfo(path).absolutePath();
-    if (!QDir().mkpath(folder))
-        return {false, u"Could not write "_s + path + u": cannot create the folder "_s + folder};
-    return WriteFileAtomically(path, ToBytes());
+    return WriteFileMakingFolder(path, ToBytes());
 }
 
 FriendToggle ToggleFriend(Friends& friends, const QString& realName, const QString& memberId) {

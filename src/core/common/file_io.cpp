@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QSaveFile>
 
 using namespace Qt::StringLiterals;
@@ -30,6 +32,13 @@ std::optional<QByteArray> ReadWholeFile(const QString& path, qint64 maxBytes) {
             return std::nullopt;
     }
     return bytes;
+}
+
+WriteResult WriteFileMakingFolder(const QString& path, const QByteArray& bytes) {
+    const QString folder = QFileInfo(path).absolutePath();
+    if (!QDir().mkpath(folder))
+        return {false, u"Could not write "_s + path + u": cannot create the folder "_s + folder};
+    return WriteFileAtomically(path, bytes);
 }
 
 WriteResult WriteFileAtomically(const QString& path, const QByteArray& bytes) {

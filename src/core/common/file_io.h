@@ -21,4 +21,7 @@ std::optional<QByteArray> ReadWholeFile(const QString& path, qint64 maxBytes = q
 // over the old one only when complete, so a crash or a full disk leaves the old file as it was.
 WriteResult WriteFileAtomically(const QString& path, const QByteArray& bytes);
 
+// The same, making the file's folder first when it is missing (data/friends.dat, data/watch.dat).
+WriteResult WriteFileMakingFolder(const QString& path, const QByteArray& bytes);
+
 } // namespace sky

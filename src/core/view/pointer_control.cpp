@@ -17,6 +17,18 @@ using namespace Qt::StringLiterals;
 
 namespace sky::view {
 
+namespace {
+
+// The squared distance in pixels from (x, y) to where a place shows; none when it is out of sight.
+std::optional<double> SquaredPixels(const MapState& s, float lat, float lon, double x, double y) {
+    const auto point = geo::LatLonToScreen(lat, lon, s.WidthPx, s.HeightPx, s.View);
+    if (!point)
+        return std::nullopt;
+    return (point->X - x) * (point->X - x) + (point->Y - y) * (point->Y - y);
+}
+
+} // namespace
+
 PointerControl::PointerControl(MapState& state, SceneControl& scene, PanelControl& panels, render::GlApi& gl)
     : m_state(state), m_scene(scene), m_panels(panels), m_gl(gl) {}
 
@@ -29,12 +41,8 @@ std::optional<network::ClientRef> PointerControl::ClientAt(double x, double y, d
     const auto consider = [&](int n, bool pilot, int slot, const QString& vid, float lat, float lon) {
         if (s.Display.FriendsOnly && !s.FriendList.Contains(vid))
             return;
-        const auto point = geo::LatLonToScreen(lat, lon, s.WidthPx, s.HeightPx, s.View);
-        if (!point)
-            return;
-        const double d = (point->X - x) * (point->X - x) + (point->Y - y) * (point->Y - y);
-        if (d <= best) {
-            best = d;
+        if (const auto d = SquaredPixels(s, lat, lon, x, y); d && *d <= best) {
+            best = *d;
             found = network::ClientRef{n, pilot, slot};
         }
     };
@@ -68,12 +76,8 @@ QString PointerControl::AirportAt(double x, double y) const {
     const auto consider = [&](const QString& code, float lat, float lon) {
         if (code.isEmpty() || (lat == 0.0f && lon == 0.0f))
             return;
-        const auto point = geo::LatLonToScreen(lat, lon, s.WidthPx, s.HeightPx, s.View);
-        if (!point)
-            return;
-        const double d = (point->X - x) * (point->X - x) + (point->Y - y) * (point->Y - y);
-        if (d <= best) {
-            best = d;
+        if (const auto d = SquaredPixels(s, lat, lon, x, y); d && *d <= best) {
+            best = *d;
             found = code;
         }
     };
@@ -149,14 +153,16 @@ bool PointerControl::Hover(double x, double y) {
         lines.append(p.AircraftType.isEmpty() ? u"no aircraft filed"_s : p.AircraftType);
         if (!p.DestAirport.isEmpty())
             lines.append(p.DepAirport + u" - "_s + p.DestAirport);
-        lines.append(render::LevelText(p.Altitude) + u", "_s + QString::number(qRound(p.GroundSpeed)) + u" kt"_s);
+        lines.append(render::LevelText(p.Altitude) + u", "_s + QString::number(qRound(p.GroundSpeed)) +
+                     u" kt"_s);
     } else {
         const auto& c = data.Controllers[size_t(client->Slot)];
         title = c.Callsign;
         lines.append(c.Frequency);
         lines.append(c.RealName);
     }
-    render::BuildHoverCard(m_gl, s.Colours, s.WidthPx, s.HeightPx, int(x), int(y), title, lines, client->Network);
+    render::BuildHoverCard(m_gl, s.Colours, s.WidthPx, s.HeightPx, int(x), int(y), title, lines,
+                           client->Network);
     s.Display.HoverCard = true;
     m_scene.Redraw();
     return true;
