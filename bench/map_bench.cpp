@@ -80,8 +80,8 @@ GlTarget& Target(int width = 800, int height = 600) {
 }
 
 std::unique_ptr<sky::view::MapSession> NewSession(sky::render::GlApi& gl, NoHost& host, DemoFiles& files) {
-    auto session =
-        std::make_unique<sky::view::MapSession>(sky::Folders::OneFolder(kBuild), sky::Settings{}, sky::Friends{}, gl, host, files);
+    auto session = std::make_unique<sky::view::MapSession>(sky::Folders::OneFolder(kBuild), sky::Settings{},
+                                                           sky::Friends{}, gl, host, files);
     for (int n = 0; n < 2; ++n)
         session->Downloads().Networks[n].StatusFileAddress =
             QUrl::fromLocalFile(
@@ -113,6 +113,7 @@ void BM_StartUpToReady(benchmark::State& state) {
     Target();
     sky::ui::GlBackend gl;
     gl.InitialiseText(1.0);
+    gl.SetDrawableSize(g_target->fbo->width(), g_target->fbo->height());
     NoHost host;
     DemoFiles files;
     // From the context to "Ready": the glyph fonts, the frame, the reference data and the geography.
@@ -129,6 +130,7 @@ void BM_BuildTrafficSceneVatsimDemo(benchmark::State& state) {
     Target();
     sky::ui::GlBackend gl;
     gl.InitialiseText(1.0);
+    gl.SetDrawableSize(g_target->fbo->width(), g_target->fbo->height());
     NoHost host;
     DemoFiles files;
     auto session = DemoSession(gl, host, files);
@@ -148,6 +150,7 @@ void BM_DrawSceneVatsimDemo(benchmark::State& state) {
     Target(width, height);
     sky::ui::GlBackend gl;
     gl.InitialiseText(1.0);
+    gl.SetDrawableSize(g_target->fbo->width(), g_target->fbo->height());
     NoHost host;
     DemoFiles files;
     auto session = DemoSession(gl, host, files);
@@ -155,7 +158,8 @@ void BM_DrawSceneVatsimDemo(benchmark::State& state) {
     session->Config().DeclutterLabels = state.range(2) != 0;
     session->Scene().Resize(width, height);
     session->Scene().RebuildScene(1);
-    const sky::view::FrameInputs inputs{session->Config(), session->Display(), session->Colours(), width, height};
+    const sky::view::FrameInputs inputs{session->Config(), session->Display(), session->Colours(), width,
+                                        height};
     for (auto _ : state) {
         sky::view::DrawScene(gl, inputs, session->View());
         glFinish();
@@ -173,6 +177,7 @@ void BM_RecordLabelsAfterZoomStep(benchmark::State& state) {
     Target();
     sky::ui::GlBackend gl;
     gl.InitialiseText(1.0);
+    gl.SetDrawableSize(g_target->fbo->width(), g_target->fbo->height());
     NoHost host;
     DemoFiles files;
     auto session = DemoSession(gl, host, files);
@@ -200,6 +205,7 @@ void BM_DrawOneLayer(benchmark::State& state) {
     Target();
     sky::ui::GlBackend gl;
     gl.InitialiseText(1.0);
+    gl.SetDrawableSize(g_target->fbo->width(), g_target->fbo->height());
     NoHost host;
     DemoFiles files;
     auto session = DemoSession(gl, host, files);

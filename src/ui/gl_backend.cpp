@@ -1,5 +1,6 @@
 #include "gl_backend.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include <GL/gl.h>
@@ -85,6 +86,19 @@ GLenum ToGl(render::StencilAction a) {
         return GL_INVERT;
     }
     return GL_KEEP;
+}
+
+// The part of a viewport inside the drawable; the viewport itself when the drawable is unknown or they
+// do not meet.
+PixelRect Narrowed(const PixelRect& asked, const PixelRect& drawable) {
+    if (drawable.Width <= 0 || drawable.Height <= 0)
+        return asked;
+    const int left = std::max(asked.X, drawable.X), bottom = std::max(asked.Y, drawable.Y);
+    const int right = std::min(asked.X + asked.Width, drawable.X + drawable.Width);
+    const int top = std::min(asked.Y + asked.Height, drawable.Y + drawable.Height);
+    if (right <= left || top <= bottom)
+        return asked;
+    return {left, bottom, right - left, top - bottom};
 }
 
 } // namespace
@@ -231,8 +245,22 @@ void GlBackend::Clear() {
 void GlBackend::Viewport(int x, int y, int w, int h) {
     FlushText();
     const auto device = [this](int v) { return int(std::lround(v * m_ratio)); };
-    glViewport(device(x), device(y), device(w), device(h));
-    m_text.Viewport(device(x), device(y), device(w), device(h));
+    const PixelRect asked{device(x), device(y), device(w), device(h)};
+    const PixelRect drawn = Narrowed(asked, m_drawable);
+    glViewport(drawn.X, drawn.Y, drawn.Width, drawn.Height);
+    // The projection takes the asked viewport's coordinates to the drawn one's: x' = a x + b per axis.
+    glMatrixMode(GL_PROJECTION);
+    glLoadIdentity();
+    if (drawn != asked) {
+        const auto offset = [](int askedStart, int askedSize, int drawnStart, int drawnSize) {
+            return double(2 * (askedStart - drawnStart) + askedSize - drawnSize) / drawnSize;
+        };
+        glTranslated(offset(asked.X, asked.Width, drawn.X, drawn.Width),
+                     offset(asked.Y, asked.Height, drawn.Y, drawn.Height), 0.0);
+        glScaled(double(asked.Width) / drawn.Width, double(asked.Height) / drawn.Height, 1.0);
+    }
+    glMatrixMode(GL_MODELVIEW);
+    m_text.Viewport(asked, drawn);
 }
 void GlBackend::LoadIdentity() {
     FlushText();

@@ -24,6 +24,12 @@ public:
     void InitialiseText(double devicePixelRatio);
     double DevicePixelRatio() const { return m_ratio; }
 
+    // The size of the frame buffer drawn into, in device pixels; 0 when unknown. A viewport reaching
+    // beyond it is narrowed to it, with the projection matrix making up the difference, so that GL
+    // clips away what falls outside the window before it does any work on it (the map's globe viewport
+    // is twice the window's height). Pixels land where they did.
+    void SetDrawableSize(int widthPx, int heightPx) { m_drawable = {0, 0, widthPx, heightPx}; }
+
     int GlyphAdvance(bool bold, unsigned char code) const override;
     void NewList(int list) override;
     void EndList() override;
@@ -66,6 +72,7 @@ private:
     TextBatch m_text;
     bool m_textReady = false;
     double m_ratio = 1.0;
+    PixelRect m_drawable;
     bool m_recording = false;
     int m_listBase = 0;
     std::optional<Rgba> m_listColour; // the colour the list being recorded set last

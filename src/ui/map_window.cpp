@@ -236,6 +236,8 @@ void MapWindow::resizeGL(int w, int h) {
 }
 
 void MapWindow::paintGL() {
+    m_gl.SetDrawableSize(int(std::lround(width() * devicePixelRatioF())),
+                         int(std::lround(height() * devicePixelRatioF())));
     const view::FrameInputs inputs{m_session->Config(), m_session->Display(), m_session->Colours(), width(),
                                    height()};
     view::DrawScene(m_gl, inputs, m_session->View());

@@ -12,18 +12,20 @@ namespace {
 
 // The raster position's point goes through the view's transform as any vertex does; the glyph's corner
 // is then that pixel, rounded as a raster position is, plus its offset. A point outside the view volume
-// moves the quad out of it, so the label is not drawn.
+// moves the quad out of it, so the label is not drawn. The view is the model-view matrix and the viewport
+// the map asked for; the projection only narrows that viewport to the drawable (see GlBackend::Viewport).
 const char* const kVertexShader = R"(#version 120
 uniform vec4 viewport;
+uniform vec4 drawn;
 varying vec2 texel;
 void main() {
-    vec4 clip = gl_ModelViewProjectionMatrix * gl_Vertex;
+    vec4 clip = gl_ModelViewMatrix * gl_Vertex;
     if (clip.w <= 0.0 || any(greaterThan(abs(clip.xyz), vec3(clip.w)))) {
         gl_Position = vec4(2.0, 2.0, 2.0, 1.0);
     } else {
         vec2 ndc = clip.xy / clip.w;
         vec2 pixel = floor(viewport.xy + (ndc * 0.5 + 0.5) * viewport.zw + 0.5) + gl_MultiTexCoord1.xy;
-        gl_Position = vec4((pixel - viewport.xy) / viewport.zw * 2.0 - 1.0, 0.0, 1.0);
+        gl_Position = vec4((pixel - drawn.xy) / drawn.zw * 2.0 - 1.0, 0.0, 1.0);
     }
     gl_FrontColor = gl_Color;
     texel = gl_MultiTexCoord0.xy;
@@ -55,6 +57,7 @@ bool TextBatch::Initialise(QOpenGLFunctions& functions) {
     program->bind();
     program->setUniformValue("glyphs", 0);
     m_viewportLocation = program->uniformLocation("viewport");
+    m_drawnLocation = program->uniformLocation("drawn");
     program->release();
     m_program = std::move(program);
     return true;
@@ -108,14 +111,16 @@ void TextBatch::Flush() {
     m_quads.clear();
 }
 
-void TextBatch::Viewport(int x, int y, int width, int height) {
+void TextBatch::Viewport(const PixelRect& asked, const PixelRect& drawn) {
     if (!m_program)
         return;
     m_functions->glActiveTexture(GL_TEXTURE0);
     glBindTexture(GL_TEXTURE_2D, m_atlas.Texture);
     m_functions->glUseProgram(m_program->programId());
-    m_functions->glUniform4f(m_viewportLocation, float(x), float(y), float(std::max(width, 1)),
-                             float(std::max(height, 1)));
+    m_functions->glUniform4f(m_viewportLocation, float(asked.X), float(asked.Y),
+                             float(std::max(asked.Width, 1)), float(std::max(asked.Height, 1)));
+    m_functions->glUniform4f(m_drawnLocation, float(drawn.X), float(drawn.Y), float(std::max(drawn.Width, 1)),
+                             float(std::max(drawn.Height, 1)));
     m_functions->glUseProgram(0);
 }
 

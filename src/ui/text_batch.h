@@ -11,6 +11,12 @@ class QOpenGLFunctions;
 
 namespace sky::ui {
 
+// A rectangle of device pixels, as glViewport takes it.
+struct PixelRect {
+    int X = 0, Y = 0, Width = 0, Height = 0;
+    bool operator==(const PixelRect&) const = default;
+};
+
 struct Rgba {
     float R = 0, G = 0, B = 0, A = 1;
     bool operator==(const Rgba&) const = default;
@@ -42,13 +48,14 @@ public:
     bool Empty() const { return m_quads.empty(); }
     // Records the gathered quads into the list being recorded (or draws them) and forgets them.
     void Flush();
-    // The viewport of what follows, in device pixels: the glyphs snap to its pixels. Binds the atlas.
-    void Viewport(int x, int y, int width, int height);
+    // The viewport of what follows as the map asked for it, and the part of it GL draws into, in device
+    // pixels: the glyphs snap to the pixels of the first. Binds the atlas.
+    void Viewport(const PixelRect& asked, const PixelRect& drawn);
 
 private:
     struct Quad {
-        float X, Y, Z;         // the raster position
-        float Left, Bottom;    // device pixels from it
+        float X, Y, Z;      // the raster position
+        float Left, Bottom; // device pixels from it
         const GlyphBox* Box;
         std::optional<Rgba> Colour;
     };
@@ -56,6 +63,7 @@ private:
     QOpenGLFunctions* m_functions = nullptr;
     std::unique_ptr<QOpenGLShaderProgram> m_program;
     int m_viewportLocation = -1;
+    int m_drawnLocation = -1;
     GlyphAtlas m_atlas;
     std::vector<Quad> m_quads;
     float m_anchor[3] = {};
