@@ -172,6 +172,26 @@ BENCHMARK(BM_DrawSceneVatsimDemo)
     ->Args({1920, 1080, 1})
     ->Unit(benchmark::kMillisecond);
 
+// The same frame with the traffic layers off: the globe, grid, coastlines and borders every frame calls
+// whatever the traffic, with their smoothing. What no frame of the map can go below.
+void BM_DrawSceneGeographyOnly(benchmark::State& state) {
+    Target();
+    sky::ui::GlBackend gl;
+    gl.InitialiseText(1.0);
+    gl.SetDrawableSize(800, 600);
+    NoHost host;
+    DemoFiles files;
+    auto session = DemoSession(gl, host, files);
+    session->Config().ShowPlanes = session->Config().ShowATC = session->Config().ShowAirports = false;
+    session->Config().DisableSmooth = state.range(0) == 0;
+    const sky::view::FrameInputs inputs{session->Config(), session->Display(), session->Colours(), 800, 600};
+    for (auto _ : state) {
+        sky::view::DrawScene(gl, inputs, session->View());
+        glFinish();
+    }
+}
+BENCHMARK(BM_DrawSceneGeographyOnly)->ArgName("smooth")->Arg(1)->Arg(0)->Unit(benchmark::kMillisecond);
+
 // The label lists placed again after one zoom step, as when a zoom comes to rest.
 void BM_RecordLabelsAfterZoomStep(benchmark::State& state) {
     Target();
@@ -200,26 +220,30 @@ void BM_DrawEmptyFrame(benchmark::State& state) {
 }
 BENCHMARK(BM_DrawEmptyFrame)->Unit(benchmark::kMillisecond);
 
-// One layer's list alone, at view 1: where a frame's time goes.
+// One layer's list alone, at view 1, with the smoothing the frame gives it: where a frame's time goes.
 void BM_DrawOneLayer(benchmark::State& state) {
     Target();
     sky::ui::GlBackend gl;
     gl.InitialiseText(1.0);
-    gl.SetDrawableSize(g_target->fbo->width(), g_target->fbo->height());
+    gl.SetDrawableSize(800, 600);
     NoHost host;
     DemoFiles files;
     auto session = DemoSession(gl, host, files);
     const int list = int(state.range(0));
+    const bool smoothed = list >= 51 && list <= 54;
     for (auto _ : state) {
-        glClear(GL_COLOR_BUFFER_BIT);
-        glLoadIdentity();
-        glOrtho(-1, 1, -1, 1, -10, 1);
-        glTranslatef(0, 0, -1);
-        glRotatef(-54.15f, -1, 0, 0);
-        glRotatef(13.34f, 0, -1, 0);
-        glViewport(400 - 600, -300, 1200, 1200);
-        glScalef(1.49f, 1.49f, 1.49f);
-        glCallList(GLuint(list));
+        gl.Clear();
+        gl.LoadIdentity();
+        gl.Ortho(-1, 1, -1, 1, -10, 1);
+        gl.Translate(0, 0, -1);
+        gl.Rotate(-54.15f, -1, 0, 0);
+        gl.Rotate(13.34f, 0, -1, 0);
+        gl.Viewport(400 - 600, -300, 1200, 1200);
+        gl.Scale(1.49f, 1.49f, 1.49f);
+        if (smoothed)
+            gl.Enable(sky::render::Capability::LineSmooth);
+        gl.CallList(list);
+        gl.Disable(sky::render::Capability::LineSmooth);
         glFinish();
     }
 }
