@@ -13,6 +13,27 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QString kBuild = QStringLiteral(SKYLANTRA_BINARY_DIR);
+const QString kDemo = QStringLiteral(SKYLANTRA_SOURCE_DIR) + u"/data/demo/"_s;
+
+// The program in a terminal with these arguments and this typed input: what it wrote to its standard
+// output and its standard error.
+std::pair<QString, QString> RunConsole(const QStringList& arguments, const QByteArray& input) {
+    QProcess console;
+    console.start(kBuild + u"/skylantra"_s, QStringList{u"--console"_s} + arguments);
+    EXPECT_TRUE(console.waitForStarted(10000));
+    console.write(input);
+    console.closeWriteChannel();
+    EXPECT_TRUE(console.waitForFinished(60000));
+    EXPECT_EQ(console.exitCode(), 0);
+    return {QString::fromUtf8(console.readAllStandardOutput()),
+            QString::fromUtf8(console.readAllStandardError())};
+}
+
+void ServeFile(sky::testing::LocalHttpServer& server, const QString& from, const QString& as) {
+    QFile file(from);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    server.Serve(as, file.readAll());
+}
 
 // The Companion in a terminal, on the demo feed (given as a status file, so the weather comes from
 // the settings' server, a local one, and not from the demo's reports).
@@ -24,79 +45,53 @@ TEST(ConsoleMode, AnswersFromTheDemoFeedAndTheWeatherServer) {
                   "2026/11/21 14:20\nEDDF 211420Z 24010KT CAVOK 08/03 Q1012\n");
 
     QTemporaryDir home;
-    QDir(home.path()).mkpath(u"data"_s);
     QProcess copy;
     copy.start(u"cp"_s, {u"-r"_s, kBuild + u"/data"_s, kBuild + u"/colours"_s, home.path()});
     ASSERT_TRUE(copy.waitForFinished(30000));
+    const QByteArray settings =
+        "[Network]\nWeatherServer=" + weather.Url(QString()).chopped(1).toUtf8() + "\n";
     QFile ini(home.filePath(u"skln.ini"_s));
     ASSERT_TRUE(ini.open(QIODevice::WriteOnly));
-    ini.write("[Network]\nWeatherServer=" + weather.Url(QString()).chopped(1).toUtf8() + "\n");
+    ini.write(settings);
     ini.close();
-    const QByteArray before =
-        QFile(home.filePath(u"skln.ini"_s)).exists() ? QByteArray("written") : QByteArray();
 
-    QProcess console;
-    console.start(kBuild + u"/skylantra"_s,
-                  {u"--home"_s, home.path(), u"--console"_s, u"--ivao-status"_s,
-                   QUrl::fromLocalFile(home.filePath(u"data/demo/ivao/status.txt"_s)).toString(),
-                   u"--download"_s, u"ivao"_s});
-    ASSERT_TRUE(console.waitForStarted(10000));
-    console.write("stat\nfp SAS4045\nsups\nfind müller\nmetar EDDF\nmetar KJFK\nhello\nvis SAS4045\n"
-                  "members DE\nact EDDF\ntraffic EDDF\ninfo SAS4045\natis LFPO_ATIS\ndist EDDF KJFK\n");
-    console.closeWriteChannel();
-    ASSERT_TRUE(console.waitForFinished(60000));
-    EXPECT_EQ(console.exitCode(), 0);
-    const QString out = QString::fromUtf8(console.readAllStandardOutput());
-
+    const QString out =
+        RunConsole({u"--home"_s, home.path(), u"--ivao-status"_s,
+                    QUrl::fromLocalFile(home.filePath(u"data/demo/ivao/status.txt"_s)).toString(),
+                    u"--download"_s, u"ivao"_s},
+                   "stat\nfp SAS4045\nmetar EDDF\nmetar KJFK\nhello\ndist EDDF KJFK\n")
+            .first;
     EXPECT_TRUE(out.startsWith(
         u"Welcome to the Skylantra Companion\n Refer to companion.txt for list of functions\n"_s));
     EXPECT_TRUE(out.contains(
         u"> stat\nIVAO data of 1423Z - 1164 clients\n (246 ATC, 900 planes, 18 observers)\n\n"_s))
         << out.left(400).toStdString();
     EXPECT_TRUE(out.contains(u"> fp SAS4045\n(FPL-SAS4045-IG\n-E195\n-KATL0930\n"_s));
-    EXPECT_TRUE(out.contains(u"Total: 3 SUP/ADM on IVAO"_s));
-    EXPECT_TRUE(out.contains(u"Müller"_s));
     EXPECT_TRUE(out.contains(u"> metar EDDF\nEDDF 211420Z 24010KT CAVOK 08/03 Q1012\n\n"_s));
     EXPECT_TRUE(out.contains(u"> metar KJFK\nNo METAR for KJFK\n"_s));
     EXPECT_FALSE(out.contains(u"hello"_s));
-    for (const QString& echo : {u"> vis SAS4045"_s, u"> members DE"_s, u"> act EDDF"_s, u"> traffic EDDF"_s,
-                                u"> info SAS4045"_s, u"> atis LFPO_ATIS"_s, u"> dist EDDF KJFK"_s})
-        EXPECT_TRUE(out.contains(echo)) << echo.toStdString();
     EXPECT_TRUE(out.contains(u"Distance: 3341.73 nm"_s));
     // The terminal never writes the settings.
-    ini.open(QIODevice::ReadOnly);
-    EXPECT_EQ(ini.readAll(), "[Network]\nWeatherServer=" + weather.Url(QString()).chopped(1).toUtf8() + "\n");
-    EXPECT_FALSE(before.isEmpty());
+    ASSERT_TRUE(ini.open(QIODevice::ReadOnly));
+    EXPECT_EQ(ini.readAll(), settings);
 }
 
 // Both networks' JSON feeds served over 127.0.0.1, found through status files given on the command line.
 TEST(ConsoleMode, ReadsTheJsonFeedsOfBothNetworksEndToEnd) {
     sky::testing::LocalHttpServer server;
     ASSERT_TRUE(server.IsRunning());
-    const QString demo = QStringLiteral(SKYLANTRA_SOURCE_DIR) + u"/data/demo/"_s;
-    const auto serveFile = [&](const QString& from, const QString& as) {
-        QFile file(from);
-        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-        server.Serve(as, file.readAll());
-    };
-    serveFile(demo + u"vatsim/vatsim-data.json"_s, u"vatsim-data.json"_s);
-    serveFile(demo + u"vatsim/transceivers-data.json"_s, u"transceivers-data.json"_s);
-    serveFile(demo + u"ivao/whazzup.json"_s, u"ivao.json"_s);
+    ServeFile(server, kDemo + u"vatsim/vatsim-data.json"_s, u"vatsim-data.json"_s);
+    ServeFile(server, kDemo + u"vatsim/transceivers-data.json"_s, u"transceivers-data.json"_s);
+    ServeFile(server, kDemo + u"ivao/whazzup.json"_s, u"ivao.json"_s);
     server.Serve(u"vatsim-status.txt"_s, "url0=retired.txt\njson3=vatsim-data.json\n\n\n\n");
     server.Serve(u"retired.txt"_s, "; this feed is retired\n");
     server.Serve(u"ivao-status.txt"_s, "json3=ivao.json\n\n\n\n\n");
-
     const auto run = [&](const QString& network, const QByteArray& input) {
-        QProcess console;
-        console.start(kBuild + u"/skylantra"_s,
-                      {u"--home"_s, kBuild, u"--console"_s, u"--ivao-status"_s,
-                       server.Url(u"ivao-status.txt"_s), u"--vatsim-status"_s,
-                       server.Url(u"vatsim-status.txt"_s), u"--download"_s, network});
-        console.waitForStarted(10000);
-        console.write(input);
-        console.closeWriteChannel();
-        console.waitForFinished(60000);
-        return QString::fromUtf8(console.readAllStandardOutput());
+        return RunConsole({u"--home"_s, kBuild, u"--ivao-status"_s, server.Url(u"ivao-status.txt"_s),
+                           u"--vatsim-status"_s, server.Url(u"vatsim-status.txt"_s), u"--download"_s,
+                           network},
+                          input)
+            .first;
     };
     const QString vatsim = run(u"vatsim"_s, "stat\natis LFPO_ATIS\n");
     EXPECT_TRUE(
@@ -113,12 +108,8 @@ TEST(ConsoleMode, ReadsTheJsonFeedsOfBothNetworksEndToEnd) {
 TEST(ConsoleMode, ReadsTheJsonAddressOfTheSettingsAndSaysWhyThereIsNoData) {
     sky::testing::LocalHttpServer server;
     ASSERT_TRUE(server.IsRunning());
-    const QString demo = QStringLiteral(SKYLANTRA_SOURCE_DIR) + u"/data/demo/vatsim/"_s;
-    for (const QString& name : {u"vatsim-data.json"_s, u"transceivers-data.json"_s}) {
-        QFile file(demo + name);
-        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-        server.Serve(name, file.readAll());
-    }
+    for (const QString& name : {u"vatsim-data.json"_s, u"transceivers-data.json"_s})
+        ServeFile(server, kDemo + u"vatsim/"_s + name, name);
     QTemporaryDir home;
     const auto run = [&](const QString& json) {
         QFile ini(home.filePath(u"skln.ini"_s));
@@ -127,15 +118,7 @@ TEST(ConsoleMode, ReadsTheJsonAddressOfTheSettingsAndSaysWhyThereIsNoData) {
                           server.Url(u"no-status.txt"_s) + u"\n"_s)
                       .toUtf8());
         ini.close();
-        QProcess console;
-        console.start(kBuild + u"/skylantra"_s,
-                      {u"--home"_s, home.path(), u"--console"_s, u"--download"_s, u"vatsim"_s});
-        console.waitForStarted(10000);
-        console.write("stat\n");
-        console.closeWriteChannel();
-        console.waitForFinished(60000);
-        return std::pair{QString::fromUtf8(console.readAllStandardOutput()),
-                         QString::fromUtf8(console.readAllStandardError())};
+        return RunConsole({u"--home"_s, home.path(), u"--download"_s, u"vatsim"_s}, "stat\n");
     };
     const auto [answer, progress] = run(server.Url(u"vatsim-data.json"_s));
     EXPECT_TRUE(answer.contains(u"> stat\nVATSIM data of 1423Z - 1700 clients"_s)) << answer.toStdString();
@@ -149,13 +132,7 @@ TEST(ConsoleMode, ReadsTheJsonAddressOfTheSettingsAndSaysWhyThereIsNoData) {
 
 // With the demo the weather comes from the bundled reports: offline, as the traffic is.
 TEST(ConsoleMode, TheDemoAnswersWeatherFromItsOwnReports) {
-    QProcess console;
-    console.start(kBuild + u"/skylantra"_s, {u"--home"_s, kBuild, u"--console"_s, u"--demo"_s});
-    ASSERT_TRUE(console.waitForStarted(10000));
-    console.write("metar EDDF\ntaf EGLL\n");
-    console.closeWriteChannel();
-    ASSERT_TRUE(console.waitForFinished(30000));
-    const QString out = QString::fromUtf8(console.readAllStandardOutput());
+    const QString out = RunConsole({u"--home"_s, kBuild, u"--demo"_s}, "metar EDDF\ntaf EGLL\n").first;
     EXPECT_TRUE(out.contains(u"> metar EDDF\nEDDF 211423Z"_s)) << out.toStdString();
     EXPECT_TRUE(out.contains(u"> taf EGLL\nTAF EGLL 211100Z"_s)) << out.toStdString();
 }

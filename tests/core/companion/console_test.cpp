@@ -93,14 +93,9 @@ TEST_F(Companion, EachCommandTakesItsArgumentFromItsOwnPlace) {
     }
 }
 
-TEST_F(Companion, HostileInputIsAnsweredOrIgnoredNeverBroken) {
+TEST_F(Companion, AnOutsizedArgumentIsAnsweredInFull) {
     Load(0, {PilotLine(0, {{0, u"DLH1"_s}})});
     const QString huge(100000, u'x');
-    for (const QString& command :
-         {u"atis "_s, u"fp "_s, u"info "_s, u"prof "_s, u"vis "_s, u"find "_s, u"dist "_s}) {
-        Run(command + huge);
-        Run(command + u"ÄÖÜ中文"_s);
-    }
     EXPECT_EQ(Run(u"info "_s + huge).value(1), huge.toUpper() + u" is not online\r\n"_s);
 }
 

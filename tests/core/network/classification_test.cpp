@@ -9,40 +9,6 @@ using namespace Qt::StringLiterals;
 namespace sky::network {
 namespace {
 
-TEST(FacilityFromCallsign, ReadsTheLastFourCharacters) {
-    EXPECT_EQ(FacilityFromCallsign(u"EDDF_ATIS"), kFacilityAtis);
-    EXPECT_EQ(FacilityFromCallsign(u"EDDF_A_TWR"), kFacilityTower);
-    EXPECT_EQ(FacilityFromCallsign(u"EDDF_DEL"), kFacilityGround);
-    EXPECT_EQ(FacilityFromCallsign(u"EDDF_GND"), kFacilityGround);
-    EXPECT_EQ(FacilityFromCallsign(u"EDDF_DEP"), kFacilityApproach);
-    EXPECT_EQ(FacilityFromCallsign(u"EDDF_APP"), kFacilityApproach);
-    EXPECT_EQ(FacilityFromCallsign(u"EDGG_CTR"), kFacilityCentre);
-    EXPECT_EQ(FacilityFromCallsign(u"NAT_FSS"), kFacilityFlightService);
-    EXPECT_EQ(FacilityFromCallsign(u"EDDF_OBS"), kFacilityObserver);
-    EXPECT_EQ(FacilityFromCallsign(u"edgg_ctr"), kFacilityObserver); // callsigns arrive upper-cased
-    EXPECT_EQ(FacilityFromCallsign(u"TWR"), kFacilityObserver);
-    EXPECT_EQ(FacilityFromCallsign(u""), kFacilityObserver);
-}
-
-TEST(RatingTexts, FollowTheTablesOfEachNetwork) {
-    const char16_t* pilot[] = {u"", u"", u"SFO", u"FFO", u"C", u"FC", u"SC", u"SFC", u"CC", u"CFC", u"CSC"};
-    const char16_t* ivao[] = {u"", u"", u"S1", u"S2", u"S3", u"C1", u"C2", u"C3", u"I1", u"I2", u"I3"};
-    const char16_t* vatsim[] = {u"OBS",  u"OBS",  u"STU", u"STU+", u"STU+", u"CTR",
-                                u"CTR+", u"CTR+", u"INS", u"INS+", u"INS+"};
-    for (int rating = 0; rating <= 10; ++rating) {
-        SCOPED_TRACE(rating);
-        EXPECT_EQ(PilotRatingText(0, rating), QString::fromUtf16(pilot[rating]));
-        EXPECT_EQ(PilotRatingText(1, rating), u"");
-        EXPECT_EQ(ControllerRatingText(0, rating), QString::fromUtf16(ivao[rating]));
-        EXPECT_EQ(ControllerRatingText(1, rating), QString::fromUtf16(vatsim[rating]));
-    }
-    for (int rating : {-1, 11, 12, 32767, -32768}) {
-        EXPECT_EQ(PilotRatingText(0, rating), u"");
-        EXPECT_EQ(ControllerRatingText(0, rating), u"");
-        EXPECT_EQ(ControllerRatingText(1, rating), u"");
-    }
-}
-
 TEST(PlannedAltitudeFt, ReadsTheUsualWaysOfFilingALevel) {
     EXPECT_EQ(PlannedAltitudeFt(u"FL350"), 35000.0);
     EXPECT_EQ(PlannedAltitudeFt(u"F350"), 35000.0);

@@ -1,7 +1,5 @@
 #include "network/whazzup.h"
 
-#include <random>
-
 #include <gtest/gtest.h>
 
 #include "network/whazzup_lines.h"
@@ -177,20 +175,25 @@ TEST_F(Whazzup, AirportsGivePositionsAndTheCourseToOrFromThem) {
     EXPECT_EQ(Pilot(1, {{5, u"50"_s}, {11, u"FRA"_s}, {13, u"KJFK"_s}}).Course, 0);
 }
 
+// One record read again and again, as a table slot is: a time too long keeps the slot's old value.
 TEST_F(Whazzup, DepartureAndEnrouteTimesKeepTheSlotsValueWhenTooLong) {
+    const struct {
+        const char16_t *dep, *hours, *minutes, *expectedDep, *expectedEnroute;
+    } rows[] = {{u"930", u"1", u"5", u"0930", u"0105"},
+                {u"12345", u"123", u"5", u"0930", u"0105"},
+                {u"", u"12", u"345", u"0000", u"0105"},
+                {u"1200", u"12", u"30", u"1200", u"1230"}};
     PilotRecord pilot;
-    ParsePilot(1, PilotLine(1, {{22, u"930"_s}, {24, u"1"_s}, {25, u"5"_s}}), m_reference, pilot);
-    EXPECT_EQ(pilot.DepTime, u"0930");
-    EXPECT_EQ(pilot.EnrouteTime, u"0105");
-    ParsePilot(1, PilotLine(1, {{22, u"12345"_s}, {24, u"123"_s}, {25, u"5"_s}}), m_reference, pilot);
-    EXPECT_EQ(pilot.DepTime, u"0930");
-    EXPECT_EQ(pilot.EnrouteTime, u"0105");
-    ParsePilot(1, PilotLine(1, {{24, u"12"_s}, {25, u"345"_s}}), m_reference, pilot);
-    EXPECT_EQ(pilot.DepTime, u"0000");
-    EXPECT_EQ(pilot.EnrouteTime, u"0105");
-    ParsePilot(1, PilotLine(1, {{22, u"1200"_s}, {24, u"12"_s}, {25, u"30"_s}}), m_reference, pilot);
-    EXPECT_EQ(pilot.DepTime, u"1200");
-    EXPECT_EQ(pilot.EnrouteTime, u"1230");
+    for (const auto& row : rows) {
+        SCOPED_TRACE(QString::fromUtf16(row.dep).toStdString());
+        ParsePilot(1,
+                   PilotLine(1, {{22, QString::fromUtf16(row.dep)},
+                                 {24, QString::fromUtf16(row.hours)},
+                                 {25, QString::fromUtf16(row.minutes)}}),
+                   m_reference, pilot);
+        EXPECT_EQ(pilot.DepTime, QString::fromUtf16(row.expectedDep));
+        EXPECT_EQ(pilot.EnrouteTime, QString::fromUtf16(row.expectedEnroute));
+    }
 }
 
 TEST_F(Whazzup, ControllersAreClassifiedAndPlacedByTheirCallsign) {
@@ -332,17 +335,8 @@ TEST_F(Whazzup, TooFewLinesAreNoFile) {
     EXPECT_EQ(m_data.PilotCount, 0);
 }
 
-TEST_F(Whazzup, HostileTextNeverBreaksTheInterpreter) {
-    std::mt19937 random(42);
-    QString noise;
-    for (int i = 0; i < 200000; ++i)
-        noise.append(QChar(char16_t(random() % 0x3000)));
-    for (int i = 0; i < 50; ++i)
-        noise.append(u"\n:::PILOT:"_s + QString(random() % 80, u':') + u"\n::ATC:ATC:x_CTR\n"_s);
-    Interpret(0, noise);
-    Interpret(1, noise);
-    EXPECT_LE(m_data.PilotCount, kMaxPilots);
-
+// Random text is the fuzzer's; here lines no buffer, count or number was made for.
+TEST_F(Whazzup, OutsizedLinesAndNumbersAreCutToTheirFields) {
     const QString longLine = u"X:1:n:PILOT:"_s + QString(1 << 20, u'7');
     const QString wideLine = u"X:1:n:ATC:"_s + QStringList(10000, u"1e999"_s).join(u':');
     const InterpretResult result =

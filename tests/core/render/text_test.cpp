@@ -25,13 +25,6 @@ TEST(PrintText, CallsOneGlyphListPerCharacterInTheCodePage) {
               (std::vector<unsigned char>{'K', 0xF6, 'l', 'n', ' ', 0x80, 'a', 'b', '?'}));
 }
 
-TEST(PrintText, AnEmptyTextTouchesNothing) {
-    RecordingGl gl;
-    PrintText(gl, QString());
-    PrintBoldText(gl, u""_s);
-    EXPECT_TRUE(gl.Immediate().empty());
-}
-
 TEST(BuildStatusLine, PlacesTheText65PixelsInAnd6UpOnEveryWindowSize) {
     RecordingGl gl;
     for (const auto& [w, h] : {std::pair{800, 600}, std::pair{1920, 1080}}) {
@@ -46,13 +39,6 @@ TEST(BuildStatusLine, PlacesTheText65PixelsInAnd6UpOnEveryWindowSize) {
     BuildStatusLine(gl, QString(), 800, 600);
     EXPECT_TRUE(gl.IsList(lists::kStatusLine));
     EXPECT_EQ(gl.List(lists::kStatusLine).size(), 1u);
-}
-
-TEST(ListNumbers, GlyphRangesStayClearOfEachOtherAndTheContentLists) {
-    EXPECT_GT(lists::kSmallFontBase, lists::kTitleBox);
-    EXPECT_LT(lists::kSmallFontBase + lists::kGlyphCount - 1, lists::kBoldFontBase);
-    EXPECT_EQ(lists::TrafficBase(2) + lists::kAtcMarkers, 38);
-    EXPECT_LT(lists::TrafficBase(2) + lists::kAtcMarkers, lists::kInfoBox);
 }
 
 } // namespace

@@ -66,6 +66,32 @@ protected:
         m_session->Downloader().BtnDownload(network);
     }
 
+    // A new session on a feed of its own for IVAO, started.
+    void StartOwnFeed(const Settings& settings = {}, const Friends& friends = {},
+                      history::HistoryStore* history = nullptr) {
+        m_session = std::make_unique<MapSession>(Folders::OneFolder(m_home.path()), settings, friends, m_gl,
+                                                 m_host, m_server, history);
+        m_session->Downloader().Now = [this] { return m_now; };
+        m_session->Downloads().Networks[0].StatusFileAddress = u"http://demo.example/feed/status.txt"_s;
+        m_server.Answers[u"http://demo.example/feed/status.txt"_s] = "url0=whazzup.txt\n\n\n\n\n";
+        ASSERT_TRUE(m_session->StartUp().isEmpty());
+    }
+    // The feed of that time with these client lines, downloaded three minutes after the last.
+    void DownloadOwnFeed(const QString& stamp, const QStringList& clients) {
+        m_server.Answers[u"http://demo.example/feed/whazzup.txt"_s] =
+            (u"!GENERAL\r\nRELOAD = 1\r\nUPDATE = "_s + stamp +
+             u"\r\nCONNECTED CLIENTS = 1\r\n!CLIENTS\r\n"_s + clients.join(u"\r\n"_s) + u"\r\n"_s)
+                .toUtf8();
+        m_now = m_now.addSecs(180);
+        m_session->Downloader().BtnDownload(0);
+    }
+    // What the Companion answers to a line.
+    QString Answer(const QString& line) {
+        const QString before = m_session->Companion().PaneText();
+        m_session->CompanionEnter(line);
+        return m_session->Companion().PaneText().mid(before.size()).trimmed();
+    }
+
     QTemporaryDir m_home;
     RecordingGl m_gl;
     sky::testing::FakeMapHost m_host;
@@ -74,30 +100,22 @@ protected:
     std::unique_ptr<MapSession> m_session;
 };
 
-TEST_F(Session, StartUpBuildsTheMapAndEndsReady) {
-    EXPECT_TRUE(m_session->StartUp().isEmpty());
-    for (int list : {lists::kFrame, lists::kGrid, lists::kGlobe, lists::kCoastlines, lists::kBorders,
-                     lists::kStatusLine, lists::kClientCount, lists::kNetworkMarks})
+TEST_F(Session, StartUpBuildsTheMapAndNamesAMissingGeographyFile) {
+    QFile::remove(m_home.filePath(u"data/countries.dat"_s));
+    EXPECT_TRUE(m_session->StartUp().endsWith(u"countries.dat"));
+    for (int list : {lists::kFrame, lists::kGrid, lists::kGlobe, lists::kCoastlines, lists::kStatusLine,
+                     lists::kClientCount, lists::kNetworkMarks})
         EXPECT_TRUE(m_gl.IsList(list)) << list;
+    EXPECT_FALSE(m_gl.IsList(lists::kBorders));
     EXPECT_FALSE(m_gl.IsList(lists::kTitleBox));
     EXPECT_EQ(m_session->Display().StatusText, u"Ready");
-    EXPECT_FALSE(m_session->Display().ShowAbout);
     EXPECT_EQ(m_session->Display().PanelMode, 0);
     EXPECT_TRUE(m_session->Downloads().DownloadIdle);
     EXPECT_GE(m_host.Redraws, 3);
     EXPECT_GT(m_session->Reference().Airports().size(), 1000);
 }
 
-TEST_F(Session, StartUpNamesAMissingGeographyFileAndGoesOnWithoutIt) {
-    QFile::remove(m_home.filePath(u"data/countries.dat"_s));
-    EXPECT_TRUE(m_session->StartUp().endsWith(u"countries.dat"));
-    EXPECT_FALSE(m_gl.IsList(lists::kBorders));
-    EXPECT_TRUE(m_gl.IsList(lists::kCoastlines));
-    EXPECT_EQ(m_session->Display().StatusText, u"Ready");
-    EXPECT_TRUE(m_session->Downloads().DownloadIdle);
-}
-
-TEST_F(Session, TheDownloadButtonShowsTheNetworksTraffic) {
+TEST_F(Session, TheDownloadButtonShowsTheNetworksTrafficOrBothCompared) {
     Write(u"data/whazzup.txt"_s, "stale");
     StartAndDownload(0);
     EXPECT_EQ(m_session->Display().ShownNetwork, 0);
@@ -108,7 +126,12 @@ TEST_F(Session, TheDownloadButtonShowsTheNetworksTraffic) {
     // The IVAO data file is not kept once drawn.
     EXPECT_FALSE(QFile::exists(m_home.filePath(u"data/whazzup.txt"_s)));
     EXPECT_EQ(m_session->Downloader().AutoDownloadCountdown(), 5 * 60);
-    EXPECT_TRUE(m_session->Display().SceneBuilt[0]);
+
+    m_session->KeyUp(keys::Letter('B'), 0);
+    EXPECT_EQ(m_session->Display().ShownNetwork, 2);
+    EXPECT_EQ(m_session->Display().StatusText, u"Merged data of 1423Z/1423Z displayed");
+    for (int offset = 0; offset < lists::kTrafficListCount; ++offset)
+        EXPECT_TRUE(m_gl.IsList(30 + offset)) << offset;
 }
 
 TEST_F(Session, AFailedDownloadKeepsTheOldTrafficAndSaysWhy) {
@@ -129,28 +152,28 @@ TEST_F(Session, AFailedDownloadKeepsTheOldTrafficAndSaysWhy) {
     EXPECT_EQ(m_session->Tables()[1].PilotCount, 1300);
 }
 
-TEST_F(Session, BothNetworksAreComparedInTheirOwnLists) {
-    StartAndDownload(2);
-    EXPECT_EQ(m_session->Display().ShownNetwork, 2);
-    EXPECT_EQ(m_session->Display().StatusText, u"Merged data of 1423Z/1423Z displayed");
-    for (int offset = 0; offset < lists::kTrafficListCount; ++offset)
-        EXPECT_TRUE(m_gl.IsList(30 + offset)) << offset;
-}
-
-TEST_F(Session, AClickSelectsTheNearestClientAndBesideTheGlobeClears) {
+TEST_F(Session, AClickOpensTheNearestClientsBoxAndBesideTheGlobeClears) {
     StartAndDownload(0);
-    const network::PilotRecord* pilot = nullptr;
+    const auto& data = m_session->Tables()[0];
     std::optional<geo::ScreenPoint> point;
-    for (int slot = 1; slot <= m_session->Tables()[0].PilotCount && !point; ++slot) {
-        pilot = &m_session->Tables()[0].Pilots[slot];
-        point = geo::LatLonToScreen(pilot->Latitude, pilot->Longitude, 800, 600, m_session->View());
+    int slot = 0;
+    for (slot = 1; slot <= data.PilotCount; ++slot) {
+        point = geo::LatLonToScreen(data.Pilots[slot].Latitude, data.Pilots[slot].Longitude, 800, 600,
+                                    m_session->View());
+        if (point && point->X > 300 && point->X < 480 && point->Y > 100 && point->Y < 500)
+            break;
     }
-    ASSERT_TRUE(point.has_value());
+    ASSERT_LE(slot, data.PilotCount);
     m_session->Pointer().Click(point->X + 1, point->Y);
     ASSERT_TRUE(m_session->Selected().has_value());
     EXPECT_TRUE(m_gl.IsList(lists::kHighlight));
-    EXPECT_TRUE(m_session->Display().StatusText.startsWith(
-        m_session->Tables()[0].Pilots[m_session->Selected()->Slot].Callsign));
+    ASSERT_EQ(m_session->Display().PanelMode, 1);
+    const QString callsign = data.Pilots[m_session->Selected()->Slot].Callsign;
+    EXPECT_TRUE(m_session->Display().StatusText.startsWith(callsign));
+    const auto title = RecordingGl::Printed(m_gl.List(lists::kInfoBox));
+    EXPECT_EQ(std::string(title.begin(), title.end()).rfind(callsign.toStdString(), 0), 0u);
+    m_session->KeyUp(keys::kEscape, 0);
+    EXPECT_EQ(m_session->Display().PanelMode, 0);
     m_session->View().ViewZ = 0.3f;
     m_session->Pointer().Click(1, 30);
     EXPECT_FALSE(m_session->Selected().has_value());
@@ -178,28 +201,6 @@ TEST_F(Session, LabelsArePlacedForTheViewWhenItComesToRestAndDTurnsDeclutteringO
     EXPECT_EQ(m_session->Display().StatusText, u"All labels shown");
     EXPECT_FALSE(m_session->Config().DeclutterLabels);
     EXPECT_GT(RecordingGl::Printed(m_gl.List(list)).size(), placed.size() * 2); // every aircraft's
-}
-
-TEST_F(Session, AClickOnAnAircraftOpensItsInfoBox) {
-    StartAndDownload(0);
-    const auto& data = m_session->Tables()[0];
-    std::optional<geo::ScreenPoint> point;
-    int slot = 0;
-    for (slot = 1; slot <= data.PilotCount; ++slot) {
-        point = geo::LatLonToScreen(data.Pilots[slot].Latitude, data.Pilots[slot].Longitude, 800, 600,
-                                    m_session->View());
-        if (point && point->X > 300 && point->X < 480 && point->Y > 100 && point->Y < 500)
-            break;
-    }
-    ASSERT_LE(slot, data.PilotCount);
-    m_session->Pointer().Click(point->X, point->Y);
-    ASSERT_EQ(m_session->Display().PanelMode, 1);
-    const auto title = RecordingGl::Printed(m_gl.List(lists::kInfoBox));
-    const std::string text(title.begin(), title.end());
-    const QString callsign = data.Pilots[m_session->Panels().InfoClient->Slot].Callsign;
-    EXPECT_EQ(text.rfind(callsign.toStdString(), 0), 0u) << text;
-    m_session->KeyUp(keys::kEscape, 0);
-    EXPECT_EQ(m_session->Display().PanelMode, 0);
 }
 
 TEST_F(Session, TheListPagesAndARowOpensThatClient) {
@@ -246,105 +247,59 @@ TEST_F(Session, TheFriendButtonRebuildsWhatShowsFriends) {
     EXPECT_TRUE(m_session->Display().StatusText.endsWith(u"removed from friends list"_s));
 }
 
-TEST_F(Session, KeysReachTheDownloadAndTheLayers) {
-    ASSERT_TRUE(m_session->StartUp().isEmpty());
-    m_session->KeyUp(keys::Letter('V'), 0);
-    EXPECT_EQ(m_session->Display().ShownNetwork, 1);
-    EXPECT_EQ(m_session->Tables()[1].PilotCount, 1300);
-    m_session->KeyUp(keys::F(6), keys::kShift);
-    EXPECT_FALSE(m_session->Config().ShowPlanes);
-    EXPECT_EQ(RecordingGl::Printed(m_gl.List(lists::kStatusLine)).size(),
-              QString(u"Plane display toggle"_s).size());
-}
-
 // Three downloads of a feed whose aircraft moves: the store keeps them, the selection shows where it
 // flew, and the keys step back through what was kept, stat answering as of then.
 TEST_F(Session, TheHistoryKeepsEachDownloadTrailsTheSelectionAndReplaysIt) {
     sky::testing::MemoryHistory history;
-    m_session = std::make_unique<MapSession>(Folders::OneFolder(m_home.path()), Settings{}, Friends{}, m_gl,
-                                             m_host, m_server, &history);
-    m_session->Downloader().Now = [this] { return m_now; };
-    m_session->Downloads().Networks[0].StatusFileAddress = u"http://demo.example/feed/status.txt"_s;
-    m_server.Answers[u"http://demo.example/feed/status.txt"_s] = "url0=whazzup.txt\n\n\n\n\n";
-    ASSERT_TRUE(m_session->StartUp().isEmpty());
-    for (int step = 0; step < 3; ++step) {
-        const QString pilot = network::testing::PilotLine(0, {{0, u"DLH1"_s},
-                                                              {1, u"200001"_s},
-                                                              {5, QString::number(50 + step)},
-                                                              {6, u"8"_s},
-                                                              {11, u"EDDF"_s},
-                                                              {13, u"EKCH"_s},
-                                                              {30, u"DCT"_s}});
-        m_server.Answers[u"http://demo.example/feed/whazzup.txt"_s] =
-            (u"!GENERAL\r\nRELOAD = 1\r\nUPDATE = 202611211"_s + QString::number(4) + QString::number(step) +
-             u"000\r\nCONNECTED CLIENTS = 1\r\n!CLIENTS\r\n"_s + pilot + u"\r\n"_s)
-                .toUtf8();
-        m_now = m_now.addSecs(180);
-        m_session->Downloader().BtnDownload(0);
-    }
+    StartOwnFeed({}, {}, &history);
+    for (int step = 0; step < 3; ++step)
+        DownloadOwnFeed(u"2026112114"_s + QString::number(step) + u"000"_s,
+                        {network::testing::PilotLine(0, {{0, u"DLH1"_s},
+                                                         {1, u"200001"_s},
+                                                         {5, QString::number(50 + step)},
+                                                         {6, u"8"_s},
+                                                         {11, u"EDDF"_s},
+                                                         {13, u"EKCH"_s},
+                                                         {30, u"DCT"_s}})});
     ASSERT_EQ(history.Kept.size(), 3u);
     m_session->State().Selected = network::ClientRef{0, true, 1};
     m_session->Scene().RecordHighlight();
-    const auto& highlight = m_gl.List(lists::kHighlight);
     int strips = 0;
-    for (const auto& call : highlight)
+    for (const auto& call : m_gl.List(lists::kHighlight))
         strips +=
             call.What == render::RecordingGl::Op::Begin && call.Number == int(render::Primitive::LineStrip);
     EXPECT_EQ(strips, 2); // flown: through the three positions; ahead: dashed to the destination
 
-    const auto stat = [&] {
-        m_session->Companion().SetSink({});
-        const QString before = m_session->Companion().PaneText();
-        m_session->CompanionEnter(u"stat"_s);
-        return m_session->Companion().PaneText().mid(before.size());
-    };
+    m_session->Companion().SetSink({});
     m_session->KeyUp(keys::F(7), 0);
     EXPECT_EQ(m_session->Display().StatusText, u"IVAO data of 1410Z (replay 2/3)");
     m_session->KeyUp(keys::F(7), 0);
-    EXPECT_TRUE(stat().contains(u"IVAO data of 1400Z"_s));
+    EXPECT_TRUE(Answer(u"stat"_s).contains(u"IVAO data of 1400Z"_s));
     EXPECT_FLOAT_EQ(m_session->Tables()[0].Pilots[1].Latitude, 50.0f);
     m_session->KeyUp(keys::F(7), 0); // nothing earlier
     EXPECT_EQ(m_session->Display().StatusText, u"No earlier data kept");
     m_session->Downloader().AutoDownloadTimerTick(); // no automatic download replaces a replay
     EXPECT_EQ(history.Kept.size(), 3u);
     m_session->KeyUp(keys::F(9), 0);
-    EXPECT_TRUE(stat().contains(u"IVAO data of 1420Z"_s));
+    EXPECT_TRUE(Answer(u"stat"_s).contains(u"IVAO data of 1420Z"_s));
     EXPECT_FALSE(m_session->Display().Replaying);
 }
-
-} // namespace
-} // namespace sky::view
-
-namespace sky::view {
-namespace {
 
 // Two downloads of a feed; a friend and a watched tower come online in the second.
 TEST_F(Session, AFriendOrAWatchedStationComingOnlineIsToldEveryWayAndIsOneClickAway) {
     Write(u"data/watch.dat"_s, "EDDF_*\n");
-    m_session = std::make_unique<MapSession>(Folders::OneFolder(m_home.path()), Settings{},
-                                             Friends::Parse(u"111111\n333333\n"_s), m_gl, m_host, m_server);
-    m_session->Downloader().Now = [this] { return m_now; };
-    m_session->Downloads().Networks[0].StatusFileAddress = u"http://demo.example/feed/status.txt"_s;
-    m_server.Answers[u"http://demo.example/feed/status.txt"_s] = "url0=whazzup.txt\n\n\n\n\n";
-    const auto feed = [&](const QString& stamp, const QStringList& clients) {
-        m_server.Answers[u"http://demo.example/feed/whazzup.txt"_s] =
-            (u"!GENERAL\r\nRELOAD = 1\r\nUPDATE = "_s + stamp +
-             u"\r\nCONNECTED CLIENTS = 1\r\n!CLIENTS\r\n"_s + clients.join(u"\r\n"_s) + u"\r\n"_s)
-                .toUtf8();
-        m_now = m_now.addSecs(180);
-        m_session->Downloader().BtnDownload(0);
-    };
+    StartOwnFeed({}, Friends::Parse(u"111111\n333333\n"_s));
     const QString stranger =
         network::testing::PilotLine(0, {{0, u"AFR1"_s}, {1, u"999999"_s}, {5, u"48"_s}, {6, u"2"_s}});
-    ASSERT_TRUE(m_session->StartUp().isEmpty());
-    feed(u"20261121140000"_s, {stranger});
+    DownloadOwnFeed(u"20261121140000"_s, {stranger});
     EXPECT_TRUE(m_host.Notified.isEmpty()); // the first download of a run tells nothing
-    feed(u"20261121140300"_s,
-         {stranger,
-          network::testing::PilotLine(
-              0, {{0, u"DLH1"_s}, {1, u"111111"_s}, {2, u"Anna Berg"_s}, {5, u"50"_s}, {6, u"8"_s}}),
-          network::testing::AtcLine(
-              0, {{0, u"EDDF_TWR"_s}, {1, u"999998"_s}, {5, u"50.03"_s}, {6, u"8.57"_s}})});
+    DownloadOwnFeed(
+        u"20261121140300"_s,
+        {stranger,
+         network::testing::PilotLine(
+             0, {{0, u"DLH1"_s}, {1, u"111111"_s}, {2, u"Anna Berg"_s}, {5, u"50"_s}, {6, u"8"_s}}),
+         network::testing::AtcLine(0,
+                                   {{0, u"EDDF_TWR"_s}, {1, u"999998"_s}, {5, u"50.03"_s}, {6, u"8.57"_s}})});
     EXPECT_EQ(m_host.Notified, (QStringList{u"0|DLH1|Friend Anna Berg (DLH1) is online on IVAO"_s,
                                             u"0|EDDF_TWR|EDDF_TWR opened on IVAO"_s}));
     EXPECT_TRUE(m_session->Companion().PaneText().contains(u"Friend Anna Berg (DLH1) is online on IVAO"_s));
@@ -366,18 +321,13 @@ TEST_F(Session, AFriendOrAWatchedStationComingOnlineIsToldEveryWayAndIsOneClickA
     EXPECT_FALSE(m_session->GoTo(0, u"KLM9"_s));
 
     // The Companion edits the watch list, which is kept at once.
-    const auto answer = [&](const QString& line) {
-        const QString before = m_session->Companion().PaneText();
-        m_session->CompanionEnter(line);
-        return m_session->Companion().PaneText().mid(before.size()).trimmed();
-    };
-    EXPECT_EQ(answer(u"watch *_CTR"_s), u"> watch *_CTR\r\nWatching *_CTR");
-    EXPECT_EQ(answer(u"unwatch eddf_*"_s), u"> unwatch eddf_*\r\nNo longer watching EDDF_*");
-    EXPECT_EQ(answer(u"watch"_s), u"> watch\r\nWatched: *_CTR");
-    EXPECT_EQ(answer(u"watch a:b"_s), u"> watch a:b\r\nNot a callsign pattern: a:b");
+    EXPECT_EQ(Answer(u"watch *_CTR"_s), u"> watch *_CTR\r\nWatching *_CTR");
+    EXPECT_EQ(Answer(u"unwatch eddf_*"_s), u"> unwatch eddf_*\r\nNo longer watching EDDF_*");
+    EXPECT_EQ(Answer(u"watch"_s), u"> watch\r\nWatched: *_CTR");
+    EXPECT_EQ(Answer(u"watch a:b"_s), u"> watch a:b\r\nNot a callsign pattern: a:b");
     EXPECT_EQ(ReadWholeFile(m_home.filePath(u"data/watch.dat"_s)), QByteArray("*_CTR\n"));
     // The tower's leaving is no news now that it is not watched; the friend's is.
-    feed(u"20261121140600"_s, {stranger});
+    DownloadOwnFeed(u"20261121140600"_s, {stranger});
     EXPECT_EQ(m_host.Notified.size(), 3);
     EXPECT_EQ(m_host.Notified.back(), u"0|DLH1|Friend Anna Berg (DLH1) went offline on IVAO");
 }
@@ -385,11 +335,10 @@ TEST_F(Session, AFriendOrAWatchedStationComingOnlineIsToldEveryWayAndIsOneClickA
 TEST_F(Session, AutomaticDownloadRunsFromStartUp) {
     Settings settings;
     settings.AutoDownload = true;
-    m_session = std::make_unique<MapSession>(Folders::OneFolder(m_home.path()), settings, Friends{}, m_gl,
-                                             m_host, m_server);
-    m_session->Downloads().Networks[0].StatusFileAddress = u"http://demo.example/ivao/status.txt"_s;
-    ASSERT_TRUE(m_session->StartUp().isEmpty());
+    StartOwnFeed(settings);
     EXPECT_TRUE(m_host.AutoDownload);
+    m_server.Answers[u"http://demo.example/feed/whazzup.txt"_s] =
+        m_server.Answers[u"http://demo.example/ivao/whazzup.txt"_s];
     m_session->Downloader().AutoDownloadTimerTick();
     EXPECT_GT(m_session->Tables()[0].ConnectedClients, 0);
 }
