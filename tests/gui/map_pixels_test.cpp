@@ -22,8 +22,14 @@ const QRgb kBackground = qRgb(0x10, 0x10, 0x3A);
 const QRgb kSectorBorder = qRgb(0x2E, 0x53, 0x81);
 
 QString Pilot(const QString& callsign, double lat, double lon) {
-    return PilotLine(0, {{0, callsign}, {1, u"200001"_s}, {2, u"Test Pilot"_s}, {5, QString::number(lat, 'f', 5)},
-                         {6, QString::number(lon, 'f', 5)}, {7, u"35000"_s}, {8, u"450"_s}, {45, u"90"_s}});
+    return PilotLine(0, {{0, callsign},
+                         {1, u"200001"_s},
+                         {2, u"Test Pilot"_s},
+                         {5, QString::number(lat, 'f', 5)},
+                         {6, QString::number(lon, 'f', 5)},
+                         {7, u"35000"_s},
+                         {8, u"450"_s},
+                         {45, u"90"_s}});
 }
 
 // The rows of an area that hold a pixel near colour, as runs of consecutive rows.
@@ -40,8 +46,31 @@ std::vector<std::pair<int, int>> RowRuns(const QImage& image, QRgb colour, const
     return runs;
 }
 
+// Zoomed in, the globe reaches far beyond the window: aircraft placed at points of the window, the
+// middle and near each corner, land on those pixels.
+TEST_F(Gui, ZoomedInEachAircraftLandsOnItsPixel) {
+    const sky::geo::ViewState view{10.0f, -50.0f, 4.0f};
+    const QPoint pixels[] = {{400, 300}, {70, 70}, {700, 70}, {70, 520}, {700, 520}};
+    QStringList pilots;
+    for (const QPoint& pixel : pixels) {
+        const auto place = sky::geo::ScreenToLatLon(pixel.x(), pixel.y(), 800, 600, view);
+        ASSERT_TRUE(place.has_value());
+        pilots.append(Pilot(u"T%1"_s.arg(pilots.size()), place->Lat, place->Lon));
+    }
+    const QImage image = Snapshot(LocalFeed(pilots) + QStringList{u"--view"_s, u"10,50,4"_s});
+    ASSERT_FALSE(image.isNull());
+    for (const QPoint& pixel : pixels) {
+        SCOPED_TRACE(pixel.x() * 1000 + pixel.y());
+        const QRect symbol = BoundsOf(image, kPlaneBorder, 24, QRect(pixel - QPoint(20, 20), QSize(41, 41)));
+        ASSERT_FALSE(symbol.isNull());
+        EXPECT_NEAR(symbol.center().x(), pixel.x(), 2);
+        EXPECT_NEAR(symbol.center().y(), pixel.y(), 2);
+    }
+}
+
 TEST_F(Gui, AnAircraftsLabelSitsBesideItsSymbolInTwoLines) {
-    const QImage image = Snapshot(LocalFeed({Pilot(u"DLH1234"_s, 50, 10)}) + QStringList{u"--view"_s, u"10,50,4"_s});
+    const QImage image =
+        Snapshot(LocalFeed({Pilot(u"DLH1234"_s, 50, 10)}) + QStringList{u"--view"_s, u"10,50,4"_s});
     ASSERT_FALSE(image.isNull());
     const QRect around(300, 240, 240, 120);
     const QRect symbol = BoundsOf(image, kPlaneBorder, 24, around);
@@ -77,7 +106,8 @@ TEST_F(Gui, NothingOfTheMapCoversTheStripsTheCountPanelOrAnOpenPanel) {
     at(200, 300); // clicked: its box opens
     at(100, 150);
     at(300, 450);
-    const QImage image = Snapshot(LocalFeed(pilots) + QStringList{u"--view"_s, u"0,0,1.5"_s, u"--keys"_s, u"click 200 300"_s});
+    const QImage image =
+        Snapshot(LocalFeed(pilots) + QStringList{u"--view"_s, u"0,0,1.5"_s, u"--keys"_s, u"click 200 300"_s});
     ASSERT_FALSE(image.isNull());
     const struct {
         const char* name;
@@ -103,9 +133,13 @@ TEST_F(Gui, AtTwiceTheScaleTheMapFillsTheWindowAndTextKeepsItsSize) {
     ASSERT_EQ(scaled.size(), normal.size() * 2);
     // The globe reaches into the upper right quarter, as it does at the normal scale.
     const QRgb globe = qRgb(0x10, 0x10, 0x2A);
-    const auto upperRight = [](const QImage& i) { return QRect(i.width() / 2, i.height() / 10, i.width() / 3, i.height() / 3); };
-    const double share = double(CountNear(normal, globe, 8, upperRight(normal))) / (upperRight(normal).width() * upperRight(normal).height());
-    const double scaledShare = double(CountNear(scaled, globe, 8, upperRight(scaled))) / (upperRight(scaled).width() * upperRight(scaled).height());
+    const auto upperRight = [](const QImage& i) {
+        return QRect(i.width() / 2, i.height() / 10, i.width() / 3, i.height() / 3);
+    };
+    const double share = double(CountNear(normal, globe, 8, upperRight(normal))) /
+                         (upperRight(normal).width() * upperRight(normal).height());
+    const double scaledShare = double(CountNear(scaled, globe, 8, upperRight(scaled))) /
+                               (upperRight(scaled).width() * upperRight(scaled).height());
     EXPECT_GT(share, 0.2);
     EXPECT_NEAR(scaledShare, share, 0.1);
     // The status line "Ready" is twice as tall in device pixels.
@@ -120,13 +154,15 @@ TEST_F(Gui, AtTwiceTheScaleTheMapFillsTheWindowAndTextKeepsItsSize) {
 
 TEST_F(Gui, SectorsStayOnTheGlobeAndTheDateLineCutIsNotDrawn) {
     // TSA reaches past the globe's edge at 90 degrees east; TSB is cut in two at 180 degrees.
-    Write(u"data/firlist.dat"_s, "TSA:XX:0.0000:80.0000:Across the edge\nTSB:XX:40.0000:180.0000:Across the date line\n");
+    Write(u"data/firlist.dat"_s,
+          "TSA:XX:0.0000:80.0000:Across the edge\nTSB:XX:40.0000:180.0000:Across the date line\n");
     Write(u"data/firdisplay.dat"_s, "B:TSA:0:TSA\nR\n-20:60\n20:60\n20:120\n-20:120\n-20:60\n"
                                     "B:TSB:0:TSB\nR\n30:170\n30:180\n50:180\n50:170\n30:170\n"
                                     "R\n30:-180\n30:-170\n50:-170\n50:-180\n30:-180\n");
     QFile::remove(m_home.filePath(u"data/firdisplay.sup"_s));
-    const QStringList feed = LocalFeed({AtcLine(0, {{0, u"TSA_CTR"_s}, {1, u"300001"_s}, {4, u"128.000"_s}}),
-                                        AtcLine(0, {{0, u"TSB_CTR"_s}, {1, u"300002"_s}, {4, u"129.000"_s}})});
+    const QStringList feed =
+        LocalFeed({AtcLine(0, {{0, u"TSA_CTR"_s}, {1, u"300001"_s}, {4, u"128.000"_s}}),
+                   AtcLine(0, {{0, u"TSB_CTR"_s}, {1, u"300002"_s}, {4, u"129.000"_s}})});
     const QImage edge = Snapshot(feed + QStringList{u"--view"_s, u"0,0,0.5"_s});
     ASSERT_FALSE(edge.isNull());
     // Beside the globe's right edge (x 700) only the background shows (above and below the station's
