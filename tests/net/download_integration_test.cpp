@@ -87,23 +87,6 @@ TEST_F(DownloadAgainstLocalServer, FetchesPlainAndGzipDataEndToEnd) {
     EXPECT_EQ(m_tables[0].Pilots[1].Callsign, u"PLAIN1");
 }
 
-TEST_F(DownloadAgainstLocalServer, ReportsAMissingFileAndAGzipCutInHalf) {
-    m_server.Serve(u"status.txt"_s, "gzurl0=whazzup.txt.gz\n\n\n\n\n");
-    m_server.Serve(u"whazzup.txt.gz"_s, Gzip(Whazzup("FIRST")));
-    ASSERT_EQ(Run(false), network::DownloadOutcome::Interpreted);
-
-    const QByteArray packed = Gzip(Whazzup("SECOND"));
-    m_server.Serve(u"whazzup.txt.gz"_s, packed.first(packed.size() / 2));
-    EXPECT_EQ(Run(false), network::DownloadOutcome::UnzipError);
-    EXPECT_EQ(m_view.Last, u"Error unzipping data");
-    EXPECT_EQ(m_tables[0].Pilots[1].Callsign, u"FIRST");
-
-    QFile::remove(m_server.Folder().filePath(u"whazzup.txt.gz"_s));
-    EXPECT_EQ(Run(false), network::DownloadOutcome::FetchFailed);
-    EXPECT_EQ(m_view.Last, u"Could not contact server");
-    EXPECT_EQ(m_tables[0].PilotCount, 1);
-}
-
 // Without a choice of its own the download picks a server at random: over ten downloads the listed
 // servers take turns, a dead one among them failing only its own turns.
 TEST_F(DownloadAgainstLocalServer, PicksAServerAtRandom) {

@@ -41,11 +41,6 @@ TEST(ToggleMaximised, RestoresExactlyTheGeometryBeforeIt) {
     EXPECT_EQ(other.Height, 1024 * 15); // the whole height
 }
 
-} // namespace
-} // namespace sky
-
-namespace sky {
-namespace {
 
 TEST(ResizeEdgesAt, EdgesAndCornersButNotTheButtonsNorWhileMaximised) {
     struct Row {

@@ -215,11 +215,6 @@ TEST(ProfileAddress, OnlyWebAddressesAreEverOpened) {
     EXPECT_EQ(ProfileAddress(network, u"512345"_s), u"https://www.ivao.aero/Member.aspx?ID=512345");
 }
 
-} // namespace
-} // namespace sky::network
-
-namespace sky::network {
-namespace {
 
 TEST(ChooseStatusFileAddress, CommandLineBeatsDemoBeatsSettingsBeatsTheDefault) {
     const QString home = u"/opt/sky"_s;
@@ -243,11 +238,6 @@ TEST(ChooseJsonAddress, TheSettingElseTheDefaultUnlessAStatusFileWasChosen) {
     EXPECT_EQ(ChooseJsonAddress(1, true, true, u" http://mine/feed.json "_s), u"http://mine/feed.json");
 }
 
-} // namespace
-} // namespace sky::network
-
-namespace sky::network {
-namespace {
 
 QByteArray TestCapture(const QString& name) {
     return ReadWholeFile(QStringLiteral(SKYLANTRA_SOURCE_DIR) + u"/tests/data/"_s + name)
