@@ -15,9 +15,13 @@
 
 #include <gtest/gtest.h>
 
+#include "network/whazzup_lines.h"
+
 // The real program in a real window: run under an X server (xvfb-run), with a copy of the build's home
 // folder, so nothing a test does touches the build.
 namespace sky::gui {
+
+using namespace Qt::StringLiterals;
 
 inline const QString kBuild = QStringLiteral(SKYLANTRA_BINARY_DIR);
 
@@ -70,9 +74,8 @@ class Gui : public ::testing::Test {
 public:
     void SetUp() override {
         ASSERT_TRUE(m_home.isValid());
-        ASSERT_TRUE(CopyFolder(kBuild + QStringLiteral("/data"), m_home.filePath(QStringLiteral("data"))));
-        ASSERT_TRUE(
-            CopyFolder(kBuild + QStringLiteral("/colours"), m_home.filePath(QStringLiteral("colours"))));
+        ASSERT_TRUE(CopyFolder(kBuild + u"/data"_s, m_home.filePath(u"data"_s)));
+        ASSERT_TRUE(CopyFolder(kBuild + u"/colours"_s, m_home.filePath(u"colours"_s)));
         if (qEnvironmentVariableIsEmpty("DISPLAY"))
             GTEST_SKIP() << "no X display: run under xvfb-run";
     }
@@ -85,8 +88,7 @@ public:
         for (const QString& pair : environment)
             env.insert(pair.section(u'=', 0, 0), pair.section(u'=', 1));
         process.setProcessEnvironment(env);
-        process.start(kBuild + QStringLiteral("/skylantra"),
-                      QStringList{QStringLiteral("--home"), m_home.path()} + arguments);
+        process.start(kBuild + u"/skylantra"_s, QStringList{u"--home"_s, m_home.path()} + arguments);
         if (!process.waitForFinished(timeoutMs)) {
             process.kill();
             return -1;
@@ -95,15 +97,15 @@ public:
     }
 
     QImage Snapshot(const QStringList& arguments, const QStringList& environment = {}) {
-        const QString path = m_home.filePath(QStringLiteral("shot.png"));
+        const QString path = m_home.filePath(u"shot.png"_s);
         QFile::remove(path);
-        EXPECT_EQ(Run(arguments + QStringList{QStringLiteral("--snapshot"), path}, 60000, environment), 0);
+        EXPECT_EQ(Run(arguments + QStringList{u"--snapshot"_s, path}, 60000, environment), 0);
         // SKYLANTRA_SNAPSHOT_DIR keeps every snapshot, named after its test, to be looked at.
         const QString keep = qEnvironmentVariable("SKYLANTRA_SNAPSHOT_DIR");
         if (!keep.isEmpty()) {
             const auto* test = ::testing::UnitTest::GetInstance()->current_test_info();
-            QFile::copy(path, QDir(keep).filePath(QString::fromUtf8(test->name()) +
-                                                  QStringLiteral("-%1.png").arg(++m_snapshots)));
+            QFile::copy(
+                path, QDir(keep).filePath(QString::fromUtf8(test->name()) + u"-%1.png"_s.arg(++m_snapshots)));
         }
         return QImage(path);
     }
@@ -119,20 +121,13 @@ public:
     // A feed of its own for IVAO: a status file and a whazzup file with these client lines, of this
     // time, to be downloaded again after reload minutes; the options that download it once the map is
     // ready.
-    QStringList LocalFeed(const QStringList& clientLines,
-                          const QString& update = QStringLiteral("20261121142300"), int reload = 1) {
-        QStringList lines = {QStringLiteral("!GENERAL"), QStringLiteral("RELOAD = %1").arg(reload),
-                             QStringLiteral("UPDATE = ") + update,
-                             QStringLiteral("CONNECTED CLIENTS = %1").arg(clientLines.size()),
-                             QStringLiteral("!CLIENTS")};
-        lines += clientLines;
-        Write(QStringLiteral("feed/whazzup.txt"),
-              (lines.join(QStringLiteral("\r\n")) + QStringLiteral("\r\n")).toUtf8());
-        Write(QStringLiteral("feed/status.txt"),
+    QStringList LocalFeed(const QStringList& clientLines, const QString& update = u"20261121142300"_s,
+                          int reload = 1) {
+        Write(u"feed/whazzup.txt"_s, network::testing::WhazzupText(clientLines, update, reload).toUtf8());
+        Write(u"feed/status.txt"_s,
               "url0=whazzup.txt\n\n\n\n\n"); // a status file has five lines or more
-        return {QStringLiteral("--ivao-status"),
-                QUrl::fromLocalFile(m_home.filePath(QStringLiteral("feed/status.txt"))).toString(),
-                QStringLiteral("--download"), QStringLiteral("ivao")};
+        return {u"--ivao-status"_s, QUrl::fromLocalFile(m_home.filePath(u"feed/status.txt"_s)).toString(),
+                u"--download"_s, u"ivao"_s};
     }
 
     // The first window of that name, waiting up to 20 seconds for it to appear.
@@ -142,7 +137,7 @@ public:
         waited.start();
         while (window.isEmpty() && waited.elapsed() < 20000) {
             QThread::msleep(200);
-            window = Xdotool({QStringLiteral("search"), QStringLiteral("--name"), name}).section(u'\n', 0, 0);
+            window = Xdotool({u"search"_s, u"--name"_s, name}).section(u'\n', 0, 0);
         }
         return window;
     }
@@ -150,39 +145,35 @@ public:
     // Starts the program with these arguments; its map window, once it shows and is ready.
     QString Start(QProcess& program, const QStringList& arguments) {
         program.setProcessChannelMode(QProcess::ForwardedChannels);
-        program.start(kBuild + QStringLiteral("/skylantra"),
-                      QStringList{QStringLiteral("--home"), m_home.path()} + arguments);
+        program.start(kBuild + u"/skylantra"_s, QStringList{u"--home"_s, m_home.path()} + arguments);
         if (!program.waitForStarted(10000))
             return {};
-        const QString window = FindWindow(QStringLiteral("^Skylantra$"));
+        const QString window = FindWindow(u"^Skylantra$"_s);
         QThread::msleep(1500); // start-up to "Ready"
         return window;
     }
 
     // Closes the map with the close button of its title strip and waits for the program to end.
     static bool CloseAndWait(QProcess& program, const QString& window) {
-        const QString width =
-            Xdotool({QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), window})
-                .section(QStringLiteral("WIDTH="), 1)
-                .section(u'\n', 0, 0);
-        Xdotool({QStringLiteral("mousemove"), QStringLiteral("--window"), window,
-                 QString::number(width.toInt() - 5), QStringLiteral("8"), QStringLiteral("click"),
-                 QStringLiteral("1")});
+        const QString width = Xdotool({u"getwindowgeometry"_s, u"--shell"_s, window})
+                                  .section(u"WIDTH="_s, 1)
+                                  .section(u'\n', 0, 0);
+        Xdotool({u"mousemove"_s, u"--window"_s, window, QString::number(width.toInt() - 5), u"8"_s,
+                 u"click"_s, u"1"_s});
         return program.waitForFinished(20000) && program.exitCode() == 0;
     }
 
     static void Keys(const QString& window, const QStringList& keys) {
-        Xdotool({QStringLiteral("windowfocus"), QStringLiteral("--sync"), window});
+        Xdotool({u"windowfocus"_s, u"--sync"_s, window});
         for (const QString& key : keys) {
-            Xdotool({QStringLiteral("key"), QStringLiteral("--delay"), QStringLiteral("80"), key});
+            Xdotool({u"key"_s, u"--delay"_s, u"80"_s, key});
             QThread::msleep(150);
         }
     }
 
     // What the screen shows of a window now, as the user sees it.
     static QImage Grab(const QString& window) {
-        const QString geometry =
-            Xdotool({QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), window});
+        const QString geometry = Xdotool({u"getwindowgeometry"_s, u"--shell"_s, window});
         int x = 0, y = 0, w = 0, h = 0;
         for (const QString& line : geometry.split(u'\n')) {
             const QString value = line.section(u'=', 1);
@@ -201,7 +192,7 @@ public:
 
     static QString Xdotool(const QStringList& arguments) {
         QProcess process;
-        process.start(QStringLiteral("xdotool"), arguments);
+        process.start(u"xdotool"_s, arguments);
         process.waitForFinished(10000);
         return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
     }

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include "network/whazzup_lines.h"
 #include "testing/gzip.h"
 
 #include "local_http_server.h"
@@ -20,11 +21,13 @@ namespace {
 using sky::testing::Gzip;
 
 QByteArray Whazzup(const QByteArray& callsign) {
-    QByteArray text =
-        "!GENERAL\r\nRELOAD = 1\r\nUPDATE = 20261121142305\r\nCONNECTED CLIENTS = 2\r\n!CLIENTS\r\n";
-    text += callsign + ":800001:Jane Roe EDDF:PILOT::50.1:8.6:35000:450:B738:450:EDDF:FL350:KJFK" +
-            QByteArray(26, ':') + "\r\n";
-    return text;
+    return network::testing::WhazzupText(
+               {QString::fromUtf8(callsign +
+                                  ":800001:Jane Roe EDDF:PILOT::50.1:8.6:35000:450:B738:450:EDDF:"
+                                  "FL350:KJFK" +
+                                  QByteArray(26, ':'))},
+               u"20261121142305"_s, 1, 2)
+        .toUtf8();
 }
 
 class StatusView : public network::DownloadView {

@@ -58,13 +58,9 @@ TEST(WatchPattern, TheListKeepsEachPatternOnceNormalisedAndSurvivesItsFile) {
 
 // One download of a network holding these clients.
 network::NetworkData Download(int n, const QStringList& clientLines) {
-    const QString text =
-        u"!GENERAL\r\nUPDATE = 20261121140000\r\nCONNECTED CLIENTS = %1\r\n!CLIENTS\r\n"_s.arg(
-            clientLines.size()) +
-        clientLines.join(u"\r\n"_s) + u"\r\n"_s;
     static const ReferenceData reference;
     network::NetworkData data;
-    network::InterpretWhazzup(n, text, reference, data, {});
+    network::InterpretWhazzup(n, network::testing::WhazzupText(clientLines), reference, data, {});
     return data;
 }
 

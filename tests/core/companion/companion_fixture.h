@@ -60,12 +60,9 @@ protected:
 
     // Reads a whazzup of the given client lines into network (0 IVAO, 1 VATSIM) and shows it.
     void Load(int network, const QStringList& clients, int connected = -1) {
-        QStringList lines = {u"!GENERAL"_s, u"RELOAD = 2"_s, u"UPDATE = 20261121142305"_s,
-                             u"CONNECTED CLIENTS = "_s +
-                                 QString::number(connected < 0 ? int(clients.size()) : connected),
-                             u"!CLIENTS"_s};
-        lines += clients;
-        network::InterpretWhazzup(network, lines.join(u"\r\n"), m_reference, m_tables[network], m_now);
+        network::InterpretWhazzup(network,
+                                  network::testing::WhazzupText(clients, u"20261121142305"_s, 2, connected),
+                                  m_reference, m_tables[network], m_now);
         m_shown = network;
     }
 

@@ -38,11 +38,9 @@ public:
 using sky::testing::Gzip;
 
 QByteArray WhazzupFile(int clients, const QString& callsign = u"DLH1"_s) {
-    QStringList lines = {u"!GENERAL"_s, u"RELOAD = 2"_s, u"UPDATE = 20261121142305"_s,
-                         u"CONNECTED CLIENTS = %1"_s.arg(clients), u"!CLIENTS"_s};
-    if (clients > 0)
-        lines.append(testing::PilotLine(1, {{0, callsign}}));
-    return (lines.join(u"\r\n") + u"\r\n").toUtf8();
+    const QStringList lines =
+        clients > 0 ? QStringList{testing::PilotLine(1, {{0, callsign}})} : QStringList();
+    return testing::WhazzupText(lines, u"20261121142305"_s, 2, clients).toUtf8();
 }
 
 class Download : public ::testing::Test {
@@ -215,7 +213,6 @@ TEST(ProfileAddress, OnlyWebAddressesAreEverOpened) {
     EXPECT_EQ(ProfileAddress(network, u"512345"_s), u"https://www.ivao.aero/Member.aspx?ID=512345");
 }
 
-
 TEST(ChooseStatusFileAddress, CommandLineBeatsDemoBeatsSettingsBeatsTheDefault) {
     const QString home = u"/opt/sky"_s;
     EXPECT_EQ(ChooseStatusFileAddress(0, u"http://cli/s.txt"_s, true, u"http://ini/s.txt"_s, home),
@@ -237,7 +234,6 @@ TEST(ChooseJsonAddress, TheSettingElseTheDefaultUnlessAStatusFileWasChosen) {
     EXPECT_EQ(ChooseJsonAddress(0, false, true, QString()), u"");
     EXPECT_EQ(ChooseJsonAddress(1, true, true, u" http://mine/feed.json "_s), u"http://mine/feed.json");
 }
-
 
 QByteArray TestCapture(const QString& name) {
     return ReadWholeFile(QStringLiteral(SKYLANTRA_SOURCE_DIR) + u"/tests/data/"_s + name)

@@ -9,18 +9,6 @@ using namespace Qt::StringLiterals;
 namespace sky::network {
 namespace {
 
-TEST(GetField, ReturnsTheNthFieldOrEmpty) {
-    const QString line = u"AAL12:123456:John Smith:PILOT::40.5:-73.2"_s;
-    EXPECT_EQ(GetField(line, 0), u"AAL12");
-    EXPECT_EQ(GetField(line, 3), u"PILOT");
-    EXPECT_EQ(GetField(line, 4), u"");
-    EXPECT_EQ(GetField(line, 6), u"-73.2");
-    EXPECT_EQ(GetField(line, 7), u"");
-    EXPECT_EQ(GetField(line, -1), u"");
-    EXPECT_EQ(GetField(u"", 0), u"");
-    EXPECT_EQ(GetField(u"a:", 1), u"");
-}
-
 TEST(LineFields, AgreesWithGetFieldOnEveryIndex) {
     const QString lines[] = {u""_s, u":"_s, u"a"_s, u"a::b:"_s, u"::::"_s, u"x:y:z:PILOT:1:2:3"_s};
     for (const QString& line : lines) {

@@ -30,4 +30,17 @@ inline QString AtcLine(int network, const Fields& fields) {
     return ClientLine(network, QStringLiteral("ATC"), fields);
 }
 
+// A whazzup file of these client lines in CR LF lines: its general section with this update stamp and
+// reload interval, and a client count of the lines given unless another is.
+inline QString WhazzupText(const QStringList& clients,
+                           const QString& update = QStringLiteral("20261121142305"), int reloadMinutes = 2,
+                           qsizetype connected = -1) {
+    QStringList lines = {
+        QStringLiteral("!GENERAL"), QStringLiteral("RELOAD = %1").arg(reloadMinutes),
+        QStringLiteral("UPDATE = ") + update,
+        QStringLiteral("CONNECTED CLIENTS = %1").arg(connected < 0 ? clients.size() : connected),
+        QStringLiteral("!CLIENTS")};
+    return (lines + clients).join(QStringLiteral("\r\n")) + QStringLiteral("\r\n");
+}
+
 } // namespace sky::network::testing

@@ -79,9 +79,7 @@ protected:
     // The feed of that time with these client lines, downloaded three minutes after the last.
     void DownloadOwnFeed(const QString& stamp, const QStringList& clients) {
         m_server.Answers[u"http://demo.example/feed/whazzup.txt"_s] =
-            (u"!GENERAL\r\nRELOAD = 1\r\nUPDATE = "_s + stamp +
-             u"\r\nCONNECTED CLIENTS = 1\r\n!CLIENTS\r\n"_s + clients.join(u"\r\n"_s) + u"\r\n"_s)
-                .toUtf8();
+            network::testing::WhazzupText(clients, stamp, 1).toUtf8();
         m_now = m_now.addSecs(180);
         m_session->Downloader().BtnDownload(0);
     }

@@ -73,9 +73,8 @@ protected:
             u"EDDF:Frankfurt Airport:Frankfurt:DE:50.0:8.5\nEGLL:Heathrow:London:GB:51.47:-0.46\n");
     }
     void Load(const QStringList& clients) {
-        QStringList lines = {u"UPDATE = 20261121140000"_s, u"CONNECTED CLIENTS = 999"_s, u""_s, u""_s};
-        lines += clients;
-        network::InterpretWhazzup(1, lines.join(u"\n"), m_reference, m_data, QDateTime());
+        network::InterpretWhazzup(1, network::testing::WhazzupText(clients, u"20261121140000"_s), m_reference,
+                                  m_data, QDateTime());
     }
     ReferenceData m_reference;
     network::NetworkData m_data;
