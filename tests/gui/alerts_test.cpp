@@ -1,5 +1,7 @@
 #include "gui_fixture.h"
 
+#include <QStandardPaths>
+
 #include "network/whazzup_lines.h"
 
 using namespace Qt::StringLiterals;

@@ -4,10 +4,9 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QGuiApplication>
-#include <QPixmap>
 #include <QScreen>
-#include <QStandardPaths>
 #include <QImage>
+#include <QPixmap>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QThread>
@@ -15,6 +14,7 @@
 
 #include <gtest/gtest.h>
 
+#include "common/file_io.h"
 #include "network/whazzup_lines.h"
 
 // The real program in a real window: run under an X server (xvfb-run), with a copy of the build's home
@@ -112,10 +112,7 @@ public:
 
     // Writes a file of the home folder.
     void Write(const QString& name, const QByteArray& bytes) {
-        QDir(m_home.path()).mkpath(QFileInfo(m_home.filePath(name)).path());
-        QFile file(m_home.filePath(name));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
+        ASSERT_TRUE(WriteFileMakingFolder(m_home.filePath(name), bytes).Ok);
     }
 
     // A feed of its own for IVAO: a status file and a whazzup file with these client lines, of this

@@ -1,7 +1,5 @@
 #include "gui_fixture.h"
 
-#include <cmath>
-
 #include "geo/geodesy.h"
 #include "network/whazzup_lines.h"
 

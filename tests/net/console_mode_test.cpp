@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include "common/file_io.h"
 #include "local_http_server.h"
 
 using namespace Qt::StringLiterals;
@@ -30,9 +31,9 @@ std::pair<QString, QString> RunConsole(const QStringList& arguments, const QByte
 }
 
 void ServeFile(sky::testing::LocalHttpServer& server, const QString& from, const QString& as) {
-    QFile file(from);
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    server.Serve(as, file.readAll());
+    const auto bytes = sky::ReadWholeFile(from);
+    ASSERT_TRUE(bytes.has_value()) << from.toStdString();
+    server.Serve(as, *bytes);
 }
 
 // The Companion in a terminal, on the demo feed (given as a status file, so the weather comes from

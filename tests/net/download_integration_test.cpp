@@ -1,6 +1,5 @@
 #include "network/download.h"
 
-#include <QDir>
 #include <QSet>
 #include <QTemporaryDir>
 

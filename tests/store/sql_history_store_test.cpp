@@ -1,11 +1,9 @@
 #include "sql_history_store.h"
 
-#include <QCoreApplication>
 #include <QFile>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QTemporaryDir>
-#include <QTimeZone>
 
 #include <gtest/gtest.h>
 
@@ -65,11 +63,6 @@ TEST_F(Store, KeepsSnapshotsAndTracksAcrossARestartAndLetsOldOnesGo) {
 }
 
 TEST_F(Store, AStoreThatCannotWorkSaysWhyAndAnswersEmpty) {
-    const auto write = [&](const QByteArray& bytes) {
-        QFile file(Path());
-        file.open(QIODevice::WriteOnly);
-        file.write(bytes);
-    };
     struct Row {
         const char* name;
         std::function<QString()> make; // the path, after setting it up
@@ -79,7 +72,7 @@ TEST_F(Store, AStoreThatCannotWorkSaysWhyAndAnswersEmpty) {
     const Row rows[] = {
         {"damaged",
          [&] {
-             write(QByteArray(4096, 'x'));
+             WriteFileAtomically(Path(), QByteArray(4096, 'x'));
              return Path();
          },
          false, u"damaged"},

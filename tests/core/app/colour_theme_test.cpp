@@ -2,13 +2,12 @@
 
 #include <set>
 
-#include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
 #include "app/ini_file.h"
+#include "common/file_io.h"
 
 using namespace Qt::StringLiterals;
 
@@ -29,11 +28,7 @@ void ExpectColour(const ColourTable& table, int slot, int red, int green, int bl
 }
 
 ColourTable LoadFrom(const QTemporaryDir& home, const QByteArray& theme) {
-    QDir(home.path()).mkpath(u"colours"_s);
-    QFile file(home.filePath(u"colours/test.dc"_s));
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(theme);
-    file.close();
+    EXPECT_TRUE(WriteFileMakingFolder(home.filePath(u"colours/test.dc"_s), theme).Ok);
     return LoadColourTheme(home.path(), u"test.dc"_s);
 }
 

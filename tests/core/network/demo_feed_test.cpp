@@ -1,7 +1,5 @@
 #include <set>
 
-#include <QDir>
-
 #include <gtest/gtest.h>
 
 #include "common/file_io.h"

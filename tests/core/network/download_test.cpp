@@ -1,7 +1,5 @@
 #include "network/download.h"
 
-#include <map>
-
 #include <QFile>
 #include <QTemporaryDir>
 

@@ -1,10 +1,10 @@
 #include "network/gunzip.h"
 
-#include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
+#include "common/file_io.h"
 #include "testing/gzip.h"
 
 using namespace Qt::StringLiterals;
@@ -39,15 +39,8 @@ TEST(GunzipFile, WritesBesideTheArchiveAndKeepsTheOldFileOnFailure) {
     QTemporaryDir dir;
     const QString gz = dir.filePath(u"whazzup.txt.gz"_s);
     const QString txt = dir.filePath(u"whazzup.txt"_s);
-    const auto write = [](const QString& path, const QByteArray& bytes) {
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-    };
-    const auto read = [](const QString& path) {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    };
+    const auto write = [](const QString& path, const QByteArray& bytes) { WriteFileAtomically(path, bytes); };
+    const auto read = [](const QString& path) { return ReadWholeFile(path).value_or(QByteArray()); };
     write(gz, Gzip("first"));
     ASSERT_TRUE(GunzipFile(gz));
     EXPECT_EQ(read(txt), "first");

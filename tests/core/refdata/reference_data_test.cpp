@@ -1,7 +1,5 @@
 #include "refdata/reference_data.h"
 
-#include <QDir>
-
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;

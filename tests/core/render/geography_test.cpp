@@ -1,12 +1,11 @@
 #include "render/geography.h"
 
-#include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
 #include "app/colour_theme.h"
+#include "common/file_io.h"
 #include "render/list_numbers.h"
 #include "render/recording_gl.h"
 
@@ -68,9 +67,7 @@ TEST(BuildLineFile, CoastlinesShadePerSegmentBordersTakeOneColour) {
 class LoadGeographyFiles : public ::testing::Test {
 protected:
     void Write(const QString& name, const QByteArray& bytes) {
-        QFile file(m_dir.filePath(name));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
+        ASSERT_TRUE(WriteFileAtomically(m_dir.filePath(name), bytes).Ok);
     }
     QTemporaryDir m_dir;
     RecordingGl m_gl;

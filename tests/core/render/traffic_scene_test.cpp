@@ -28,10 +28,6 @@ protected:
         m_reference.AddFirCentres(u"EDGG:DE:50.28:8.25:Langen\nXXXX:ZZ:10:10:Nowhere\n");
         m_outlines.Add(u"B:EDGG:0:EDGG\nR\n49:6\n49:10\n50:8\n51:10\n51:6\n49:6\n");
         const QStringList lines = {
-            u"!GENERAL"_s,
-            u"UPDATE = 20261121142305"_s,
-            u"CONNECTED CLIENTS = 9"_s,
-            u"!CLIENTS"_s,
             PilotLine(1, {{0, u"DLH1"_s},
                           {1, u"100"_s},
                           {5, u"50.5"_s},
@@ -54,7 +50,8 @@ protected:
             AtcLine(1, {{0, u"EDDF_ATIS"_s}, {1, u"305"_s}}),
             AtcLine(1, {{0, u"JOE_OBS"_s}, {1, u"306"_s}}),
         };
-        network::InterpretWhazzup(1, lines.join(u"\r\n"), m_reference, m_tables[1], QDateTime());
+        network::InterpretWhazzup(1, network::testing::WhazzupText(lines), m_reference, m_tables[1],
+                                  QDateTime());
     }
 
     TrafficInputs Inputs(bool friendsOnly = false, float viewZ = 1.0f) {

@@ -30,12 +30,16 @@ protected:
                                 "LSZH:Zürich Airport:Zürich:CH:47.46:8.55:ZRH\n"
                                 "KJFK:John F Kennedy International Airport:New York:US:40.64:-73.78:JFK\n"_s);
         m_reference.AddFirCentres(u"EDGG:DE:50.28:8.25:Langen\n"_s);
-        const QStringList lines = {u"!GENERAL"_s, u"UPDATE = 20261121142305"_s, u"CONNECTED CLIENTS = 4"_s, u"!CLIENTS"_s,
-                                   PilotLine(1, {{0, u"DLH4AB"_s}, {1, u"1234567"_s}, {2, u"Jöhn Müller"_s}, {11, u"EDDF"_s}, {13, u"KJFK"_s}}),
+        const QStringList lines = {PilotLine(1, {{0, u"DLH4AB"_s},
+                                                 {1, u"1234567"_s},
+                                                 {2, u"Jöhn Müller"_s},
+                                                 {11, u"EDDF"_s},
+                                                 {13, u"KJFK"_s}}),
                                    PilotLine(1, {{0, u"DLH40"_s}, {1, u"7654321"_s}, {2, u"A B"_s}}),
                                    PilotLine(1, {{0, u"BAW4"_s}, {1, u"1234"_s}, {2, u"C D"_s}}),
                                    AtcLine(1, {{0, u"EDDF_TWR"_s}, {1, u"888888"_s}, {2, u"Hans Meier"_s}})};
-        network::InterpretWhazzup(1, lines.join(u"\r\n"_s), m_reference, m_tables[1], QDateTime());
+        network::InterpretWhazzup(1, network::testing::WhazzupText(lines), m_reference, m_tables[1],
+                                  QDateTime());
         m_index.SetPlaces(m_reference);
         m_index.SetClients(m_tables, {1});
     }
@@ -57,18 +61,18 @@ TEST_F(Search, FindsCallsignsMembersNamesAirportsAndFirsBestFirst) {
         const char16_t* query;
         QStringList first;
     } rows[] = {
-        {u"DLH4AB", {u"DLH4AB"_s}},                                  // a callsign as typed
-        {u"dlh4", {u"DLH40"_s, u"DLH4AB"_s}},                         // prefixes, the shorter line first
-        {u"muller", {u"DLH4AB"_s}},                                  // a name, accents ignored
-        {u"JOHN", {u"DLH4AB"_s, u"KJFK"_s}},                          // whole words of names and airports
-        {u"1234", {u"BAW4"_s, u"DLH4AB"_s}},                          // a member number, then one beginning so
-        {u"eddf", {u"EDDF"_s, u"EDDF_TWR"_s}},                        // the airport, then its station
-        {u"eddf_twr", {u"EDDF_TWR"_s}},                              // a callsign with its "_"
-        {u"FRA", {u"EDDF"_s}},                                       // an IATA code
-        {u"frankfurt", {u"EDDF"_s, u"EDFH"_s}},                       // the airport in use first
-        {u"Zurich", {u"LSZH"_s}},                                    // a city, accents ignored
-        {u"langen", {u"EDGG"_s}},                                    // a FIR's name
-        {u"h4a", {u"DLH4AB"_s}},                                     // inside a callsign
+        {u"DLH4AB", {u"DLH4AB"_s}},             // a callsign as typed
+        {u"dlh4", {u"DLH40"_s, u"DLH4AB"_s}},   // prefixes, the shorter line first
+        {u"muller", {u"DLH4AB"_s}},             // a name, accents ignored
+        {u"JOHN", {u"DLH4AB"_s, u"KJFK"_s}},    // whole words of names and airports
+        {u"1234", {u"BAW4"_s, u"DLH4AB"_s}},    // a member number, then one beginning so
+        {u"eddf", {u"EDDF"_s, u"EDDF_TWR"_s}},  // the airport, then its station
+        {u"eddf_twr", {u"EDDF_TWR"_s}},         // a callsign with its "_"
+        {u"FRA", {u"EDDF"_s}},                  // an IATA code
+        {u"frankfurt", {u"EDDF"_s, u"EDFH"_s}}, // the airport in use first
+        {u"Zurich", {u"LSZH"_s}},               // a city, accents ignored
+        {u"langen", {u"EDGG"_s}},               // a FIR's name
+        {u"h4a", {u"DLH4AB"_s}},                // inside a callsign
         {u"  ", {}},
         {u"xyzzy", {}},
     };

@@ -1,7 +1,5 @@
 #include "view/map_session.h"
 
-#include <map>
-
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
@@ -56,9 +54,7 @@ protected:
     }
 
     void Write(const QString& name, const QByteArray& bytes) {
-        QFile file(m_home.filePath(name));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
+        ASSERT_TRUE(WriteFileMakingFolder(m_home.filePath(name), bytes).Ok);
     }
 
     void StartAndDownload(int network) {

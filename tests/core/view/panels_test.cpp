@@ -17,21 +17,21 @@ using network::testing::AtcLine;
 using network::testing::PilotLine;
 
 TEST(PanelModeOf, FollowsTheOpenPanels) {
-    PanelState p;
-    EXPECT_EQ(PanelModeOf(p), 0);
-    p.InfoClient = ClientRef{0, true, 1};
-    EXPECT_EQ(PanelModeOf(p), 1);
-    p.InfoClient->IsPilot = false;
-    EXPECT_EQ(PanelModeOf(p), 2);
-    p.ListOpen = true;
-    EXPECT_EQ(PanelModeOf(p), 6);
-    p.InfoClient->IsPilot = true;
-    EXPECT_EQ(PanelModeOf(p), 4);
-    p.InfoClient.reset();
-    EXPECT_EQ(PanelModeOf(p), 3);
-    p.ListOpen = false;
-    p.BoardOpen = true;
-    EXPECT_EQ(PanelModeOf(p), 5);
+    const struct {
+        bool info, pilot, list, board;
+        int mode;
+    } rows[] = {{false, false, false, false, 0}, {true, true, false, false, 1},
+                {true, false, false, false, 2},  {false, false, true, false, 3},
+                {true, true, true, false, 4},    {false, false, false, true, 5},
+                {true, false, true, false, 6}};
+    for (const auto& row : rows) {
+        PanelState p;
+        if (row.info)
+            p.InfoClient = ClientRef{0, row.pilot, 1};
+        p.ListOpen = row.list;
+        p.BoardOpen = row.board;
+        EXPECT_EQ(PanelModeOf(p), row.mode);
+    }
 }
 
 TEST(HitTestPanels, FindsButtonsTabsRowsAndPagersTheInfoBoxOnTop) {
