@@ -103,7 +103,7 @@ PixelRect Narrowed(const PixelRect& asked, const PixelRect& drawable) {
 
 } // namespace
 
-GlBackend::GlBackend() = default;
+GlBackend::GlBackend() : m_fullDetail(qEnvironmentVariableIntValue("SKYLANTRA_FULL_DETAIL") != 0) {}
 GlBackend::~GlBackend() = default;
 
 void GlBackend::InitialiseText(double devicePixelRatio) {
@@ -135,29 +135,60 @@ void GlBackend::NewList(int list) {
     m_recording = true;
     m_listColour.reset();
     glNewList(GLuint(list), GL_COMPILE);
+    ForgetDetail(list);
+    m_recordingList = list;
+    if (m_functions && !m_fullDetail)
+        m_lines = std::make_unique<DetailedLines>();
 }
 void GlBackend::EndList() {
     FlushText();
     glEndList();
     m_recording = false;
     m_listColour.reset();
+    if (m_lines && m_lines->Finish(*m_functions))
+        m_detailed[m_recordingList] = std::move(m_lines);
+    m_lines.reset();
 }
 void GlBackend::DeleteList(int list) {
     glDeleteLists(GLuint(list), 1);
+    ForgetDetail(list);
+}
+void GlBackend::ForgetDetail(int list) {
+    const auto detailed = m_detailed.find(list);
+    if (detailed != m_detailed.end()) {
+        detailed->second->Release(*m_functions);
+        m_detailed.erase(detailed);
+    }
 }
 bool GlBackend::IsList(int list) const {
     return glIsList(GLuint(list)) == GL_TRUE;
 }
 void GlBackend::CallList(int list) {
     FlushText();
-    glCallList(GLuint(list));
+    NotPlainLines();
+    const auto detailed = m_recording ? m_detailed.end() : m_detailed.find(list);
+    if (detailed == m_detailed.end()) {
+        glCallList(GLuint(list));
+        return;
+    }
+    // Device pixels to one unit of the vertices: the larger scale of the view's x and y rows, over
+    // the viewport the map asked for.
+    GLfloat m[16];
+    glGetFloatv(GL_MODELVIEW_MATRIX, m);
+    const double xScale = std::sqrt(double(m[0]) * m[0] + double(m[4]) * m[4] + double(m[8]) * m[8]);
+    const double yScale = std::sqrt(double(m[1]) * m[1] + double(m[5]) * m[5] + double(m[9]) * m[9]);
+    const double pixelsPerUnit = std::max(xScale * m_asked.Width, yScale * m_asked.Height) / 2.0;
+    DetailedLines& lines = *detailed->second;
+    lines.Draw(*m_functions, pixelsPerUnit, 0.5, Device(lines.LineWidthSet().value_or(1.0f)));
 }
 void GlBackend::ListBase(int base) {
+    NotPlainLines();
     m_listBase = base;
     if (!m_textReady)
         glListBase(GLuint(base));
 }
 void GlBackend::CallListByte(unsigned char code) {
+    NotPlainLines();
     const bool small = m_listBase == render::lists::kSmallFontBase;
     if (!m_textReady || (!small && m_listBase != render::lists::kBoldFontBase)) {
         FlushText();
@@ -171,20 +202,29 @@ void GlBackend::CallListByte(unsigned char code) {
 }
 void GlBackend::Begin(render::Primitive primitive) {
     FlushText();
+    if (m_lines)
+        m_lines->Begin(primitive);
     glBegin(ToGl(primitive));
 }
 void GlBackend::End() {
+    if (m_lines)
+        m_lines->End();
     glEnd();
 }
 void GlBackend::Vertex(float x, float y, float z) {
+    if (m_lines)
+        m_lines->Vertex(x, y, z);
     glVertex3f(x, y, z);
 }
 void GlBackend::Colour(float r, float g, float b, float a) {
     if (m_recording)
         m_listColour = Rgba{r, g, b, a};
+    if (m_lines)
+        m_lines->Colour(Rgba{r, g, b, a});
     glColor4f(r, g, b, a);
 }
 void GlBackend::RasterPos(float x, float y, float z) {
+    NotPlainLines();
     if (m_textReady) {
         m_text.RasterPos(x, y, z, m_listColour);
         return;
@@ -192,6 +232,7 @@ void GlBackend::RasterPos(float x, float y, float z) {
     glRasterPos3f(x, y, z);
 }
 void GlBackend::BitmapMove(float dx, float dy) {
+    NotPlainLines();
     if (m_textReady) {
         m_text.Move(dx, dy);
         return;
@@ -203,49 +244,62 @@ void GlBackend::BitmapMove(float dx, float dy) {
 }
 void GlBackend::LineWidth(float width) {
     FlushText();
+    if (m_lines)
+        m_lines->LineWidth(width);
     glLineWidth(Device(width));
 }
 void GlBackend::PointSize(float size) {
     FlushText();
+    NotPlainLines();
     glPointSize(Device(size));
 }
 void GlBackend::Enable(render::Capability c) {
     FlushText();
+    NotPlainLines();
     glEnable(ToGl(c));
 }
 void GlBackend::Disable(render::Capability c) {
     FlushText();
+    NotPlainLines();
     glDisable(ToGl(c));
 }
 void GlBackend::BlendFunc(render::BlendFactor s, render::BlendFactor d) {
     FlushText();
+    NotPlainLines();
     glBlendFunc(ToGl(s), ToGl(d));
 }
 void GlBackend::StencilFunc(render::StencilTest t, int reference, unsigned mask) {
     FlushText();
+    NotPlainLines();
     glStencilFunc(ToGl(t), reference, mask);
 }
 void GlBackend::StencilOp(render::StencilAction f, render::StencilAction z, render::StencilAction p) {
     FlushText();
+    NotPlainLines();
     glStencilOp(ToGl(f), ToGl(z), ToGl(p));
 }
 void GlBackend::ColourMask(bool write) {
     FlushText();
+    NotPlainLines();
     const GLboolean flag = write ? GL_TRUE : GL_FALSE;
     glColorMask(flag, flag, flag, flag);
 }
 void GlBackend::ClearColour(float r, float g, float b, float a) {
+    NotPlainLines();
     glClearColor(r, g, b, a);
 }
 // The stencil is cleared too, so a fill cut short by a lost frame cannot leave marks behind.
 void GlBackend::Clear() {
     FlushText();
+    NotPlainLines();
     glClear(GL_COLOR_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
 }
 void GlBackend::Viewport(int x, int y, int w, int h) {
     FlushText();
     const auto device = [this](int v) { return int(std::lround(v * m_ratio)); };
+    NotPlainLines();
     const PixelRect asked{device(x), device(y), device(w), device(h)};
+    m_asked = asked;
     const PixelRect drawn = Narrowed(asked, m_drawable);
     glViewport(drawn.X, drawn.Y, drawn.Width, drawn.Height);
     // The projection takes the asked viewport's coordinates to the drawn one's: x' = a x + b per axis.
@@ -264,30 +318,37 @@ void GlBackend::Viewport(int x, int y, int w, int h) {
 }
 void GlBackend::LoadIdentity() {
     FlushText();
+    NotPlainLines();
     glLoadIdentity();
 }
 void GlBackend::Ortho(double l, double r, double b, double t, double n, double f) {
     FlushText();
+    NotPlainLines();
     glOrtho(l, r, b, t, n, f);
 }
 void GlBackend::PushMatrix() {
     FlushText();
+    NotPlainLines();
     glPushMatrix();
 }
 void GlBackend::PopMatrix() {
     FlushText();
+    NotPlainLines();
     glPopMatrix();
 }
 void GlBackend::Translate(float x, float y, float z) {
     FlushText();
+    NotPlainLines();
     glTranslatef(x, y, z);
 }
 void GlBackend::Rotate(float a, float x, float y, float z) {
     FlushText();
+    NotPlainLines();
     glRotatef(a, x, y, z);
 }
 void GlBackend::Scale(float x, float y, float z) {
     FlushText();
+    NotPlainLines();
     glScalef(x, y, z);
 }
 

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <map>
 #include <memory>
 #include <optional>
 
+#include "detailed_lines.h"
 #include "render/gl_api.h"
 #include "text_batch.h"
 
@@ -13,7 +15,8 @@ namespace sky::ui {
 // The core's GL interface on the real OpenGL 1.1 of the map window's context. Every call needs that
 // context current. The core works in logical pixels; the backend turns viewports, line widths, point
 // sizes and text offsets into device pixels by the screen's device pixel ratio. Text printed through
-// the glyph lists is gathered per list and drawn from the glyph atlas in one batch (see TextBatch).
+// the glyph lists is gathered per list and drawn from the glyph atlas in one batch (see TextBatch);
+// lists of many plain line segments are drawn with as many as the view shows (see DetailedLines).
 class GlBackend final : public render::GlApi {
 public:
     GlBackend();
@@ -65,7 +68,14 @@ public:
     void Scale(float x, float y, float z) override;
 
 private:
-    void FlushText(); // before any call that is not text, so the glyphs keep their place in order
+    // A call a list of plain line segments does not make: the list being recorded is left to GL.
+    void NotPlainLines() {
+        if (m_lines)
+            m_lines->Refuse();
+    }
+    void FlushText();
+    void ForgetDetail(int list); // the list's plain lines, if it had them // before any call that is not
+                                 // text, so the glyphs keep their place in order
     float Device(float logical) const { return float(logical * m_ratio); }
 
     std::unique_ptr<QOpenGLFunctions> m_functions;
@@ -74,8 +84,13 @@ private:
     double m_ratio = 1.0;
     PixelRect m_drawable;
     bool m_recording = false;
+    int m_recordingList = 0;
     int m_listBase = 0;
-    std::optional<Rgba> m_listColour; // the colour the list being recorded set last
+    std::optional<Rgba> m_listColour;       // the colour the list being recorded set last
+    PixelRect m_asked;                      // the last viewport asked for, in device pixels
+    std::unique_ptr<DetailedLines> m_lines; // the list being recorded, as plain lines
+    std::map<int, std::unique_ptr<DetailedLines>> m_detailed;
+    bool m_fullDetail = false; // SKYLANTRA_FULL_DETAIL: every list exactly as recorded
 };
 
 } // namespace sky::ui

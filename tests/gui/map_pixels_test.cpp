@@ -66,6 +66,31 @@ TEST_F(Gui, ZoomedInEachAircraftLandsOnItsPixel) {
     }
 }
 
+// Coastlines and borders drawn with only as many segments as the view shows look as the full lists
+// do: some edge pixels of the smoothed lines differ (where a sub-pixel zigzag was), none by much.
+TEST_F(Gui, FewerSegmentsWhenZoomedOutDrawTheSameCoasts) {
+    for (const QString& view : {u"13.34,54.15,1.49"_s, u"-97,46,0.3"_s}) {
+        SCOPED_TRACE(view.toStdString());
+        const QStringList arguments = {u"--demo"_s, u"--view"_s, view};
+        const QImage detailed = Snapshot(arguments).convertToFormat(QImage::Format_RGB32);
+        const QImage full =
+            Snapshot(arguments, {u"SKYLANTRA_FULL_DETAIL=1"_s}).convertToFormat(QImage::Format_RGB32);
+        ASSERT_EQ(detailed.size(), full.size());
+        int differing = 0, worst = 0;
+        for (int y = 0; y < full.height(); ++y)
+            for (int x = 0; x < full.width(); ++x) {
+                const QRgb a = detailed.pixel(x, y), b = full.pixel(x, y);
+                const int d = std::max({std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)),
+                                        std::abs(qBlue(a) - qBlue(b))});
+                differing += d > 32 ? 1 : 0;
+                worst = std::max(worst, d);
+            }
+        EXPECT_LT(differing, full.width() * full.height() / 300);
+        EXPECT_LE(worst, 72);
+        EXPECT_GT(CountNear(full, qRgb(0x40, 0x5E, 0x85), 16), 300); // there are coasts to compare
+    }
+}
+
 TEST_F(Gui, AnAircraftsLabelSitsBesideItsSymbolInTwoLines) {
     const QImage image =
         Snapshot(LocalFeed({Pilot(u"DLH1234"_s, 50, 10)}) + QStringList{u"--view"_s, u"10,50,4"_s});
