@@ -99,6 +99,23 @@ std::unique_ptr<sky::view::MapSession> DemoSession(sky::render::GlApi& gl, NoHos
     return session;
 }
 
+// The map on the current target: a backend with its glyphs and the target's size, and a session that
+// has downloaded the VATSIM demo unless told not to.
+struct DemoMap {
+    explicit DemoMap(bool download = true) {
+        gl.InitialiseText(1.0);
+        gl.SetDrawableSize(g_target->fbo->width(), g_target->fbo->height());
+        session = download ? DemoSession(gl, host, files) : NewSession(gl, host, files);
+    }
+    sky::view::FrameInputs Frame(int width = 800, int height = 600) {
+        return {session->Config(), session->Display(), session->Colours(), width, height};
+    }
+    sky::ui::GlBackend gl;
+    NoHost host;
+    DemoFiles files;
+    std::unique_ptr<sky::view::MapSession> session;
+};
+
 long ResidentKb() {
     std::ifstream status("/proc/self/status");
     std::string line;
@@ -111,15 +128,11 @@ long ResidentKb() {
 
 void BM_StartUpToReady(benchmark::State& state) {
     Target();
-    sky::ui::GlBackend gl;
-    gl.InitialiseText(1.0);
-    gl.SetDrawableSize(g_target->fbo->width(), g_target->fbo->height());
-    NoHost host;
-    DemoFiles files;
+    DemoMap map(false);
     // From the context to "Ready": the glyph fonts, the frame, the reference data and the geography.
     for (auto _ : state) {
-        gl.InitialiseText(1.0);
-        auto session = NewSession(gl, host, files);
+        map.gl.InitialiseText(1.0);
+        auto session = NewSession(map.gl, map.host, map.files);
         benchmark::DoNotOptimize(session->StartUp());
         glFinish();
     }
@@ -128,12 +141,9 @@ BENCHMARK(BM_StartUpToReady)->Unit(benchmark::kMillisecond);
 
 void BM_BuildTrafficSceneVatsimDemo(benchmark::State& state) {
     Target();
-    sky::ui::GlBackend gl;
-    gl.InitialiseText(1.0);
-    gl.SetDrawableSize(g_target->fbo->width(), g_target->fbo->height());
-    NoHost host;
-    DemoFiles files;
-    auto session = DemoSession(gl, host, files);
+    DemoMap map;
+    auto& gl = map.gl;
+    auto& session = map.session;
     for (auto _ : state) {
         session->Display().SceneBuilt[1] = false;
         session->Scene().BuildTrafficScene(1);
@@ -148,18 +158,14 @@ BENCHMARK(BM_BuildTrafficSceneVatsimDemo)->Unit(benchmark::kMillisecond);
 void BM_DrawSceneVatsimDemo(benchmark::State& state) {
     const int width = int(state.range(0)), height = int(state.range(1));
     Target(width, height);
-    sky::ui::GlBackend gl;
-    gl.InitialiseText(1.0);
-    gl.SetDrawableSize(g_target->fbo->width(), g_target->fbo->height());
-    NoHost host;
-    DemoFiles files;
-    auto session = DemoSession(gl, host, files);
+    DemoMap map;
+    auto& gl = map.gl;
+    auto& session = map.session;
     session->Config().ShowInbounds = true;
     session->Config().DeclutterLabels = state.range(2) != 0;
     session->Scene().Resize(width, height);
     session->Scene().RebuildScene(1);
-    const sky::view::FrameInputs inputs{session->Config(), session->Display(), session->Colours(), width,
-                                        height};
+    const sky::view::FrameInputs inputs = map.Frame(width, height);
     for (auto _ : state) {
         sky::view::DrawScene(gl, inputs, session->View());
         glFinish();
@@ -176,15 +182,12 @@ BENCHMARK(BM_DrawSceneVatsimDemo)
 // whatever the traffic, with their smoothing. What no frame of the map can go below.
 void BM_DrawSceneGeographyOnly(benchmark::State& state) {
     Target();
-    sky::ui::GlBackend gl;
-    gl.InitialiseText(1.0);
-    gl.SetDrawableSize(800, 600);
-    NoHost host;
-    DemoFiles files;
-    auto session = DemoSession(gl, host, files);
+    DemoMap map;
+    auto& gl = map.gl;
+    auto& session = map.session;
     session->Config().ShowPlanes = session->Config().ShowATC = session->Config().ShowAirports = false;
     session->Config().DisableSmooth = state.range(0) == 0;
-    const sky::view::FrameInputs inputs{session->Config(), session->Display(), session->Colours(), 800, 600};
+    const sky::view::FrameInputs inputs = map.Frame();
     for (auto _ : state) {
         sky::view::DrawScene(gl, inputs, session->View());
         glFinish();
@@ -195,12 +198,9 @@ BENCHMARK(BM_DrawSceneGeographyOnly)->ArgName("smooth")->Arg(1)->Arg(0)->Unit(be
 // The label lists placed again after one zoom step, as when a zoom comes to rest.
 void BM_RecordLabelsAfterZoomStep(benchmark::State& state) {
     Target();
-    sky::ui::GlBackend gl;
-    gl.InitialiseText(1.0);
-    gl.SetDrawableSize(g_target->fbo->width(), g_target->fbo->height());
-    NoHost host;
-    DemoFiles files;
-    auto session = DemoSession(gl, host, files);
+    DemoMap map;
+    auto& gl = map.gl;
+    auto& session = map.session;
     bool in = true;
     for (auto _ : state) {
         session->View().ViewZ *= in ? 1.2f : 1.0f / 1.2f;
@@ -223,12 +223,9 @@ BENCHMARK(BM_DrawEmptyFrame)->Unit(benchmark::kMillisecond);
 // One layer's list alone, at view 1, with the smoothing the frame gives it: where a frame's time goes.
 void BM_DrawOneLayer(benchmark::State& state) {
     Target();
-    sky::ui::GlBackend gl;
-    gl.InitialiseText(1.0);
-    gl.SetDrawableSize(800, 600);
-    NoHost host;
-    DemoFiles files;
-    auto session = DemoSession(gl, host, files);
+    DemoMap map;
+    auto& gl = map.gl;
+    auto& session = map.session;
     const int list = int(state.range(0));
     const bool smoothed = list >= 51 && list <= 54;
     for (auto _ : state) {
