@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "network/whazzup_lines.h"
+#include "testing/fakes.h"
 #include "testing/gzip.h"
 
 #include "local_http_server.h"
@@ -28,16 +29,6 @@ QByteArray Whazzup(const QByteArray& callsign) {
                u"20261121142305"_s, 1, 2)
         .toUtf8();
 }
-
-class StatusView : public network::DownloadView {
-public:
-    void ShowStatus(const QString& text) override { Last = text; }
-    void ShowNetworkMessage(const QString& text) override { Messages += text; }
-    void ClearTraffic(int) override {}
-    void MarksChanged() override {}
-    QString Last;
-    QStringList Messages;
-};
 
 class DownloadAgainstLocalServer : public ::testing::Test {
 protected:
@@ -67,7 +58,7 @@ protected:
     network::DownloadState m_state;
     network::ClientTables m_tables;
     ReferenceData m_reference;
-    StatusView m_view;
+    testing::RecordingDownloadView m_view;
     QDateTime m_now = QDateTime(QDate(2026, 11, 21), QTime(15, 0));
 };
 
@@ -77,7 +68,7 @@ TEST_F(DownloadAgainstLocalServer, FetchesPlainAndGzipDataEndToEnd) {
     m_server.Serve(u"whazzup.txt.gz"_s, Gzip(Whazzup("GZIP1")));
 
     EXPECT_EQ(Run(false), network::DownloadOutcome::Interpreted);
-    EXPECT_EQ(m_view.Last, u"IVAO data interpreted");
+    EXPECT_EQ(m_view.Statuses.last(), u"IVAO data interpreted");
     EXPECT_EQ(m_view.Messages, QStringList{u"<b>hello</b>"_s});
     EXPECT_EQ(m_tables[0].Pilots[1].Callsign, u"GZIP1");
     EXPECT_EQ(m_tables[0].Pilots[1].HomeBase, u"EDDF");
@@ -104,7 +95,7 @@ TEST_F(DownloadAgainstLocalServer, PicksAServerAtRandom) {
         if (outcome == network::DownloadOutcome::Interpreted)
             served.insert(m_tables[0].Pilots[1].Callsign);
         else
-            EXPECT_EQ(m_view.Last, u"Could not contact server");
+            EXPECT_EQ(m_view.Statuses.last(), u"Could not contact server");
     }
     EXPECT_GE(served.size(), 2); // all ten on one server: one chance in a quarter of a million
     EXPECT_GE(interpreted, 1);

@@ -10,6 +10,7 @@
 #include "network/download.h"
 #include "qt_http_client.h"
 #include "refdata/reference_data.h"
+#include "testing/fakes.h"
 
 using namespace Qt::StringLiterals;
 
@@ -118,19 +119,12 @@ protected:
                                          [](int) { return 0; }};
         return network::DownloadNetwork(context, 0);
     }
-    struct Quiet : network::DownloadView {
-        void ShowStatus(const QString& text) override { Last = text; }
-        void ShowNetworkMessage(const QString&) override {}
-        void ClearTraffic(int) override {}
-        void MarksChanged() override {}
-        QString Last;
-    };
     QTemporaryDir m_home;
     QtHttpClient m_client{5000, u"0"_s};
     network::DownloadState m_state;
     network::ClientTables m_tables;
     ReferenceData m_reference;
-    Quiet m_view;
+    testing::RecordingDownloadView m_view;
 };
 
 TEST_F(HostileDownload, AGzipBombIsRefusedAtTheUnpackedLimitAndATenThousandLineStatusFileWorks) {
@@ -139,7 +133,7 @@ TEST_F(HostileDownload, AGzipBombIsRefusedAtTheUnpackedLimitAndATenThousandLineS
     ResetPeak();
     const double before = PeakMegabytes();
     EXPECT_EQ(Run(files.Url(u"status.txt"_s)), network::DownloadOutcome::UnzipError);
-    EXPECT_EQ(m_view.Last, u"Error unzipping data");
+    EXPECT_EQ(m_view.Statuses.last(), u"Error unzipping data");
     EXPECT_LT(PeakMegabytes() - before, 140.0) << "unpacking held " << PeakMegabytes() - before << " MB";
 
     QElapsedTimer took;

@@ -55,4 +55,9 @@ std::vector<unsigned char> RecordingGl::Printed(const std::vector<Call>& calls) 
     return codes;
 }
 
+std::string RecordingGl::PrintedText(const std::vector<Call>& calls) {
+    const std::vector<unsigned char> codes = Printed(calls);
+    return std::string(codes.begin(), codes.end());
+}
+
 } // namespace sky::render

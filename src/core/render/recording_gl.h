@@ -2,6 +2,7 @@
 
 #include <map>
 #include <set>
+#include <string>
 #include <vector>
 
 #include "render/gl_api.h"
@@ -99,6 +100,7 @@ public:
     static int CountBytes(const std::vector<Call>& calls); // glyphs printed
     // The Windows-1252 codes printed into calls, as a text.
     static std::vector<unsigned char> Printed(const std::vector<Call>& calls);
+    static std::string PrintedText(const std::vector<Call>& calls);
 
 private:
     void Add(const Call& call);

@@ -9,24 +9,25 @@ using network::testing::AtcLine;
 using network::testing::PilotLine;
 using testing::Companion;
 
-TEST(FlightPlanLevel, DividesByAThousandOnPurposeAndLeavesTextsAlone) {
-    const std::pair<const char16_t*, const char16_t*> rows[] = {
-        {u"35000", u"F35"}, {u"5000", u"F05"},  {u"350", u"F350"},  {u"85", u"F085"}, {u"FL350", u"FL350"},
-        {u"5", u"5"},       {u"35500", u"F36"}, {u"34500", u"F34"}, {u"", u""},       {u"0", u"0"},
+// The level divides by a thousand on purpose and leaves texts alone; the speed pads to four digits.
+TEST(FlightPlanFields, LevelAndSpeedAsTheMessageWritesThem) {
+    const struct {
+        QString (*format)(const QString&);
+        const char16_t *filed, *written;
+    } rows[] = {
+        {FlightPlanLevel, u"35000", u"F35"},   {FlightPlanLevel, u"5000", u"F05"},
+        {FlightPlanLevel, u"350", u"F350"},    {FlightPlanLevel, u"85", u"F085"},
+        {FlightPlanLevel, u"FL350", u"FL350"}, {FlightPlanLevel, u"5", u"5"},
+        {FlightPlanLevel, u"35500", u"F36"},   {FlightPlanLevel, u"34500", u"F34"},
+        {FlightPlanLevel, u"", u""},           {FlightPlanLevel, u"0", u"0"},
+        {FlightPlanSpeed, u"450", u"N0450"},   {FlightPlanSpeed, u"85", u"N0085"},
+        {FlightPlanSpeed, u"12000", u"N9999"}, {FlightPlanSpeed, u"1000", u"N1000"},
+        {FlightPlanSpeed, u"5", u"5"},         {FlightPlanSpeed, u"M082", u"M082"},
+        {FlightPlanSpeed, u"", u""},
     };
-    for (const auto& [planned, level] : rows)
-        EXPECT_EQ(FlightPlanLevel(QString::fromUtf16(planned)), QString::fromUtf16(level))
-            << QString::fromUtf16(planned).toStdString();
-}
-
-TEST(FlightPlanSpeed, PadsToFourDigitsAfterN) {
-    const std::pair<const char16_t*, const char16_t*> rows[] = {
-        {u"450", u"N0450"}, {u"85", u"N0085"},  {u"12000", u"N9999"}, {u"1000", u"N1000"},
-        {u"5", u"5"},       {u"M082", u"M082"}, {u"", u""},
-    };
-    for (const auto& [speed, text] : rows)
-        EXPECT_EQ(FlightPlanSpeed(QString::fromUtf16(speed)), QString::fromUtf16(text))
-            << QString::fromUtf16(speed).toStdString();
+    for (const auto& row : rows)
+        EXPECT_EQ(row.format(QString::fromUtf16(row.filed)), QString::fromUtf16(row.written))
+            << QString::fromUtf16(row.filed).toStdString();
 }
 
 TEST_F(Companion, DistMeasuresBetweenAirportsAndClientsAndReportsZerosAsNotFound) {

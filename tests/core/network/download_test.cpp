@@ -21,18 +21,6 @@ namespace {
 
 using sky::testing::FakeHttp;
 
-class RecordingView : public DownloadView {
-public:
-    void ShowStatus(const QString& text) override { Statuses.append(text); }
-    void ShowNetworkMessage(const QString& text) override { Messages.append(text); }
-    void ClearTraffic(int network) override { Cleared.append(network); }
-    void MarksChanged() override { ++MarkChanges; }
-    QStringList Statuses;
-    QStringList Messages;
-    QList<int> Cleared;
-    int MarkChanges = 0;
-};
-
 using sky::testing::Gzip;
 
 QByteArray WhazzupFile(int clients, const QString& callsign = u"DLH1"_s) {
@@ -77,7 +65,7 @@ protected:
     ClientTables m_tables;
     ReferenceData m_reference;
     FakeHttp m_http;
-    RecordingView m_view;
+    sky::testing::RecordingDownloadView m_view;
     bool m_textForce = false;
     QDateTime m_now = QDateTime(QDate(2026, 11, 21), QTime(15, 0));
 };

@@ -51,28 +51,38 @@ protected:
     QDateTime m_now = QDateTime(QDate(2026, 11, 21), QTime(14, 25));
 };
 
-TEST_F(Whazzup, PilotNamesLoseDegreeTailsAndDashesAndGiveUpTheirHomeBase) {
+// Field 2 gives the name and the home base, field 9 the filed type and the aircraft's code in it.
+TEST_F(Whazzup, NamesLoseTheirTailsAndTypesGiveTheirAircraftCode) {
     struct Row {
-        const char16_t* field;
-        const char16_t* name;
-        const char16_t* homeBase;
+        int field;
+        const char16_t *text, *first, *second;
     };
     const Row rows[] = {
-        {u"John Smith EDDF", u"John Smith", u"EDDF"},
-        {u"John Smith eddf", u"John Smith eddf", u""},
-        {u"John Smith ED1F", u"John Smith ED1F", u""},
-        {u"Jane Roe°3 EGLL", u"Jane Roe", u""},
-        {u"Jane Roe EGLL°x", u"Jane Roe", u"EGLL"},
-        {u"Bob Miller - KLM EHAM", u"Bob Miller", u""},
-        {u"X EDDF", u"X", u"EDDF"},
-        {u" EDDF", u" EDDF", u""},
-        {u"", u"", u""},
+        {2, u"John Smith EDDF", u"John Smith", u"EDDF"},
+        {2, u"John Smith eddf", u"John Smith eddf", u""},
+        {2, u"John Smith ED1F", u"John Smith ED1F", u""},
+        {2, u"Jane Roe°3 EGLL", u"Jane Roe", u""},
+        {2, u"Jane Roe EGLL°x", u"Jane Roe", u"EGLL"},
+        {2, u"Bob Miller - KLM EHAM", u"Bob Miller", u""},
+        {2, u"X EDDF", u"X", u"EDDF"},
+        {2, u" EDDF", u" EDDF", u""},
+        {2, u"", u"", u""},
+        {9, u"H/B744/F", u"B744/F", u"B744"},
+        {9, u"B73/G", u"B73/G", u"B73"},
+        {9, u"B738", u"B738", u"B738"},
+        {9, u"A320/L", u"A320/L", u"A320"},
+        {9, u"A/B7/F", u"B7/F", u"B7"},
+        {9, u"C172", u"C172", u"C172"},
+        {9, u"DH8D-Q400", u"DH8D-Q400", u"DH8D"},
+        {9, u"C/", u"", u""},
+        {9, u"X", u"X", u"X"},
+        {9, u"", u"", u""},
     };
     for (const Row& row : rows) {
-        SCOPED_TRACE(QString::fromUtf16(row.field).toStdString());
-        const PilotRecord pilot = Pilot(1, {{2, QString::fromUtf16(row.field)}});
-        EXPECT_EQ(pilot.RealName, QString::fromUtf16(row.name));
-        EXPECT_EQ(pilot.HomeBase, QString::fromUtf16(row.homeBase));
+        SCOPED_TRACE(QString::fromUtf16(row.text).toStdString());
+        const PilotRecord p = Pilot(1, {{row.field, QString::fromUtf16(row.text)}});
+        EXPECT_EQ(row.field == 2 ? p.RealName : p.AircraftType, QString::fromUtf16(row.first));
+        EXPECT_EQ(row.field == 2 ? p.HomeBase : p.AircraftCode, QString::fromUtf16(row.second));
     }
 }
 
@@ -98,32 +108,6 @@ TEST_F(Whazzup, AltitudeAndSpeedAreLimited) {
             Pilot(0, {{7, QString::fromUtf16(row.altitude)}, {8, QString::fromUtf16(row.speed)}});
         EXPECT_EQ(pilot.Altitude, row.altitudeFt);
         EXPECT_EQ(pilot.GroundSpeed, row.speedKts);
-    }
-}
-
-TEST_F(Whazzup, AircraftCodeIsCutFromTheFiledType) {
-    struct Row {
-        const char16_t* field;
-        const char16_t* type;
-        const char16_t* code;
-    };
-    const Row rows[] = {
-        {u"H/B744/F", u"B744/F", u"B744"},
-        {u"B73/G", u"B73/G", u"B73"},
-        {u"B738", u"B738", u"B738"},
-        {u"A320/L", u"A320/L", u"A320"},
-        {u"A/B7/F", u"B7/F", u"B7"},
-        {u"C172", u"C172", u"C172"},
-        {u"DH8D-Q400", u"DH8D-Q400", u"DH8D"},
-        {u"C/", u"", u""},
-        {u"X", u"X", u"X"},
-        {u"", u"", u""},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(QString::fromUtf16(row.field).toStdString());
-        const PilotRecord pilot = Pilot(1, {{9, QString::fromUtf16(row.field)}});
-        EXPECT_EQ(pilot.AircraftType, QString::fromUtf16(row.type));
-        EXPECT_EQ(pilot.AircraftCode, QString::fromUtf16(row.code));
     }
 }
 

@@ -13,16 +13,11 @@ namespace {
 
 using Op = RecordingGl::Op;
 
-std::string Printed(const std::vector<RecordingGl::Call>& calls) {
-    const auto codes = RecordingGl::Printed(calls);
-    return std::string(codes.begin(), codes.end());
-}
-
 TEST(BuildFrame, HoldsTheProductLineAndRecordsTheStatusLine) {
     RecordingGl gl;
     BuildFrame(gl, DefaultColourTable(), 800, 600, u"Ready"_s);
-    EXPECT_EQ(Printed(gl.List(lists::kFrame)), "Skylantra 1.0.0");
-    EXPECT_EQ(Printed(gl.List(lists::kStatusLine)), "Ready");
+    EXPECT_EQ(RecordingGl::PrintedText(gl.List(lists::kFrame)), "Skylantra 1.0.0");
+    EXPECT_EQ(RecordingGl::PrintedText(gl.List(lists::kStatusLine)), "Ready");
 }
 
 TEST(BuildNetworkMarks, MarksOnlyFlaggedNetworksSideBySide) {
@@ -51,7 +46,7 @@ TEST(BuildNetworkMarks, MarksOnlyFlaggedNetworksSideBySide) {
 TEST(BuildTitleBox, NamesTheProgramAndItsSources) {
     RecordingGl gl;
     BuildTitleBox(gl, DefaultColourTable(), 800, 600);
-    const std::string text = Printed(gl.List(lists::kTitleBox));
+    const std::string text = RecordingGl::PrintedText(gl.List(lists::kTitleBox));
     EXPECT_NE(text.find("Skylantra v1.0.0"), std::string::npos);
     EXPECT_NE(text.find("Natural Earth"), std::string::npos);
 }

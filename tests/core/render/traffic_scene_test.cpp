@@ -90,13 +90,11 @@ TEST_F(TrafficScene, DrawsEveryShownClientAndLabelsThem) {
     const auto& planes = m_gl.List(List(lists::kPlanes));
     EXPECT_EQ(RecordingGl::Count(planes, Op::Begin), 2);
     EXPECT_EQ(RecordingGl::Count(planes, Op::Vertex), 2 * (18 * 3 + 18 * 2));
-    const auto labels = RecordingGl::Printed(m_gl.List(List(lists::kPlaneLabels)));
-    EXPECT_EQ(std::string(labels.begin(), labels.end()), "DLH1BAW2");
+    EXPECT_EQ(RecordingGl::PrintedText(m_gl.List(List(lists::kPlaneLabels))), "DLH1BAW2");
     // A point at each departure and destination.
     EXPECT_EQ(RecordingGl::Count(m_gl.List(List(lists::kAirports)), Op::Vertex), 4);
-    const auto airports = RecordingGl::Printed(m_gl.List(List(lists::kAirportLabels)));
     // Each airport is labelled once, however many flights use it.
-    EXPECT_EQ(std::string(airports.begin(), airports.end()), "EDDFEGLL");
+    EXPECT_EQ(RecordingGl::PrintedText(m_gl.List(List(lists::kAirportLabels))), "EDDFEGLL");
     // Station labels for all but the observer; the centres in the bold font.
     const auto& atcLabels = m_gl.List(List(lists::kAtcLabels));
     EXPECT_EQ(RecordingGl::Count(atcLabels, Op::RasterPos), 6);
@@ -129,10 +127,8 @@ TEST_F(TrafficScene, FriendsOnlyDrawsFriendsAlone) {
     m_friends.Add(u"200"_s);
     m_friends.Add(u"303"_s);
     BuildTrafficLists(m_gl, 1, Inputs(true));
-    const auto labels = RecordingGl::Printed(m_gl.List(List(lists::kPlaneLabels)));
-    EXPECT_EQ(std::string(labels.begin(), labels.end()), "BAW2");
-    const auto atc = RecordingGl::Printed(m_gl.List(List(lists::kAtcLabels)));
-    EXPECT_EQ(std::string(atc.begin(), atc.end()), "EDDF_TWR");
+    EXPECT_EQ(RecordingGl::PrintedText(m_gl.List(List(lists::kPlaneLabels))), "BAW2");
+    EXPECT_EQ(RecordingGl::PrintedText(m_gl.List(List(lists::kAtcLabels))), "EDDF_TWR");
 
     Friends nobody;
     const TrafficInputs empty{m_tables, nobody, true, m_colours, m_outlines, false, 1.0f};
@@ -145,9 +141,9 @@ TEST_F(TrafficScene, LabelsAddLevelAndSpeedWhenZoomedIn) {
     BuildTrafficLists(m_gl, 1, Inputs(false, 1.0f));
     const size_t far = RecordingGl::Printed(m_gl.List(List(lists::kPlaneLabels))).size();
     BuildPlaneLists(m_gl, 1, Inputs(false, kDetailedLabelZoom));
-    const auto near = RecordingGl::Printed(m_gl.List(List(lists::kPlaneLabels)));
+    const std::string near = RecordingGl::PrintedText(m_gl.List(List(lists::kPlaneLabels)));
     EXPECT_GT(near.size(), far);
-    EXPECT_NE(std::string(near.begin(), near.end()).find("FL350 450kt"), std::string::npos);
+    EXPECT_NE(near.find("FL350 450kt"), std::string::npos);
     EXPECT_NE(SymbolBand(1.0f), SymbolBand(16.0f));
     EXPECT_EQ(SymbolBand(0.1f), SymbolBand(0.3f));
 }
@@ -157,10 +153,7 @@ TEST_F(TrafficScene, DeclutteredLabelsGroupAirportStationsAndWaitForParkedAircra
     view.View = {4.0f, -50.5f, 2.0f}; // over Frankfurt and London
     const TrafficInputs in{m_tables, m_friends, false, m_colours, m_outlines, false, 2.0f, &view};
     BuildTrafficLists(m_gl, 1, in);
-    const auto text = [&](int offset) {
-        const auto codes = RecordingGl::Printed(m_gl.List(List(offset)));
-        return std::string(codes.begin(), codes.end());
-    };
+    const auto text = [&](int offset) { return RecordingGl::PrintedText(m_gl.List(List(offset))); };
     // Frankfurt's approach, tower, ground and ATIS in one label; the airport not labelled again.
     EXPECT_NE(text(lists::kAtcLabels).find("EDDF  G T A I"), std::string::npos) << text(lists::kAtcLabels);
     EXPECT_NE(text(lists::kAtcLabels).find("EDGG_CTR"), std::string::npos);
@@ -186,8 +179,7 @@ TEST_F(TrafficScene, ComparisonNeedsBothNetworksAndUsesTheirColours) {
 
 TEST_F(TrafficScene, ClientCountPanelShowsEachNetworksFigures) {
     BuildClientCountPanel(m_gl, m_tables, m_colours, 800, 600);
-    const auto codes = RecordingGl::Printed(m_gl.List(lists::kClientCount));
-    const std::string text(codes.begin(), codes.end());
+    const std::string text = RecordingGl::PrintedText(m_gl.List(lists::kClientCount));
     EXPECT_NE(text.find("IVAO0 pilots0 ATC0 obs0 total"), std::string::npos);
     EXPECT_NE(text.find("VATSIM2 pilots5 ATC1 obs8 total"), std::string::npos); // ATC as stat counts them
 }

@@ -6,6 +6,7 @@
 
 #include "history/history_store.h"
 #include "history/snapshot_codec.h"
+#include "network/download.h"
 #include "network/http_client.h"
 #include "view/map_host.h"
 
@@ -23,6 +24,18 @@ public:
     }
     std::map<QString, QByteArray> Answers;
     QStringList Requests;
+};
+
+// What a download showed, in order.
+class RecordingDownloadView : public network::DownloadView {
+public:
+    void ShowStatus(const QString& text) override { Statuses.append(text); }
+    void ShowNetworkMessage(const QString& text) override { Messages.append(text); }
+    void ClearTraffic(int network) override { Cleared.append(network); }
+    void MarksChanged() override { ++MarkChanges; }
+    QStringList Statuses, Messages;
+    QList<int> Cleared;
+    int MarkChanges = 0;
 };
 
 // The window around a map session, recording what the session asked of it.

@@ -25,6 +25,15 @@ protected:
                             [this] { ++m_markChanges; }};
     }
 
+    void Auto(qint64 secondsLater) {
+        TimerContext context = Context(secondsLater);
+        AutoDownloadTick(context);
+    }
+    void Marks(qint64 secondsLater) {
+        TimerContext context = Context(secondsLater);
+        DownloadTick(context);
+    }
+
     QDateTime m_start = QDateTime(QDate(2026, 11, 21), QTime(12, 0));
     std::int16_t m_countdown = 300;
     int m_shown = 0;
@@ -35,47 +44,39 @@ protected:
 };
 
 TEST_F(Timers, TheAutomaticDownloadFires300TicksAfterTheLastAttempt) {
-    for (int tick = 1; tick < 300; ++tick) {
-        TimerContext context = Context(tick);
-        AutoDownloadTick(context);
-    }
+    for (int tick = 1; tick < 300; ++tick)
+        Auto(tick);
     EXPECT_TRUE(m_downloaded.empty());
-    TimerContext context = Context(300);
-    AutoDownloadTick(context);
+    Auto(300);
     EXPECT_EQ(m_downloaded, std::vector<int>{0});
 }
 
 TEST_F(Timers, TooEarlyOrBusyAsksAgainFiveSecondsLater) {
     m_countdown = 1;
     m_tables[0].ReloadMinutes = 10;
-    TimerContext early = Context(60);
-    AutoDownloadTick(early);
+    Auto(60);
     EXPECT_EQ(m_countdown, kRetrySeconds);
     EXPECT_TRUE(m_downloaded.empty());
 
     m_countdown = 1;
     m_downloads.DownloadIdle = false;
-    TimerContext busy = Context(601);
-    AutoDownloadTick(busy);
+    Auto(601);
     EXPECT_EQ(m_countdown, kRetrySeconds);
 
     m_countdown = 1;
     m_downloads.DownloadIdle = true;
     m_shown = 2; // both networks compared: nothing downloads
-    TimerContext both = Context(601);
-    AutoDownloadTick(both);
+    Auto(601);
     EXPECT_TRUE(m_downloaded.empty());
     EXPECT_EQ(m_countdown, 0);
 }
 
 TEST_F(Timers, AReadyMarkStaysUntilTheReloadIntervalHasPassed) {
     m_downloads.Networks[0].DownloadReady = true;
-    TimerContext before = Context(119);
-    DownloadTick(before);
+    Marks(119);
     EXPECT_TRUE(m_downloads.Networks[0].DownloadReady);
     EXPECT_EQ(m_markChanges, 0);
-    TimerContext after = Context(120);
-    DownloadTick(after);
+    Marks(120);
     EXPECT_FALSE(m_downloads.Networks[0].DownloadReady);
     EXPECT_EQ(m_markChanges, 1);
 }

@@ -164,8 +164,7 @@ TEST_F(Session, AClickOpensTheNearestClientsBoxAndBesideTheGlobeClears) {
     ASSERT_EQ(m_session->Display().PanelMode, 1);
     const QString callsign = data.Pilots[m_session->Selected()->Slot].Callsign;
     EXPECT_TRUE(m_session->Display().StatusText.startsWith(callsign));
-    const auto title = RecordingGl::Printed(m_gl.List(lists::kInfoBox));
-    EXPECT_EQ(std::string(title.begin(), title.end()).rfind(callsign.toStdString(), 0), 0u);
+    EXPECT_EQ(RecordingGl::PrintedText(m_gl.List(lists::kInfoBox)).rfind(callsign.toStdString(), 0), 0u);
     m_session->KeyUp(keys::kEscape, 0);
     EXPECT_EQ(m_session->Display().PanelMode, 0);
     m_session->View().ViewZ = 0.3f;
