@@ -36,10 +36,10 @@ TEST_F(Gui, AFriendInTheSecondFeedIsNotifiedOnTheDesktopAndAClickShowsThem) {
     Keys(window, {u"i"_s});
     QThread::msleep(2000);
 
-    QFile file(record);
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << "nothing was sent to the notification service";
+    const auto sent = sky::ReadWholeFile(record);
+    ASSERT_TRUE(sent.has_value()) << "nothing was sent to the notification service";
     EXPECT_EQ(
-        QString::fromUtf8(file.readAll()),
+        QString::fromUtf8(*sent),
         u"Friend Anna Berg (DLH1) is online on IVAO|Click to show on the map|default,Show on the map\n"_s);
     // The click came back: the friend's info box is open.
     EXPECT_GT(CountNear(Grab(window), qRgb(0, 0, 0), 2, QRect(492, 62, 296, 300)), 50000) << "no info box";

@@ -1,6 +1,5 @@
 #include "gui_fixture.h"
 
-#include "app/ini_file.h"
 #include "network/whazzup_lines.h"
 
 using namespace Qt::StringLiterals;
@@ -10,10 +9,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 using namespace sky::gui;
-
-QString Ini(const QString& home, const char16_t* section, const char16_t* key) {
-    return sky::IniFile::Load(QDir(home).filePath(u"skln.ini"_s)).Value(section, key, u""_s);
-}
 
 void SetLayout(const QString& layout) {
     QProcess::execute(u"setxkbmap"_s, {u"-layout"_s, layout});
@@ -33,8 +28,8 @@ TEST_F(Gui, AnEdgeDragResizesTheWindowAndTheNewSizeIsSaved) {
     Xdotool({u"mousemove"_s, u"--window"_s, window, u"899"_s, u"400"_s, u"mouseup"_s, u"1"_s});
     QThread::msleep(500);
     ASSERT_TRUE(CloseAndWait(program, window));
-    EXPECT_EQ(Ini(m_home.path(), u"Display", u"WindowWidth"), u"900");
-    EXPECT_EQ(Ini(m_home.path(), u"Display", u"WindowHeight"), u"600");
+    EXPECT_EQ(Setting(u"Display", u"WindowWidth"), u"900");
+    EXPECT_EQ(Setting(u"Display", u"WindowHeight"), u"600");
 }
 
 TEST_F(Gui, AClickInTheTitleStripNeverReachesTheMap) {
@@ -68,10 +63,9 @@ TEST_F(Gui, TheViewKeysAreTheSameKeysOnEveryKeyboardLayout) {
     SetLayout(u"us"_s);
     Keys(window, {u"shift+1"_s}); // where the map is now: view 1
     ASSERT_TRUE(CloseAndWait(program, window));
-    const QString home = m_home.path();
-    EXPECT_EQ(Ini(home, u"Zoom", u"X3"), u"1670"); // 13.34 + 5 / 1.49
-    EXPECT_EQ(Ini(home, u"Zoom", u"X2"), u"998");
-    EXPECT_EQ(Ini(home, u"Zoom", u"X1"), Ini(home, u"Zoom", u"X3"));
+    EXPECT_EQ(Setting(u"Zoom", u"X3"), u"1670"); // 13.34 + 5 / 1.49
+    EXPECT_EQ(Setting(u"Zoom", u"X2"), u"998");
+    EXPECT_EQ(Setting(u"Zoom", u"X1"), Setting(u"Zoom", u"X3"));
 }
 
 TEST_F(Gui, SmallWheelStepsAddUpToAZoomStep) {
@@ -80,7 +74,7 @@ TEST_F(Gui, SmallWheelStepsAddUpToAZoomStep) {
         Start(program, {u"--demo"_s, u"--keys"_s, u"wheel 30;wheel 30;wheel 45;wheel 15;wheel 50;shift+1"_s});
     ASSERT_FALSE(window.isEmpty());
     ASSERT_TRUE(CloseAndWait(program, window));
-    EXPECT_EQ(Ini(m_home.path(), u"Zoom", u"Z1"), u"179"); // 1.49 times 1.2, once: 50 units are left over
+    EXPECT_EQ(Setting(u"Zoom", u"Z1"), u"179"); // 1.49 times 1.2, once: 50 units are left over
 }
 
 TEST_F(Gui, ThePreferencesChangeTheThemeAtOnceAndKeepHandWrittenLines) {
@@ -101,9 +95,7 @@ TEST_F(Gui, ThePreferencesChangeTheThemeAtOnceAndKeepHandWrittenLines) {
         changed += before.pixel(x, 10) != after.pixel(x, 10) ? 1 : 0;
     EXPECT_GT(changed, 400) << "the title strip kept its colours";
     ASSERT_TRUE(CloseAndWait(program, window));
-    QFile ini(m_home.filePath(u"skln.ini"_s));
-    ASSERT_TRUE(ini.open(QIODevice::ReadOnly));
-    const QByteArray text = ini.readAll();
+    const QByteArray text = sky::ReadWholeFile(m_home.filePath(u"skln.ini"_s)).value_or(QByteArray());
     EXPECT_TRUE(text.startsWith("; my own note\n[Display]\nColourTheme=daylight.dc\n")) << text.toStdString();
 }
 

@@ -14,6 +14,7 @@
 
 #include <gtest/gtest.h>
 
+#include "app/ini_file.h"
 #include "common/file_io.h"
 #include "network/whazzup_lines.h"
 
@@ -108,6 +109,11 @@ public:
                 path, QDir(keep).filePath(QString::fromUtf8(test->name()) + u"-%1.png"_s.arg(++m_snapshots)));
         }
         return QImage(path);
+    }
+
+    // A value of the settings file the program wrote.
+    QString Setting(const char16_t* section, const char16_t* key) const {
+        return IniFile::Load(m_home.filePath(u"skln.ini"_s)).Value(section, key, QString());
     }
 
     // Writes a file of the home folder.

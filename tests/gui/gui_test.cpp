@@ -1,16 +1,10 @@
 #include "gui_fixture.h"
 
-#include "app/ini_file.h"
-
 using namespace Qt::StringLiterals;
 
 namespace {
 
 using namespace sky::gui;
-
-QString Ini(const QString& home, const char16_t* section, const char16_t* key) {
-    return sky::IniFile::Load(QDir(home).filePath(u"skln.ini"_s)).Value(section, key, u""_s);
-}
 
 TEST_F(Gui, ASnapshotShowsTheGlobeAndTheCoastlinesAndWritesNoSettings) {
     const QImage image = Snapshot({u"--demo"_s});
@@ -34,14 +28,13 @@ TEST_F(Gui, KeysChangeTheMapAndClosingSavesTheView) {
     // north; stored as view 1.
     Keys(window, {u"g"_s, u"c"_s, u"F1"_s, u"Right"_s, u"Right"_s, u"Up"_s, u"shift+1"_s, u"Escape"_s});
     ASSERT_TRUE(CloseAndWait(program, window));
-    const QString home = m_home.path();
-    EXPECT_EQ(Ini(home, u"Map", u"ShowLatLon"), u"0");
-    EXPECT_EQ(Ini(home, u"Map", u"ShowPlaneLabels"), u"0");
-    EXPECT_EQ(Ini(home, u"Map", u"ShowATCLabels"), u"0");
+    EXPECT_EQ(Setting(u"Map", u"ShowLatLon"), u"0");
+    EXPECT_EQ(Setting(u"Map", u"ShowPlaneLabels"), u"0");
+    EXPECT_EQ(Setting(u"Map", u"ShowATCLabels"), u"0");
     // 5 / 1.49 degrees a step from where it started.
-    EXPECT_EQ(Ini(home, u"Zoom", u"X1"), u"2005");
-    EXPECT_EQ(Ini(home, u"Zoom", u"Y1"), u"-5751");
-    EXPECT_EQ(Ini(home, u"Zoom", u"Z1"), u"149");
+    EXPECT_EQ(Setting(u"Zoom", u"X1"), u"2005");
+    EXPECT_EQ(Setting(u"Zoom", u"Y1"), u"-5751");
+    EXPECT_EQ(Setting(u"Zoom", u"Z1"), u"149");
 }
 
 TEST_F(Gui, AFriendAddedFromTheInfoBoxIsKept) {
@@ -53,9 +46,8 @@ TEST_F(Gui, AFriendAddedFromTheInfoBoxIsKept) {
     ASSERT_FALSE(window.isEmpty());
     QThread::msleep(1000);
     ASSERT_TRUE(CloseAndWait(program, window));
-    QFile friends(m_home.filePath(u"data/friends.dat"_s));
-    ASSERT_TRUE(friends.open(QIODevice::ReadOnly));
-    const QList<QByteArray> entries = friends.readAll().split('\n');
+    const QList<QByteArray> entries =
+        sky::ReadWholeFile(m_home.filePath(u"data/friends.dat"_s)).value_or(QByteArray()).split('\n');
     EXPECT_EQ(entries.size(), 2); // one member number and the final line end
     EXPECT_GE(entries.value(0).toInt(), 200000);
 }
@@ -74,10 +66,9 @@ TEST_F(Gui, TheCompanionAnswersAndRecallsItsLastCommand) {
     Keys(companion, {u"Up"_s, u"Return"_s}); // icao KJFK again
     Keys(map, {u"shift+1"_s});               // store where the map now looks
     ASSERT_TRUE(CloseAndWait(program, map));
-    const QString home = m_home.path();
-    EXPECT_EQ(Ini(home, u"Zoom", u"X1"), u"-7378");
-    EXPECT_EQ(Ini(home, u"Zoom", u"Y1"), u"-4064");
-    EXPECT_EQ(Ini(home, u"Zoom", u"Z1"), u"1600");
+    EXPECT_EQ(Setting(u"Zoom", u"X1"), u"-7378");
+    EXPECT_EQ(Setting(u"Zoom", u"Y1"), u"-4064");
+    EXPECT_EQ(Setting(u"Zoom", u"Z1"), u"1600");
 }
 
 } // namespace

@@ -12,8 +12,16 @@ using namespace sky::gui;
 using sky::network::testing::PilotLine;
 
 QString Pilot(const QString& callsign, double lat, double lon, const QString& name = u"Test Pilot"_s) {
-    return PilotLine(0, {{0, callsign}, {1, u"200001"_s}, {2, name}, {5, QString::number(lat)}, {6, QString::number(lon)},
-                         {7, u"35000"_s}, {8, u"450"_s}, {9, u"A320"_s}, {11, u"EDDF"_s}, {13, u"KJFK"_s}});
+    return PilotLine(0, {{0, callsign},
+                         {1, u"200001"_s},
+                         {2, name},
+                         {5, QString::number(lat)},
+                         {6, QString::number(lon)},
+                         {7, u"35000"_s},
+                         {8, u"450"_s},
+                         {9, u"A320"_s},
+                         {11, u"EDDF"_s},
+                         {13, u"KJFK"_s}});
 }
 
 QString Ini(const QString& home, const char16_t* key) {
@@ -35,8 +43,9 @@ void SearchAndStore(const QString& window, const QString& text) {
 
 TEST_F(Gui, TheSearchFieldFindsAFlightAndAnAirportAndGoesThere) {
     QProcess program;
-    const QString window = Start(program, LocalFeed({Pilot(u"BAW1"_s, 51, -1), Pilot(u"DLH4AB"_s, 47.5, 12.25),
-                                                     Pilot(u"AFR7"_s, 45, 3)}));
+    const QString window = Start(
+        program,
+        LocalFeed({Pilot(u"BAW1"_s, 51, -1), Pilot(u"DLH4AB"_s, 47.5, 12.25), Pilot(u"AFR7"_s, 45, 3)}));
     ASSERT_FALSE(window.isEmpty());
     SearchAndStore(window, u"DLH4"_s);
     EXPECT_GT(BlackIn(Grab(window), QRect(492, 62, 296, 300)), 50000) << "DLH4AB's info box did not open";
@@ -54,29 +63,34 @@ TEST_F(Gui, TheSearchFieldFindsAFlightAndAnAirportAndGoesThere) {
 }
 
 TEST_F(Gui, AClickOnAHeaderSortsThePilotListAndAnotherTurnsItRound) {
-    const QStringList feed =
-        LocalFeed({Pilot(u"KLM3"_s, 52, 4), Pilot(u"AFR9"_s, 49, 2), Pilot(u"DLH2"_s, 50, 8), Pilot(u"BAW5"_s, 51, 0)});
+    const QStringList feed = LocalFeed(
+        {Pilot(u"KLM3"_s, 52, 4), Pilot(u"AFR9"_s, 49, 2), Pilot(u"DLH2"_s, 50, 8), Pilot(u"BAW5"_s, 51, 0)});
     const auto rows = [&](const QString& keys) {
         QProcess program;
         program.start(kBuild + u"/skylantra"_s,
                       QStringList{u"--home"_s, m_home.path()} + feed +
-                          QStringList{u"--keys"_s, keys, u"--snapshot"_s, m_home.filePath(u"s.png"_s), u"--print-panel"_s});
+                          QStringList{u"--keys"_s, keys, u"--snapshot"_s, m_home.filePath(u"s.png"_s),
+                                      u"--print-panel"_s});
         program.waitForFinished(60000);
-        QStringList lines = QString::fromUtf8(program.readAllStandardOutput()).split(u'\n', Qt::SkipEmptyParts);
+        QStringList lines =
+            QString::fromUtf8(program.readAllStandardOutput()).split(u'\n', Qt::SkipEmptyParts);
         QStringList callsigns;
         for (const QString& line : lines.mid(2))
             callsigns.append(line.section(u'|', 0, 0));
         return callsigns;
     };
     const QString click = u"click 19 61"_s; // the "Callsign" header, above the rows
-    EXPECT_EQ(rows(u"L"_s), (QStringList{u"KLM3"_s, u"AFR9"_s, u"DLH2"_s, u"BAW5"_s})); // as the feed has them
+    EXPECT_EQ(rows(u"L"_s),
+              (QStringList{u"KLM3"_s, u"AFR9"_s, u"DLH2"_s, u"BAW5"_s})); // as the feed has them
     EXPECT_EQ(rows(u"L;"_s + click), (QStringList{u"AFR9"_s, u"BAW5"_s, u"DLH2"_s, u"KLM3"_s}));
-    EXPECT_EQ(rows(u"L;"_s + click + u';' + click), (QStringList{u"KLM3"_s, u"DLH2"_s, u"BAW5"_s, u"AFR9"_s}));
+    EXPECT_EQ(rows(u"L;"_s + click + u';' + click),
+              (QStringList{u"KLM3"_s, u"DLH2"_s, u"BAW5"_s, u"AFR9"_s}));
 }
 
 TEST_F(Gui, AHoverCardShowsOverAnAircraftAfterAPauseAndGoesWhenThePointerMoves) {
     QProcess program;
-    const QString window = Start(program, LocalFeed({Pilot(u"DLH1"_s, 50, 10)}) + QStringList{u"--view"_s, u"10,50,4"_s});
+    const QString window =
+        Start(program, LocalFeed({Pilot(u"DLH1"_s, 50, 10)}) + QStringList{u"--view"_s, u"10,50,4"_s});
     ASSERT_FALSE(window.isEmpty());
     const QRect card(410, 308, 160, 70);
     Xdotool({u"mousemove"_s, u"--window"_s, window, u"400"_s, u"300"_s});
