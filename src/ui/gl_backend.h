@@ -73,9 +73,8 @@ private:
         if (m_lines)
             m_lines->Refuse();
     }
-    void FlushText();
-    void ForgetDetail(int list); // the list's plain lines, if it had them // before any call that is not
-                                 // text, so the glyphs keep their place in order
+    void FlushText();            // before any call that is not text, so the glyphs keep their place in order
+    void ForgetDetail(int list); // the list's plain lines, if it had them
     float Device(float logical) const { return float(logical * m_ratio); }
 
     std::unique_ptr<QOpenGLFunctions> m_functions;
