@@ -1,17 +1,14 @@
 #include "network/download.h"
 
 #include <QSet>
-#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
+#include "local_download.h"
 #include "network/whazzup_lines.h"
-#include "testing/fakes.h"
 #include "testing/gzip.h"
 
 #include "local_http_server.h"
-#include "qt_http_client.h"
-#include "refdata/reference_data.h"
 
 using namespace Qt::StringLiterals;
 
@@ -34,32 +31,14 @@ class DownloadAgainstLocalServer : public ::testing::Test {
 protected:
     void SetUp() override {
         ASSERT_TRUE(m_server.IsRunning());
-        m_state.DownloadIdle = true;
-        m_state.Networks[0].StatusFileAddress = m_server.Url(u"status.txt"_s);
+        m_download.State.Networks[0].StatusFileAddress = m_server.Url(u"status.txt"_s);
     }
-
     network::DownloadOutcome Run(bool textForce, bool randomServer = false) {
-        m_now = m_now.addSecs(3600);
-        network::DownloadContext context{m_state,
-                                         m_tables,
-                                         m_reference,
-                                         m_client,
-                                         m_view,
-                                         m_home.filePath(u"data"_s),
-                                         textForce,
-                                         [this] { return m_now; },
-                                         randomServer ? std::function<int(int)>() : [](int) { return 0; }};
-        return network::DownloadNetwork(context, 0);
+        return m_download.Run(textForce, randomServer);
     }
 
     testing::LocalHttpServer m_server;
-    QTemporaryDir m_home;
-    QtHttpClient m_client{5000, u"0"_s};
-    network::DownloadState m_state;
-    network::ClientTables m_tables;
-    ReferenceData m_reference;
-    testing::RecordingDownloadView m_view;
-    QDateTime m_now = QDateTime(QDate(2026, 11, 21), QTime(15, 0));
+    LocalDownload m_download;
 };
 
 TEST_F(DownloadAgainstLocalServer, FetchesPlainAndGzipDataEndToEnd) {
@@ -68,16 +47,16 @@ TEST_F(DownloadAgainstLocalServer, FetchesPlainAndGzipDataEndToEnd) {
     m_server.Serve(u"whazzup.txt.gz"_s, Gzip(Whazzup("GZIP1")));
 
     EXPECT_EQ(Run(false), network::DownloadOutcome::Interpreted);
-    EXPECT_EQ(m_view.Statuses.last(), u"IVAO data interpreted");
-    EXPECT_EQ(m_view.Messages, QStringList{u"<b>hello</b>"_s});
-    EXPECT_EQ(m_tables[0].Pilots[1].Callsign, u"GZIP1");
-    EXPECT_EQ(m_tables[0].Pilots[1].HomeBase, u"EDDF");
-    EXPECT_TRUE(QFile::exists(m_home.filePath(u"data/whazzup.txt.gz"_s)));
+    EXPECT_EQ(m_download.View.Statuses.last(), u"IVAO data interpreted");
+    EXPECT_EQ(m_download.View.Messages, QStringList{u"<b>hello</b>"_s});
+    EXPECT_EQ(m_download.Tables[0].Pilots[1].Callsign, u"GZIP1");
+    EXPECT_EQ(m_download.Tables[0].Pilots[1].HomeBase, u"EDDF");
+    EXPECT_TRUE(QFile::exists(m_download.Home.filePath(u"data/whazzup.txt.gz"_s)));
 
-    m_state.Networks[0].Servers.ServerCount = 0;
-    m_state.Networks[0].Servers.GzServerCount = 0;
+    m_download.State.Networks[0].Servers.ServerCount = 0;
+    m_download.State.Networks[0].Servers.GzServerCount = 0;
     EXPECT_EQ(Run(true), network::DownloadOutcome::Interpreted);
-    EXPECT_EQ(m_tables[0].Pilots[1].Callsign, u"PLAIN1");
+    EXPECT_EQ(m_download.Tables[0].Pilots[1].Callsign, u"PLAIN1");
 }
 
 // Without a choice of its own the download picks a server at random: over ten downloads the listed
@@ -93,9 +72,9 @@ TEST_F(DownloadAgainstLocalServer, PicksAServerAtRandom) {
         const auto outcome = Run(false, true);
         interpreted += outcome == network::DownloadOutcome::Interpreted ? 1 : 0;
         if (outcome == network::DownloadOutcome::Interpreted)
-            served.insert(m_tables[0].Pilots[1].Callsign);
+            served.insert(m_download.Tables[0].Pilots[1].Callsign);
         else
-            EXPECT_EQ(m_view.Statuses.last(), u"Could not contact server");
+            EXPECT_EQ(m_download.View.Statuses.last(), u"Could not contact server");
     }
     EXPECT_GE(served.size(), 2); // all ten on one server: one chance in a quarter of a million
     EXPECT_GE(interpreted, 1);

@@ -6,11 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include "local_download.h"
 #include "local_http_server.h"
-#include "network/download.h"
-#include "qt_http_client.h"
-#include "refdata/reference_data.h"
-#include "testing/fakes.h"
 
 using namespace Qt::StringLiterals;
 
@@ -105,26 +102,11 @@ TEST_F(HostileServer, AGigabyteIsRefusedAtTheLimitAndMemoryStaysLow) {
 class HostileDownload : public HostileServer {
 protected:
     network::DownloadOutcome Run(const QString& statusAddress) {
-        m_state.DownloadIdle = true;
-        m_state.Networks[0] = {};
-        m_state.Networks[0].StatusFileAddress = statusAddress;
-        network::DownloadContext context{m_state,
-                                         m_tables,
-                                         m_reference,
-                                         m_client,
-                                         m_view,
-                                         m_home.filePath(u"data"_s),
-                                         false,
-                                         [] { return QDateTime(QDate(2026, 11, 21), QTime(15, 0)); },
-                                         [](int) { return 0; }};
-        return network::DownloadNetwork(context, 0);
+        m_download.State.Networks[0] = {};
+        m_download.State.Networks[0].StatusFileAddress = statusAddress;
+        return m_download.Run();
     }
-    QTemporaryDir m_home;
-    QtHttpClient m_client{5000, u"0"_s};
-    network::DownloadState m_state;
-    network::ClientTables m_tables;
-    ReferenceData m_reference;
-    testing::RecordingDownloadView m_view;
+    LocalDownload m_download;
 };
 
 TEST_F(HostileDownload, AGzipBombIsRefusedAtTheUnpackedLimitAndATenThousandLineStatusFileWorks) {
@@ -133,14 +115,14 @@ TEST_F(HostileDownload, AGzipBombIsRefusedAtTheUnpackedLimitAndATenThousandLineS
     ResetPeak();
     const double before = PeakMegabytes();
     EXPECT_EQ(Run(files.Url(u"status.txt"_s)), network::DownloadOutcome::UnzipError);
-    EXPECT_EQ(m_view.Statuses.last(), u"Error unzipping data");
+    EXPECT_EQ(m_download.View.Statuses.last(), u"Error unzipping data");
     EXPECT_LT(PeakMegabytes() - before, 140.0) << "unpacking held " << PeakMegabytes() - before << " MB";
 
     QElapsedTimer took;
     took.start();
     EXPECT_EQ(Run(Url(u"/status-10k.txt"_s)), network::DownloadOutcome::Interpreted);
-    EXPECT_EQ(m_state.Networks[0].Servers.ServerCount, 10); // the first ten are kept
-    EXPECT_EQ(m_tables[0].Pilots[1].Callsign, u"DLH1");
+    EXPECT_EQ(m_download.State.Networks[0].Servers.ServerCount, 10); // the first ten are kept
+    EXPECT_EQ(m_download.Tables[0].Pilots[1].Callsign, u"DLH1");
     EXPECT_LT(took.elapsed(), 5000);
 }
 
