@@ -16,8 +16,10 @@ struct Haystack {
         const QString data = QStringLiteral(SKYLANTRA_SOURCE_DIR) + u"/data"_s;
         reference = sky::ReferenceData::Load(data);
         for (int n = 0; n < 2; ++n) {
-            const auto bytes = sky::ReadWholeFile(data + (n == 0 ? u"/demo/ivao/whazzup.txt"_s : u"/demo/vatsim/whazzup.txt"_s));
-            sky::network::InterpretWhazzup(n, QString::fromUtf8(bytes.value_or(QByteArray())), reference, tables[size_t(n)], {});
+            const auto bytes = sky::ReadWholeFile(
+                data + (n == 0 ? u"/demo/ivao/whazzup.txt"_s : u"/demo/vatsim/whazzup.txt"_s));
+            sky::network::InterpretWhazzup(n, QString::fromUtf8(bytes.value_or(QByteArray())), reference,
+                                           tables[size_t(n)], {});
         }
         index.SetPlaces(reference);
         index.SetClients(tables, {0, 1});
