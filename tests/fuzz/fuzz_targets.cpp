@@ -165,9 +165,4 @@ Target TargetNamed(const QString& name) {
     return nullptr;
 }
 
-QStringList TargetNames() {
-    return {u"whazzup"_s,  u"json_feeds"_s, u"status_file"_s, u"gunzip"_s,
-            u"settings"_s, u"companion"_s,  u"route"_s,       u"search"_s};
-}
-
 } // namespace sky::fuzz

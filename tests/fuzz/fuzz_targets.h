@@ -4,7 +4,6 @@
 #include <cstdint>
 
 #include <QString>
-#include <QStringList>
 
 // What the fuzzers feed: each function reads one input the way the program reads that kind of data
 // from outside. The fuzz programs call one each; the unit tests replay every kept finding through them.
@@ -22,6 +21,5 @@ void Search(const std::uint8_t* data, std::size_t size);
 // The targets by name, as the fuzz programs and the reproducer folders are named.
 using Target = void (*)(const std::uint8_t*, std::size_t);
 Target TargetNamed(const QString& name);
-QStringList TargetNames();
 
 } // namespace sky::fuzz

@@ -1,7 +1,5 @@
 #include "gui_fixture.h"
 
-#include "network/whazzup_lines.h"
-
 using namespace Qt::StringLiterals;
 
 // The map as a desktop program: its window, mouse, keys on other keyboard layouts, the wheel and the
@@ -12,11 +10,6 @@ using namespace sky::gui;
 
 void SetLayout(const QString& layout) {
     QProcess::execute(u"setxkbmap"_s, {u"-layout"_s, layout});
-}
-
-// How much of an area is the info box's opaque black.
-int BlackIn(const QImage& image, const QRect& area) {
-    return CountNear(image, qRgb(0, 0, 0), 2, area);
 }
 
 TEST_F(Gui, AnEdgeDragResizesTheWindowAndTheNewSizeIsSaved) {
@@ -33,20 +26,18 @@ TEST_F(Gui, AnEdgeDragResizesTheWindowAndTheNewSizeIsSaved) {
 }
 
 TEST_F(Gui, AClickInTheTitleStripNeverReachesTheMap) {
-    const QString pilot = sky::network::testing::PilotLine(
-        0, {{0, u"DLH1"_s}, {1, u"200001"_s}, {5, u"50"_s}, {6, u"10"_s}, {7, u"35000"_s}, {8, u"450"_s}});
     QProcess program;
-    const QString window = Start(program, LocalFeed({pilot}) + QStringList{u"--view"_s, u"10,50,4"_s});
+    const QString window = Start(program, LocalFeed({CruisingPilot(u"DLH1"_s, 50, 10)}) +
+                                              QStringList{u"--view"_s, u"10,50,4"_s});
     ASSERT_FALSE(window.isEmpty());
-    const QRect box(492, 62, 296, 300);
     Xdotool({u"mousemove"_s, u"--window"_s, window, u"400"_s, u"300"_s, u"click"_s, u"1"_s});
     QThread::msleep(400);
-    EXPECT_GT(BlackIn(Grab(window), box), 50000) << "the aircraft's info box did not open";
+    EXPECT_GT(BlackIn(Grab(window), kInfoBox), 50000) << "the aircraft's info box did not open";
     Keys(window, {u"Escape"_s});
     Xdotool({u"mousemove"_s, u"--window"_s, window, u"300"_s, u"10"_s, u"click"_s, u"1"_s});
     QThread::msleep(400);
     // The press in the caption does not click on the map where the last press was.
-    EXPECT_LT(BlackIn(Grab(window), box), 5000);
+    EXPECT_LT(BlackIn(Grab(window), kInfoBox), 5000);
     ASSERT_TRUE(CloseAndWait(program, window));
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <map>
+
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -25,20 +27,6 @@ namespace sky::gui {
 using namespace Qt::StringLiterals;
 
 inline const QString kBuild = QStringLiteral(SKYLANTRA_BINARY_DIR);
-
-inline bool CopyFolder(const QString& from, const QString& to) {
-    QDir().mkpath(to);
-    const QDir source(from);
-    for (const QString& name : source.entryList(QDir::Files)) {
-        if (!QFile::copy(source.filePath(name), QDir(to).filePath(name)))
-            return false;
-    }
-    for (const QString& name : source.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-        if (!CopyFolder(source.filePath(name), QDir(to).filePath(name)))
-            return false;
-    }
-    return true;
-}
 
 // True when p is within tolerance of colour in each channel.
 inline bool Near(QRgb p, QRgb colour, int tolerance) {
@@ -71,12 +59,35 @@ inline QRect BoundsOf(const QImage& image, QRgb colour, int tolerance, QRect are
     return bounds;
 }
 
+// Where a client's info box opens in a window of 800 by 600, and how much of an area is the opaque
+// black of a box or card.
+inline const QRect kInfoBox(492, 62, 296, 300);
+inline int BlackIn(const QImage& image, const QRect& area) {
+    return CountNear(image, qRgb(0, 0, 0), 2, area);
+}
+
+// An IVAO pilot cruising east at FL350 and 450 knots at this place; more fields as given.
+inline QString CruisingPilot(const QString& callsign, double lat, double lon,
+                             const network::testing::Fields& more = {}) {
+    network::testing::Fields fields = {{0, callsign},
+                                       {1, u"200001"_s},
+                                       {2, u"Test Pilot"_s},
+                                       {5, QString::number(lat, 'f', 5)},
+                                       {6, QString::number(lon, 'f', 5)},
+                                       {7, u"35000"_s},
+                                       {8, u"450"_s},
+                                       {45, u"90"_s}};
+    fields.insert(fields.end(), more.begin(), more.end());
+    return network::testing::PilotLine(0, fields);
+}
+
 class Gui : public ::testing::Test {
 public:
     void SetUp() override {
         ASSERT_TRUE(m_home.isValid());
-        ASSERT_TRUE(CopyFolder(kBuild + u"/data"_s, m_home.filePath(u"data"_s)));
-        ASSERT_TRUE(CopyFolder(kBuild + u"/colours"_s, m_home.filePath(u"colours"_s)));
+        ASSERT_EQ(
+            QProcess::execute(u"cp"_s, {u"-r"_s, kBuild + u"/data"_s, kBuild + u"/colours"_s, m_home.path()}),
+            0);
         if (qEnvironmentVariableIsEmpty("DISPLAY"))
             GTEST_SKIP() << "no X display: run under xvfb-run";
     }
@@ -158,10 +169,7 @@ public:
 
     // Closes the map with the close button of its title strip and waits for the program to end.
     static bool CloseAndWait(QProcess& program, const QString& window) {
-        const QString width = Xdotool({u"getwindowgeometry"_s, u"--shell"_s, window})
-                                  .section(u"WIDTH="_s, 1)
-                                  .section(u'\n', 0, 0);
-        Xdotool({u"mousemove"_s, u"--window"_s, window, QString::number(width.toInt() - 5), u"8"_s,
+        Xdotool({u"mousemove"_s, u"--window"_s, window, QString::number(Geometry(window).width() - 5), u"8"_s,
                  u"click"_s, u"1"_s});
         return program.waitForFinished(20000) && program.exitCode() == 0;
     }
@@ -174,23 +182,20 @@ public:
         }
     }
 
+    // Where a window is on the screen.
+    static QRect Geometry(const QString& window) {
+        std::map<QString, int> values;
+        for (const QString& line : Xdotool({u"getwindowgeometry"_s, u"--shell"_s, window}).split(u'\n'))
+            values[line.section(u'=', 0, 0)] = line.section(u'=', 1).toInt();
+        return QRect(values[u"X"_s], values[u"Y"_s], values[u"WIDTH"_s], values[u"HEIGHT"_s]);
+    }
+
     // What the screen shows of a window now, as the user sees it.
     static QImage Grab(const QString& window) {
-        const QString geometry = Xdotool({u"getwindowgeometry"_s, u"--shell"_s, window});
-        int x = 0, y = 0, w = 0, h = 0;
-        for (const QString& line : geometry.split(u'\n')) {
-            const QString value = line.section(u'=', 1);
-            if (line.startsWith(u"X="))
-                x = value.toInt();
-            else if (line.startsWith(u"Y="))
-                y = value.toInt();
-            else if (line.startsWith(u"WIDTH="))
-                w = value.toInt();
-            else if (line.startsWith(u"HEIGHT="))
-                h = value.toInt();
-        }
+        const QRect where = Geometry(window);
         QScreen* screen = QGuiApplication::primaryScreen();
-        return screen ? screen->grabWindow(0, x, y, w, h).toImage() : QImage();
+        return screen ? screen->grabWindow(0, where.x(), where.y(), where.width(), where.height()).toImage()
+                      : QImage();
     }
 
     static QString Xdotool(const QStringList& arguments) {

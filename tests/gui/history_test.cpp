@@ -1,7 +1,5 @@
 #include "gui_fixture.h"
 
-#include "network/whazzup_lines.h"
-
 using namespace Qt::StringLiterals;
 
 // What the map remembers, as a user meets it: a selected aircraft's trail and filed route, kept across
@@ -14,15 +12,7 @@ const QRgb kIvao = qRgb(0x28, 0x8D, 0xFF);
 
 // The pilot a little further north at each download, filed to Copenhagen.
 QString Pilot(double lat) {
-    return sky::network::testing::PilotLine(0, {{0, u"DLH1"_s},
-                                                {1, u"200001"_s},
-                                                {5, QString::number(lat)},
-                                                {6, u"10"_s},
-                                                {7, u"35000"_s},
-                                                {8, u"450"_s},
-                                                {11, u"EDDF"_s},
-                                                {13, u"EKCH"_s},
-                                                {30, u"DCT"_s}});
+    return CruisingPilot(u"DLH1"_s, lat, 10, {{11, u"EDDF"_s}, {13, u"EKCH"_s}, {30, u"DCT"_s}});
 }
 
 class History : public Gui {

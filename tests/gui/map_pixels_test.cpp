@@ -1,7 +1,6 @@
 #include "gui_fixture.h"
 
 #include "geo/geodesy.h"
-#include "network/whazzup_lines.h"
 
 using namespace Qt::StringLiterals;
 
@@ -11,24 +10,12 @@ namespace {
 
 using namespace sky::gui;
 using sky::network::testing::AtcLine;
-using sky::network::testing::PilotLine;
 
 const QRgb kPlaneLabel = qRgb(0xFF, 0xFF, 0x9C);
 const QRgb kPlaneBorder = qRgb(0xFF, 0xFF, 0x2A);
 const QRgb kPlaneFill = qRgb(0x32, 0x32, 0x74);
 const QRgb kBackground = qRgb(0x10, 0x10, 0x3A);
 const QRgb kSectorBorder = qRgb(0x2E, 0x53, 0x81);
-
-QString Pilot(const QString& callsign, double lat, double lon) {
-    return PilotLine(0, {{0, callsign},
-                         {1, u"200001"_s},
-                         {2, u"Test Pilot"_s},
-                         {5, QString::number(lat, 'f', 5)},
-                         {6, QString::number(lon, 'f', 5)},
-                         {7, u"35000"_s},
-                         {8, u"450"_s},
-                         {45, u"90"_s}});
-}
 
 // The rows of an area that hold a pixel near colour, as runs of consecutive rows.
 std::vector<std::pair<int, int>> RowRuns(const QImage& image, QRgb colour, const QRect& area) {
@@ -53,7 +40,7 @@ TEST_F(Gui, ZoomedInEachAircraftLandsOnItsPixel) {
     for (const QPoint& pixel : pixels) {
         const auto place = sky::geo::ScreenToLatLon(pixel.x(), pixel.y(), 800, 600, view);
         ASSERT_TRUE(place.has_value());
-        pilots.append(Pilot(u"T%1"_s.arg(pilots.size()), place->Lat, place->Lon));
+        pilots.append(CruisingPilot(u"T%1"_s.arg(pilots.size()), place->Lat, place->Lon));
     }
     const QImage image = Snapshot(LocalFeed(pilots) + QStringList{u"--view"_s, u"10,50,4"_s});
     ASSERT_FALSE(image.isNull());
@@ -93,7 +80,7 @@ TEST_F(Gui, FewerSegmentsWhenZoomedOutDrawTheSameCoasts) {
 
 TEST_F(Gui, AnAircraftsLabelSitsBesideItsSymbolInTwoLines) {
     const QImage image =
-        Snapshot(LocalFeed({Pilot(u"DLH1234"_s, 50, 10)}) + QStringList{u"--view"_s, u"10,50,4"_s});
+        Snapshot(LocalFeed({CruisingPilot(u"DLH1234"_s, 50, 10)}) + QStringList{u"--view"_s, u"10,50,4"_s});
     ASSERT_FALSE(image.isNull());
     const QRect around(300, 240, 240, 120);
     const QRect symbol = BoundsOf(image, kPlaneBorder, 24, around);
@@ -117,7 +104,7 @@ TEST_F(Gui, NothingOfTheMapCoversTheStripsTheCountPanelOrAnOpenPanel) {
     const auto at = [&](int x, int y) {
         const auto p = sky::geo::ScreenToLatLon(x, y, 800, 600, view);
         if (p)
-            pilots.append(Pilot(u"T%1X%2"_s.arg(x).arg(y), p->Lat, p->Lon));
+            pilots.append(CruisingPilot(u"T%1X%2"_s.arg(x).arg(y), p->Lat, p->Lon));
     };
     for (int x = 30; x < 780; x += 50) {
         at(x, 8);

@@ -1,35 +1,15 @@
 #include "gui_fixture.h"
 
-#include "app/ini_file.h"
-#include "network/whazzup_lines.h"
-
 using namespace Qt::StringLiterals;
 
 // Finding things from the map: the search field, sorted lists and the hover card, as a user drives them.
 namespace {
 
 using namespace sky::gui;
-using sky::network::testing::PilotLine;
 
-QString Pilot(const QString& callsign, double lat, double lon, const QString& name = u"Test Pilot"_s) {
-    return PilotLine(0, {{0, callsign},
-                         {1, u"200001"_s},
-                         {2, name},
-                         {5, QString::number(lat)},
-                         {6, QString::number(lon)},
-                         {7, u"35000"_s},
-                         {8, u"450"_s},
-                         {9, u"A320"_s},
-                         {11, u"EDDF"_s},
-                         {13, u"KJFK"_s}});
-}
-
-QString Ini(const QString& home, const char16_t* key) {
-    return sky::IniFile::Load(QDir(home).filePath(u"skln.ini"_s)).Value(u"Zoom", key, u""_s);
-}
-
-int BlackIn(const QImage& image, const QRect& area) {
-    return CountNear(image, qRgb(0, 0, 0), 2, area);
+// A flight from Frankfurt to New York: airports in use come first among their namesakes.
+QString Flight(const QString& callsign, double lat, double lon) {
+    return CruisingPilot(callsign, lat, lon, {{9, u"A320"_s}, {11, u"EDDF"_s}, {13, u"KJFK"_s}});
 }
 
 // Types into the search field and takes the first match; then stores the view the map moved to.
@@ -45,26 +25,25 @@ TEST_F(Gui, TheSearchFieldFindsAFlightAndAnAirportAndGoesThere) {
     QProcess program;
     const QString window = Start(
         program,
-        LocalFeed({Pilot(u"BAW1"_s, 51, -1), Pilot(u"DLH4AB"_s, 47.5, 12.25), Pilot(u"AFR7"_s, 45, 3)}));
+        LocalFeed({Flight(u"BAW1"_s, 51, -1), Flight(u"DLH4AB"_s, 47.5, 12.25), Flight(u"AFR7"_s, 45, 3)}));
     ASSERT_FALSE(window.isEmpty());
     SearchAndStore(window, u"DLH4"_s);
-    EXPECT_GT(BlackIn(Grab(window), QRect(492, 62, 296, 300)), 50000) << "DLH4AB's info box did not open";
+    EXPECT_GT(BlackIn(Grab(window), kInfoBox), 50000) << "DLH4AB's info box did not open";
     Keys(window, {u"Escape"_s, u"shift+1"_s}); // no key but Escape acts while a panel is open
     SearchAndStore(window, u"Frankfurt"_s);
     EXPECT_GT(BlackIn(Grab(window), QRect(20, 60, 480, 450)), 100000) << "EDDF's board did not open";
     Keys(window, {u"Escape"_s, u"shift+2"_s});
     ASSERT_TRUE(CloseAndWait(program, window));
-    const QString home = m_home.path();
-    EXPECT_EQ(Ini(home, u"X1"), u"1225"); // centred on DLH4AB
-    EXPECT_EQ(Ini(home, u"Y1"), u"-4750");
-    EXPECT_EQ(Ini(home, u"Z1"), u"1600");
-    EXPECT_EQ(Ini(home, u"X2"), u"856"); // and on Frankfurt
-    EXPECT_EQ(Ini(home, u"Y2"), u"-5003");
+    EXPECT_EQ(Setting(u"Zoom", u"X1"), u"1225"); // centred on DLH4AB
+    EXPECT_EQ(Setting(u"Zoom", u"Y1"), u"-4750");
+    EXPECT_EQ(Setting(u"Zoom", u"Z1"), u"1600");
+    EXPECT_EQ(Setting(u"Zoom", u"X2"), u"856"); // and on Frankfurt
+    EXPECT_EQ(Setting(u"Zoom", u"Y2"), u"-5003");
 }
 
 TEST_F(Gui, AClickOnAHeaderSortsThePilotListAndAnotherTurnsItRound) {
-    const QStringList feed = LocalFeed(
-        {Pilot(u"KLM3"_s, 52, 4), Pilot(u"AFR9"_s, 49, 2), Pilot(u"DLH2"_s, 50, 8), Pilot(u"BAW5"_s, 51, 0)});
+    const QStringList feed = LocalFeed({Flight(u"KLM3"_s, 52, 4), Flight(u"AFR9"_s, 49, 2),
+                                        Flight(u"DLH2"_s, 50, 8), Flight(u"BAW5"_s, 51, 0)});
     const auto rows = [&](const QString& keys) {
         QProcess program;
         program.start(kBuild + u"/skylantra"_s,
@@ -90,7 +69,7 @@ TEST_F(Gui, AClickOnAHeaderSortsThePilotListAndAnotherTurnsItRound) {
 TEST_F(Gui, AHoverCardShowsOverAnAircraftAfterAPauseAndGoesWhenThePointerMoves) {
     QProcess program;
     const QString window =
-        Start(program, LocalFeed({Pilot(u"DLH1"_s, 50, 10)}) + QStringList{u"--view"_s, u"10,50,4"_s});
+        Start(program, LocalFeed({Flight(u"DLH1"_s, 50, 10)}) + QStringList{u"--view"_s, u"10,50,4"_s});
     ASSERT_FALSE(window.isEmpty());
     const QRect card(410, 308, 160, 70);
     Xdotool({u"mousemove"_s, u"--window"_s, window, u"400"_s, u"300"_s});

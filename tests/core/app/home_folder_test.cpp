@@ -29,7 +29,8 @@ TEST(ResolveFolders, HomeByOptionEnvironmentProgramFolderOrTheUsersDataFolder) {
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
-        const Folders f = ResolveFolders({row.option, row.environment, exe, row.writable, row.hasData, user, installed});
+        const Folders f =
+            ResolveFolders({row.option, row.environment, exe, row.writable, row.hasData, user, installed});
         EXPECT_EQ(f.Home, row.home);
         EXPECT_EQ(f.Shipped, QDir::cleanPath(row.shipped));
     }

@@ -41,7 +41,6 @@ TEST(ToggleMaximised, RestoresExactlyTheGeometryBeforeIt) {
     EXPECT_EQ(other.Height, 1024 * 15); // the whole height
 }
 
-
 TEST(ResizeEdgesAt, EdgesAndCornersButNotTheButtonsNorWhileMaximised) {
     struct Row {
         int x, y;

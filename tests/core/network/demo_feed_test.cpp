@@ -35,21 +35,6 @@ protected:
     static inline ReferenceData* s_reference = nullptr;
 };
 
-TEST_P(DemoFeed, StatusFileNamesTheFilesBesideIt) {
-    const int network = GetParam();
-    const auto status = ReadWholeFile(Folder(network) + u"status.txt"_s);
-    ASSERT_TRUE(status.has_value());
-    ServerLists servers;
-    QStringList messages;
-    const QString base = u"file://"_s + Folder(network) + u"status.txt"_s;
-    ASSERT_TRUE(
-        ParseStatusFile(DecodeText(*status).Text, base, servers, [&](const QString& m) { messages += m; }));
-    EXPECT_EQ(servers.ServerCount, 1);
-    EXPECT_EQ(servers.GzServerCount, 1);
-    EXPECT_EQ(servers.GzServerUrl[0], u"file://"_s + Folder(network) + u"whazzup.txt.gz"_s);
-    EXPECT_EQ(messages.size(), network == 1 ? 1 : 0);
-}
-
 TEST_P(DemoFeed, HoldsRealisticTrafficInEveryPhase) {
     const int network = GetParam();
     const auto packed = ReadWholeFile(Folder(network) + u"whazzup.txt.gz"_s);

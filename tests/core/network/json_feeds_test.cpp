@@ -167,7 +167,8 @@ TEST_F(JsonFeeds, FieldsAreReadByWhatTheNetworksSayTheyMean) {
     EXPECT_EQ(m_data.Controllers[1].VisualRange, 150.0f);
     EXPECT_EQ(m_data.Controllers[1].Frequency, u"128.100");
     // VATSIM's layout of 2020 (one array of clients) is no IVAO feed.
-    EXPECT_EQ(DetectFeed(R"({"general": {"version": 2}, "clients": [{"callsign": "X"}]})"), FeedKind::UnknownJson);
+    EXPECT_EQ(DetectFeed(R"({"general": {"version": 2}, "clients": [{"callsign": "X"}]})"),
+              FeedKind::UnknownJson);
 }
 
 TEST_F(JsonFeeds, DuplicatedCallsignsAndWrongTypesAreReadAsTheyCome) {

@@ -25,21 +25,5 @@ TEST(PrintText, CallsOneGlyphListPerCharacterInTheCodePage) {
               (std::vector<unsigned char>{'K', 0xF6, 'l', 'n', ' ', 0x80, 'a', 'b', '?'}));
 }
 
-TEST(BuildStatusLine, PlacesTheText65PixelsInAnd6UpOnEveryWindowSize) {
-    RecordingGl gl;
-    for (const auto& [w, h] : {std::pair{800, 600}, std::pair{1920, 1080}}) {
-        BuildStatusLine(gl, u"Ready"_s, w, h);
-        const auto& list = gl.List(lists::kStatusLine);
-        ASSERT_EQ(list.front().What, Op::RasterPos);
-        EXPECT_FLOAT_EQ(list.front().Values[0], float(65.0 * 2.0 / w - 1.0));
-        EXPECT_FLOAT_EQ(list.front().Values[1], float(6.0 * 2.0 / h - 1.0));
-        EXPECT_EQ(RecordingGl::CountBytes(list), 5);
-        EXPECT_EQ(RecordingGl::Count(list, Op::Colour), 0); // the caller colours it
-    }
-    BuildStatusLine(gl, QString(), 800, 600);
-    EXPECT_TRUE(gl.IsList(lists::kStatusLine));
-    EXPECT_EQ(gl.List(lists::kStatusLine).size(), 1u);
-}
-
 } // namespace
 } // namespace sky::render

@@ -173,15 +173,6 @@ TEST_F(Session, AClickOpensTheNearestClientsBoxAndBesideTheGlobeClears) {
     EXPECT_FALSE(m_gl.IsList(lists::kHighlight));
 }
 
-TEST_F(Session, ZoomingInRerecordsSymbolsAndDetailedLabels) {
-    m_session->Config().DeclutterLabels = false;
-    StartAndDownload(0);
-    const size_t before = RecordingGl::Printed(m_gl.List(lists::kPlaneLabels + 10)).size();
-    m_session->Pointer().Wheel(10);
-    EXPECT_FLOAT_EQ(m_session->View().ViewZ, std::min(50.0f, 1.49f * float(std::pow(1.2, 10))));
-    EXPECT_GT(RecordingGl::Printed(m_gl.List(lists::kPlaneLabels + 10)).size(), before);
-}
-
 TEST_F(Session, LabelsArePlacedForTheViewWhenItComesToRestAndDTurnsDeclutteringOff) {
     StartAndDownload(1);
     const int list = lists::TrafficBase(1) + lists::kPlaneLabels;
