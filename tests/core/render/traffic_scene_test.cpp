@@ -80,6 +80,8 @@ TEST_F(TrafficScene, RecordsTheNineListsAndDropsTheHighlight) {
 
 TEST_F(TrafficScene, DrawsEveryShownClientAndLabelsThem) {
     BuildTrafficLists(m_gl, 1, Inputs());
+    // Each aircraft a symbol of 18 corners, filled and outlined.
+    EXPECT_EQ(RecordingGl::Count(m_gl.List(List(lists::kPlanes)), Op::Vertex), 2 * (18 * 3 + 18 * 2));
     EXPECT_EQ(RecordingGl::PrintedText(m_gl.List(List(lists::kPlaneLabels))), "DLH1BAW2");
     // A point at each departure and destination.
     EXPECT_EQ(RecordingGl::Count(m_gl.List(List(lists::kAirports)), Op::Vertex), 4);
