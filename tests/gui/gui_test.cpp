@@ -37,21 +37,6 @@ TEST_F(Gui, KeysChangeTheMapAndClosingSavesTheView) {
     EXPECT_EQ(Setting(u"Zoom", u"Z1"), u"149");
 }
 
-TEST_F(Gui, AFriendAddedFromTheInfoBoxIsKept) {
-    QProcess program;
-    // The list, its second page, the first row's box, Add friend, close the box, only friends.
-    // (IVAO: the VATSIM demo's broadcast message would wait in a box for someone to close it.)
-    const QString window = Start(program, {u"--demo"_s, u"--download"_s, u"ivao"_s, u"--keys"_s,
-                                           u"L;Right;click 60 75;click 740 385;Escape;F2"_s});
-    ASSERT_FALSE(window.isEmpty());
-    QThread::msleep(1000);
-    ASSERT_TRUE(CloseAndWait(program, window));
-    const QList<QByteArray> entries =
-        sky::ReadWholeFile(m_home.filePath(u"data/friends.dat"_s)).value_or(QByteArray()).split('\n');
-    EXPECT_EQ(entries.size(), 2); // one member number and the final line end
-    EXPECT_GE(entries.value(0).toInt(), 200000);
-}
-
 TEST_F(Gui, TheCompanionAnswersAndRecallsItsLastCommand) {
     QProcess program;
     const QString map = Start(program, {u"--demo"_s});

@@ -111,15 +111,6 @@ TEST_F(Download, ReloadIntervalAndBusyFlagRefuseADownload) {
     EXPECT_FALSE(m_state.DownloadIdle);
 }
 
-TEST_F(Download, TextForceAndPlainOnlyServersFetchThePlainFile) {
-    ServeStatus(u"url0=http://a.example/w.txt\ngzurl0=http://b.example/w.gz"_s);
-    m_http.Answers[u"http://a.example/w.txt"_s] = WhazzupFile(2);
-    m_textForce = true;
-    EXPECT_EQ(Run(), DownloadOutcome::Interpreted);
-    EXPECT_EQ(m_http.Requests.last(), u"http://a.example/w.txt");
-    EXPECT_EQ(m_state.Networks[1].Servers.GzServerCount, 0);
-}
-
 TEST_F(Download, EveryFailureHasItsTextAndKeepsThePreviousTables) {
     ServeStatus(u"gzurl0=http://b.example/w.gz"_s);
     m_http.Answers[u"http://b.example/w.gz"_s] = Gzip(WhazzupFile(3, u"KEPT"_s));
@@ -268,20 +259,6 @@ TEST_F(Download, AnUnreadableFeedKeepsThePreviousTables) {
         EXPECT_EQ(m_tables[1].Pilots[1].Callsign, u"DLH123");
     }
     EXPECT_EQ(m_http.Requests.count(kStatus), 1);
-}
-
-TEST(NetworkData, LimitsCanBeRaisedForUsersWhoWantEveryClient) {
-    NetworkData data;
-    EXPECT_EQ(data.MaxPilots(), kMaxPilots);
-    data.SetLimits(3000, 1500);
-    EXPECT_EQ(data.MaxPilots(), 3000);
-    EXPECT_EQ(data.MaxControllers(), 1500);
-    QStringList lines = {u"CONNECTED CLIENTS = 3000"_s, u""_s, u""_s, u""_s};
-    for (int i = 0; i < 2500; ++i)
-        lines.append(testing::PilotLine(1, {{0, u"P%1"_s.arg(i)}}));
-    ReferenceData reference;
-    InterpretWhazzup(1, lines.join(u"\n"), reference, data, QDateTime());
-    EXPECT_EQ(data.PilotCount, 2500);
 }
 
 } // namespace

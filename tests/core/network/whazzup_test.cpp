@@ -287,6 +287,12 @@ TEST_F(Whazzup, FullTablesDropFurtherLinesAndOldSlotsStayStale) {
     EXPECT_EQ(m_data.Pilots[1].Callsign, u"NEW");
     EXPECT_EQ(m_data.Pilots[2].Callsign, u"P2"); // stale, above the counter
     EXPECT_EQ(m_data.DroppedPilots, 0);
+
+    // Raised limits, for users who want every client.
+    m_data.SetLimits(kMaxPilots + 5, kMaxControllers);
+    Interpret(1, File(lines));
+    EXPECT_EQ(m_data.PilotCount, kMaxPilots + 5);
+    EXPECT_EQ(m_data.DroppedPilots, 0);
 }
 
 TEST_F(Whazzup, HeaderLinesLoseTrailingBlanksAndCarriageReturns) {
