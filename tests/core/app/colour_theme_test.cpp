@@ -1,7 +1,5 @@
 #include "app/colour_theme.h"
 
-#include <set>
-
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -30,15 +28,6 @@ void ExpectColour(const ColourTable& table, int slot, int red, int green, int bl
 ColourTable LoadFrom(const QTemporaryDir& home, const QByteArray& theme) {
     EXPECT_TRUE(WriteFileMakingFolder(home.filePath(u"colours/test.dc"_s), theme).Ok);
     return LoadColourTheme(home.path(), u"test.dc"_s);
-}
-
-TEST(ThemeKeys, FillEverySlotExactlyOnce) {
-    std::set<int> slots;
-    for (const ThemeKey& key : ThemeKeys())
-        slots.insert(key.Slot);
-    EXPECT_EQ(slots.size(), size_t(ColourTable::kSlots));
-    EXPECT_EQ(*slots.begin(), 0);
-    EXPECT_EQ(*slots.rbegin(), ColourTable::kSlots - 1);
 }
 
 TEST(ParseColour, ReadsRedGreenBlueAsInAWebPage) {

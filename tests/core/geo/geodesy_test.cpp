@@ -7,18 +7,6 @@
 namespace sky::geo {
 namespace {
 
-TEST(Globe, PutsLatitudeZeroLongitudeZeroOnPlusZAndTheNorthPoleOnPlusY) {
-    EXPECT_FLOAT_EQ(GlobeZ(0.0f, 0.0f), 1.0f);
-    EXPECT_FLOAT_EQ(GlobeX(0.0f, 0.0f), 0.0f);
-    EXPECT_NEAR(GlobeY(90.0f, 123.0f), 1.0f, 1e-6f);
-    EXPECT_NEAR(GlobeX(0.0f, 90.0f), 1.0f, 1e-6f);
-    EXPECT_NEAR(GlobeZ(0.0f, 90.0f), 0.0f, 2e-6f);
-    // With pi as 3.14159, 90 degrees stops just short of a right angle.
-    EXPECT_GT(GlobeZ(0.0f, 90.0f), 0.0f);
-    const float x = GlobeX(50.0f, 8.5f), y = GlobeY(50.0f, 8.5f), z = GlobeZ(50.0f, 8.5f);
-    EXPECT_NEAR(x * x + y * y + z * z, 1.0f, 1e-6f);
-}
-
 TEST(ArcCos, KeepsItsConstantsAndItsOutOfRangeAnswers) {
     EXPECT_EQ(ArcCos(-1.5f), 3.14159f);
     EXPECT_EQ(ArcCos(-1.0f), 3.14159f);
