@@ -6,18 +6,6 @@ namespace {
 
 using namespace sky::gui;
 
-TEST_F(Gui, ASnapshotShowsTheGlobeAndTheCoastlinesAndWritesNoSettings) {
-    const QImage image = Snapshot({u"--demo"_s});
-    ASSERT_FALSE(image.isNull());
-    EXPECT_EQ(image.size(), QSize(800, 600));
-    // The globe's colours between its equator and poles fill much of the window; the coastlines draw.
-    EXPECT_GT(CountNear(image, qRgb(0x10, 0x10, 0x2A), 8), 20000);
-    EXPECT_GT(CountNear(image, qRgb(0x40, 0x5E, 0x85), 16), 500);
-    // No traffic before a download: nothing in the plane colours.
-    EXPECT_LT(CountNear(image, qRgb(0xFF, 0xFF, 0x2A), 20), 50);
-    EXPECT_FALSE(QFile::exists(m_home.filePath(u"skln.ini"_s)));
-}
-
 TEST_F(Gui, KeysChangeTheMapAndClosingSavesTheView) {
     QProcess program;
     const QString window = Start(program, {u"--demo"_s});

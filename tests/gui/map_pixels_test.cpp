@@ -141,6 +141,9 @@ TEST_F(Gui, AtTwiceTheScaleTheMapFillsTheWindowAndTextKeepsItsSize) {
     ASSERT_FALSE(normal.isNull());
     ASSERT_FALSE(scaled.isNull());
     ASSERT_EQ(scaled.size(), normal.size() * 2);
+    // No traffic before a download: nothing in the aircraft's colours; a snapshot writes no settings.
+    EXPECT_LT(CountNear(normal, kPlaneBorder, 20), 50);
+    EXPECT_FALSE(QFile::exists(m_home.filePath(u"skln.ini"_s)));
     // The globe reaches into the upper right quarter, as it does at the normal scale.
     const QRgb globe = qRgb(0x10, 0x10, 0x2A);
     const auto upperRight = [](const QImage& i) {

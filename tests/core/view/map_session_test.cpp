@@ -132,12 +132,6 @@ TEST_F(Session, AFailedDownloadKeepsTheOldTrafficAndSaysWhy) {
     StartAndDownload(1);
     EXPECT_EQ(m_host.Messages.size(), 1); // the demo status file's broadcast
 
-    // Within the reload interval nothing is fetched at all.
-    const qsizetype fetches = m_server.Requests.size();
-    m_session->Downloader().BtnDownload(1);
-    EXPECT_EQ(m_server.Requests.size(), fetches);
-    EXPECT_TRUE(m_session->Downloads().Networks[1].DownloadReady);
-
     m_server.Answers.clear();
     m_now = m_now.addSecs(3600);
     m_session->Downloader().BtnDownload(1);
