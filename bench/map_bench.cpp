@@ -14,7 +14,7 @@
 #include "common/file_io.h"
 #include "gl_backend.h"
 #include "network/http_client.h"
-#include "view/camera.h"
+#include "render/draw_scene.h"
 #include "view/map_session.h"
 
 using namespace Qt::StringLiterals;
@@ -80,14 +80,14 @@ GlTarget& Target(int width = 800, int height = 600) {
 }
 
 std::unique_ptr<sky::view::MapSession> NewSession(sky::render::GlApi& gl, NoHost& host, DemoFiles& files) {
-    auto session = std::make_unique<sky::view::MapSession>(sky::Folders::OneFolder(kBuild), sky::Settings{},
-                                                           sky::Friends{}, gl, host, files);
+    sky::network::FeedAddresses demo;
     for (int n = 0; n < 2; ++n)
-        session->Downloads().Networks[n].StatusFileAddress =
-            QUrl::fromLocalFile(
-                kBuild + (n == 0 ? u"/data/demo/ivao/status.txt"_s : u"/data/demo/vatsim/status.txt"_s))
-                .toString();
-    session->Scene().Resize(800, 600);
+        demo.Status[size_t(n)] = QUrl::fromLocalFile(kBuild + (n == 0 ? u"/data/demo/ivao/status.txt"_s
+                                                                      : u"/data/demo/vatsim/status.txt"_s))
+                                     .toString();
+    auto session = std::make_unique<sky::view::MapSession>(sky::Folders::OneFolder(kBuild), sky::Settings{},
+                                                           sky::Friends{}, gl, host, files, nullptr, demo);
+    session->Resize(800, 600);
     return session;
 }
 
@@ -103,12 +103,16 @@ std::unique_ptr<sky::view::MapSession> DemoSession(sky::render::GlApi& gl, NoHos
 // has downloaded the VATSIM demo unless told not to.
 struct DemoMap {
     explicit DemoMap(bool download = true) {
-        gl.InitialiseText(1.0);
+        gl.Initialise(1.0);
         gl.SetDrawableSize(g_target->fbo->width(), g_target->fbo->height());
         session = download ? DemoSession(gl, host, files) : NewSession(gl, host, files);
     }
-    sky::view::FrameInputs Frame(int width = 800, int height = 600) {
-        return {session->Config(), session->Display(), session->Colours(), width, height};
+    ~DemoMap() { gl.Release(); }
+    // Settings changed as the Preferences change them.
+    template <typename Change> void Configure(Change change) {
+        sky::Settings settings = session->Config();
+        change(settings);
+        session->ApplyPreferences(settings);
     }
     sky::ui::GlBackend gl;
     NoHost host;
@@ -131,7 +135,7 @@ void BM_StartUpToReady(benchmark::State& state) {
     DemoMap map(false);
     // From the context to "Ready": the glyph fonts, the frame, the reference data and the geography.
     for (auto _ : state) {
-        map.gl.InitialiseText(1.0);
+        map.gl.SetDevicePixelRatio(1.0);
         auto session = NewSession(map.gl, map.host, map.files);
         benchmark::DoNotOptimize(session->StartUp());
         glFinish();
@@ -145,7 +149,7 @@ void BM_BuildTrafficSceneVatsimDemo(benchmark::State& state) {
     auto& gl = map.gl;
     auto& session = map.session;
     for (auto _ : state) {
-        session->Display().SceneBuilt[1] = false;
+        session->Scene().MarkStale(1);
         session->Scene().BuildTrafficScene(1);
         glFinish();
     }
@@ -161,13 +165,15 @@ void BM_DrawSceneVatsimDemo(benchmark::State& state) {
     DemoMap map;
     auto& gl = map.gl;
     auto& session = map.session;
-    session->Config().ShowInbounds = true;
-    session->Config().DeclutterLabels = state.range(2) != 0;
-    session->Scene().Resize(width, height);
+    map.Configure([&](sky::Settings& s) {
+        s.ShowInbounds = true;
+        s.DeclutterLabels = state.range(2) != 0;
+    });
+    session->Resize(width, height);
     session->Scene().RebuildScene(1);
-    const sky::view::FrameInputs inputs = map.Frame(width, height);
+    const sky::render::FrameInputs inputs = session->Frame();
     for (auto _ : state) {
-        sky::view::DrawScene(gl, inputs, session->View());
+        sky::render::DrawScene(gl, inputs);
         glFinish();
     }
 }
@@ -185,11 +191,13 @@ void BM_DrawSceneGeographyOnly(benchmark::State& state) {
     DemoMap map;
     auto& gl = map.gl;
     auto& session = map.session;
-    session->Config().ShowPlanes = session->Config().ShowATC = session->Config().ShowAirports = false;
-    session->Config().DisableSmooth = state.range(0) == 0;
-    const sky::view::FrameInputs inputs = map.Frame();
+    map.Configure([&](sky::Settings& s) {
+        s.ShowPlanes = s.ShowATC = s.ShowAirports = false;
+        s.DisableSmooth = state.range(0) == 0;
+    });
+    const sky::render::FrameInputs inputs = session->Frame();
     for (auto _ : state) {
-        sky::view::DrawScene(gl, inputs, session->View());
+        sky::render::DrawScene(gl, inputs);
         glFinish();
     }
 }
@@ -203,7 +211,9 @@ void BM_RecordLabelsAfterZoomStep(benchmark::State& state) {
     auto& session = map.session;
     bool in = true;
     for (auto _ : state) {
-        session->View().ViewZ *= in ? 1.2f : 1.0f / 1.2f;
+        sky::geo::ViewState view = session->View();
+        view.ViewZ *= in ? 1.2f : 1.0f / 1.2f;
+        session->Scene().SetView(view);
         in = !in;
         session->Scene().ViewSettled();
         glFinish();

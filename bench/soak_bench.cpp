@@ -78,15 +78,15 @@ void BM_ThousandDownloads(benchmark::State& state) {
         Host host;
         sky::render::NullGl gl;
         QDateTime now(QDate(2026, 11, 21), QTime(0, 0), Qt::UTC);
+        sky::network::FeedAddresses feeds;
+        for (int n = 0; n < 2; ++n) {
+            feeds.Status[size_t(n)] = u"http://feeds.example/%1/status.txt"_s.arg(n);
+            http.Answers[feeds.Status[size_t(n)]] = "url0=whazzup.txt\n\n\n\n\n";
+        }
         sky::view::MapSession session(sky::Folders::OneFolder(home.path()), sky::Settings{}, sky::Friends{},
-                                      gl, host, http);
+                                      gl, host, http, nullptr, feeds);
         session.Downloader().Now = [&now] { return now; };
         session.Downloader().Random = [](int) { return 0; };
-        for (int n = 0; n < 2; ++n) {
-            session.Downloads().Networks[n].StatusFileAddress =
-                u"http://feeds.example/%1/status.txt"_s.arg(n);
-            http.Answers[session.Downloads().Networks[n].StatusFileAddress] = "url0=whazzup.txt\n\n\n\n\n";
-        }
         session.StartUp();
         std::vector<double> milliseconds;
         double afterFifty = 0;

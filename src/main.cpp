@@ -98,8 +98,7 @@ int main(int argc, char* argv[]) {
     launch.Input = parser.value(keysOption);
     launch.PrintPanel = parser.isSet(printPanelOption);
     launch.HistoryFile = parser.value(historyOption);
-    const QString& download = launch.DownloadNetworks;
-    if (parser.isSet(downloadOption) && download != u"ivao" && download != u"vatsim" && download != u"both") {
+    if (parser.isSet(downloadOption) && !sky::network::NetworkNamed(launch.DownloadNetworks)) {
         PrintLine(stderr, u"--download takes ivao, vatsim or both."_s);
         return 2;
     }

@@ -106,14 +106,29 @@ PixelRect Narrowed(const PixelRect& asked, const PixelRect& drawable) {
 GlBackend::GlBackend() : m_fullDetail(qEnvironmentVariableIntValue("SKYLANTRA_FULL_DETAIL") != 0) {}
 GlBackend::~GlBackend() = default;
 
-void GlBackend::InitialiseText(double devicePixelRatio) {
+void GlBackend::Initialise(double devicePixelRatio) {
+    m_functions = std::make_unique<QOpenGLFunctions>();
+    m_functions->initializeOpenGLFunctions();
+    m_textReady = m_text.Initialise(*m_functions);
+    SetDevicePixelRatio(devicePixelRatio);
+}
+
+void GlBackend::SetDevicePixelRatio(double devicePixelRatio) {
     m_ratio = devicePixelRatio > 0.0 ? devicePixelRatio : 1.0;
-    if (!m_functions) {
-        m_functions = std::make_unique<QOpenGLFunctions>();
-        m_functions->initializeOpenGLFunctions();
-        m_textReady = m_text.Initialise(*m_functions);
-    }
     m_text.SetAtlas(BuildGlyphFonts(m_ratio, m_text.Atlas().Texture));
+}
+
+void GlBackend::Release() {
+    if (!m_functions)
+        return;
+    for (auto& [list, lines] : m_detailed)
+        lines->Release(*m_functions);
+    m_detailed.clear();
+    m_lines.reset();
+    m_text.Release();
+    m_textReady = false;
+    m_recording = false;
+    m_functions.reset();
 }
 
 int GlBackend::GlyphAdvance(bool bold, unsigned char code) const {

@@ -22,9 +22,14 @@ public:
     GlBackend();
     ~GlBackend() override;
 
-    // With the context current: the glyph lists and atlas for this device pixel ratio, and the text
-    // program. Called again when the window moves to a screen of another ratio.
-    void InitialiseText(double devicePixelRatio);
+    // With a new context current: its function table, the text program, and the glyph lists and atlas
+    // for this device pixel ratio. What was made in an earlier context must have been released.
+    void Initialise(double devicePixelRatio);
+    // With the context current, before it goes: frees every GL object made in it (vertex buffers, the
+    // glyph texture, the text program). Lists go with the context.
+    void Release();
+    // The window moved to a screen of another ratio: the glyphs again, at its size.
+    void SetDevicePixelRatio(double devicePixelRatio);
     double DevicePixelRatio() const { return m_ratio; }
 
     // The size of the frame buffer drawn into, in device pixels; 0 when unknown. A viewport reaching

@@ -12,16 +12,17 @@ using namespace Qt::StringLiterals;
 
 namespace sky::ui {
 
-NetworkAddresses ChooseAddresses(const LaunchOptions& launch, const Settings& settings, const Folders& folders) {
-    NetworkAddresses a;
+network::FeedAddresses ChooseAddresses(const LaunchOptions& launch, const Settings& settings,
+                                       const Folders& folders) {
+    network::FeedAddresses a;
     for (int n = 0; n < 2; ++n) {
         const QString& status = n == 0 ? settings.IVAOStatusURL : settings.VATSIMStatusURL;
         const QString& json = n == 0 ? settings.IVAOJsonURL : settings.VATSIMJsonURL;
         const QString demoFolder = folders.Holding(n == 0 ? u"data/demo/ivao"_s : u"data/demo/vatsim"_s);
-        a.Status[size_t(n)] =
-            network::ChooseStatusFileAddress(n, launch.StatusOptions[size_t(n)], launch.Demo, status, demoFolder);
-        a.Json[size_t(n)] = network::ChooseJsonAddress(n, !launch.StatusOptions[size_t(n)].trimmed().isEmpty(),
-                                                       launch.Demo, json);
+        a.Status[size_t(n)] = network::ChooseStatusFileAddress(n, launch.StatusOptions[size_t(n)],
+                                                               launch.Demo, status, demoFolder);
+        a.Json[size_t(n)] = network::ChooseJsonAddress(
+            n, !launch.StatusOptions[size_t(n)].trimmed().isEmpty(), launch.Demo, json);
     }
     return a;
 }
@@ -34,8 +35,8 @@ void UseDemoWeather(const LaunchOptions& launch, const Folders& folders, Setting
 }
 
 Folders PrepareFolders(const LaunchOptions& launch, const std::function<void(const QString&)>& report) {
-    Folders folders =
-        FindFolders(launch.HomeOption, qEnvironmentVariable("SKYLANTRA_HOME"), QCoreApplication::applicationDirPath());
+    Folders folders = FindFolders(launch.HomeOption, qEnvironmentVariable("SKYLANTRA_HOME"),
+                                  QCoreApplication::applicationDirPath());
     if (!QDir().mkpath(QDir(folders.Home).filePath(u"data"_s))) {
         report(u"Skylantra cannot make its home folder "_s + QDir::toNativeSeparators(folders.Home) +
                u". Settings, friends and downloads of this run will not be kept."_s);
@@ -46,8 +47,10 @@ Folders PrepareFolders(const LaunchOptions& launch, const std::function<void(con
     return folders;
 }
 
-void PrintLine(std::FILE* stream, const QString& text) {
-    const QByteArray bytes = text.toUtf8() + '\n';
+void PrintText(std::FILE* stream, const QString& text) {
+    QString unixText = text;
+    unixText.replace(u"\r\n"_s, u"\n"_s);
+    const QByteArray bytes = unixText.toUtf8();
     std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stream);
     std::fflush(stream);
 }

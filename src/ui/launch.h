@@ -9,6 +9,7 @@
 #include "app/home_folder.h"
 #include "app/settings.h"
 #include "geo/geodesy.h"
+#include "network/download.h"
 
 namespace sky::ui {
 
@@ -28,12 +29,8 @@ struct LaunchOptions {
 // Where each network's data come from, as the map and the terminal both read them: the status file
 // (command line, demo, settings, else the default) and a JSON feed read directly (settings, else the
 // network's default, none when a status file was chosen on the command line or the demo is shown).
-struct NetworkAddresses {
-    std::array<QString, 2> Status;
-    std::array<QString, 2> Json;
-};
-NetworkAddresses ChooseAddresses(const LaunchOptions& launch, const Settings& settings,
-                                 const Folders& folders);
+network::FeedAddresses ChooseAddresses(const LaunchOptions& launch, const Settings& settings,
+                                       const Folders& folders);
 
 // With --demo the weather commands answer from the bundled demo reports, never from the internet.
 void UseDemoWeather(const LaunchOptions& launch, const Folders& folders, Settings& settings);
@@ -43,7 +40,11 @@ void UseDemoWeather(const LaunchOptions& launch, const Folders& folders, Setting
 // still runs.
 Folders PrepareFolders(const LaunchOptions& launch, const std::function<void(const QString&)>& report);
 
-// Writes one line of text to a stream of the terminal, as UTF-8.
-void PrintLine(std::FILE* stream, const QString& text);
+// Writes text to a stream of the terminal as UTF-8, with the terminal's line ends, at once.
+void PrintText(std::FILE* stream, const QString& text);
+// The same for one line.
+inline void PrintLine(std::FILE* stream, const QString& text) {
+    PrintText(stream, text + u'\n');
+}
 
 } // namespace sky::ui

@@ -2,8 +2,6 @@
 
 #include "desktop_notifications.h"
 
-#include <cstdio>
-
 #include <GL/gl.h>
 
 #include <QApplication>
@@ -21,9 +19,11 @@
 #include "app/colour_theme.h"
 #include "app/window_geometry.h"
 #include "common/numbers.h"
+#include "launch.h"
 #include "preferences_dialog.h"
+#include "render/draw_scene.h"
+#include "render/frame.h"
 #include "sql_history_store.h"
-#include "view/camera.h"
 
 using namespace Qt::StringLiterals;
 
@@ -51,11 +51,6 @@ std::int32_t Twips(int pixels, double twipsPerPixel) {
     return ToInt32(pixels * twipsPerPixel);
 }
 
-void PrintError(const QString& text) {
-    const QByteArray bytes = text.toUtf8() + '\n';
-    std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stderr);
-}
-
 } // namespace
 
 MapWindow::MapWindow(MapOptions options)
@@ -72,13 +67,9 @@ MapWindow::MapWindow(MapOptions options)
         m_history = std::make_unique<store::SqlHistoryStore>(m_options.Files.HomeFile(u"history.db"_s),
                                                              m_options.Config.HistoryHours, false);
     m_session = std::make_unique<view::MapSession>(m_options.Files, m_options.Config, m_options.FriendList,
-                                                   m_gl, *this, m_http, m_history.get());
-    for (int n = 0; n < network::kNetworkCount; ++n) {
-        m_session->Downloads().Networks[n].StatusFileAddress = m_options.StatusAddresses[n];
-        m_session->Downloads().Networks[n].JsonAddress = m_options.JsonAddresses[n];
-    }
+                                                   m_gl, *this, m_http, m_history.get(), m_options.Addresses);
     if (m_options.View)
-        m_session->View() = *m_options.View;
+        m_session->Scene().SetView(*m_options.View);
     m_autoDownloadTimer.setInterval(1000);
     m_downloadTimer.setInterval(1000);
     connect(&m_autoDownloadTimer, &QTimer::timeout, this, [this] {
@@ -143,7 +134,9 @@ void MapWindow::OpenPreferences() {
     dialog.exec();
 }
 
-MapWindow::~MapWindow() = default;
+MapWindow::~MapWindow() {
+    ReleaseGl();
+}
 
 void MapWindow::PlaceFromSettings() {
     const Settings& s = m_session->Config();
@@ -164,17 +157,54 @@ void MapWindow::PlaceFromSettings() {
     setGeometry(placed.Left, placed.Top, placed.Width, placed.Height);
 }
 
+// Called for every context the window gets: the first at start, and a new one when Qt makes the
+// context anew (the window moved into another top-level window, say). GL objects belong to it.
 void MapWindow::initializeGL() {
-    m_gl.InitialiseText(devicePixelRatioF());
-    const ColourTable& c = m_session->Colours();
-    glClearColor(c.Red[kSlotScreenBackground], c.Green[kSlotScreenBackground], c.Blue[kSlotScreenBackground],
-                 0.0f);
+    if (context())
+        connect(context(), &QOpenGLContext::aboutToBeDestroyed, this, &MapWindow::ReleaseGl,
+                Qt::UniqueConnection);
+    m_gl.Initialise(devicePixelRatioF());
     glEnable(GL_BLEND);
     glHint(GL_POINT_SMOOTH_HINT, GL_NICEST);
     glMatrixMode(GL_MODELVIEW);
     glLineStipple(1, 0x0F0F);
+    render::SetBackground(m_gl, m_session->Colours());
     if (!m_started)
         QTimer::singleShot(0, this, [this] { StartUp(); });
+    else
+        m_session->RecordAllLists();
+}
+
+void MapWindow::ReleaseGl() {
+    if (!context())
+        return;
+    makeCurrent();
+    m_gl.Release();
+    doneCurrent();
+    // The next context connects again; the window's own end must not be told twice.
+    disconnect(context(), &QOpenGLContext::aboutToBeDestroyed, this, &MapWindow::ReleaseGl);
+}
+
+void MapWindow::RemakeGlContext() {
+    const QRect placed = geometry();
+    const Qt::WindowFlags flags = windowFlags();
+    {
+        QWidget holder;
+        setParent(&holder);
+        setParent(nullptr, flags);
+    }
+    setGeometry(placed);
+    show();
+    QCoreApplication::processEvents(); // the new context is made and the lists recorded in it
+    makeCurrent();
+}
+
+void MapWindow::Quit(int status) {
+    m_shutDown = true;
+    m_autoDownloadTimer.stop();
+    m_downloadTimer.stop();
+    m_history.reset(); // its writer finishes what it was given
+    QCoreApplication::exit(status);
 }
 
 void MapWindow::StartUp() {
@@ -183,21 +213,16 @@ void MapWindow::StartUp() {
     m_started = true;
     if (!context() || !context()->isValid()) {
         QMessageBox::critical(nullptr, u"Error"_s, u"Could not enable OpenGL"_s);
-        std::exit(1);
+        Quit(1);
+        return;
     }
     makeCurrent();
-    m_session->Scene().Resize(width(), height());
+    m_session->Resize(width(), height());
     const QString missing = m_session->StartUp();
     if (!missing.isEmpty())
         Report(u"Cannot read "_s + QDir::toNativeSeparators(missing) + u": the map is drawn without it."_s);
     m_downloadTimer.start();
-    const QString which = m_options.DownloadNetworks;
-    if (which == u"ivao")
-        m_session->Downloader().BtnDownload(0);
-    else if (which == u"vatsim")
-        m_session->Downloader().BtnDownload(1);
-    else if (which == u"both")
-        m_session->Downloader().BtnDownload(2);
+    m_session->DownloadOnStart(m_options.DownloadNetworks);
     ApplyInput(m_options.Input);
     if (!m_options.SnapshotPath.isEmpty())
         SaveSnapshotAndExit();
@@ -210,17 +235,16 @@ void MapWindow::SaveSnapshotAndExit() {
         QStringList text{table.Title, table.Headers.join(u'|')};
         for (const QStringList& row : table.Rows)
             text.append(row.join(u'|'));
-        std::fputs((text.join(u'\n') + u'\n').toUtf8().constData(), stdout);
-        std::fflush(stdout);
+        PrintLine(stdout, text.join(u'\n'));
     }
     const QImage image = grabFramebuffer();
     if (!image.save(m_options.SnapshotPath, "PNG")) { // whatever the file is called
-        PrintError(u"Skylantra: cannot write the snapshot "_s + m_options.SnapshotPath);
-        std::exit(1);
+        PrintLine(stderr, u"Skylantra: cannot write the snapshot "_s + m_options.SnapshotPath);
+        Quit(1);
+        return;
     }
     // A snapshot leaves the settings as they were.
-    m_shutDown = true;
-    QCoreApplication::exit(0);
+    Quit(0);
 }
 
 void MapWindow::resizeGL(int w, int h) {
@@ -229,8 +253,8 @@ void MapWindow::resizeGL(int w, int h) {
     // On a screen of another scale the glyphs are made again at its size, and what prints text with them.
     const bool rescaled = devicePixelRatioF() != m_gl.DevicePixelRatio();
     if (rescaled)
-        m_gl.InitialiseText(devicePixelRatioF());
-    m_session->Scene().Resize(w, h);
+        m_gl.SetDevicePixelRatio(devicePixelRatioF());
+    m_session->Resize(w, h);
     if (rescaled)
         m_session->Scene().TextChanged();
 }
@@ -238,16 +262,14 @@ void MapWindow::resizeGL(int w, int h) {
 void MapWindow::paintGL() {
     m_gl.SetDrawableSize(int(std::lround(width() * devicePixelRatioF())),
                          int(std::lround(height() * devicePixelRatioF())));
-    const view::FrameInputs inputs{m_session->Config(), m_session->Display(), m_session->Colours(), width(),
-                                   height()};
-    view::DrawScene(m_gl, inputs, m_session->View());
+    render::DrawScene(m_gl, m_session->Frame());
 }
 
 void MapWindow::Report(const QString& text) {
     if (m_options.Report)
         m_options.Report(text);
     else
-        PrintError(u"Skylantra: "_s + text);
+        PrintLine(stderr, u"Skylantra: "_s + text);
 }
 
 void MapWindow::Redraw() {
@@ -278,7 +300,7 @@ void MapWindow::OpenUrl(const QString& address) {
 
 void MapWindow::ShowNetworkMessage(const QString& text) {
     if (!m_options.SnapshotPath.isEmpty()) {
-        PrintError(u"Important Network Message: "_s + text);
+        PrintLine(stderr, u"Important Network Message: "_s + text);
         return;
     }
     QMessageBox box(QMessageBox::Information, u"Important Network Message"_s, text, QMessageBox::Ok, this);
@@ -302,9 +324,12 @@ void MapWindow::ToggleMaximised() {
     const QRect now = geometry();
     const TwipsRect current{Twips(now.x(), tpp), Twips(now.y(), tpp), Twips(now.width(), tpp),
                             Twips(now.height(), tpp)};
-    m_session->Display().PanelMode = 0;
+    m_session->PanelController().CloseAll();
+    // Maximising keeps the window's place in the settings, to restore it.
+    Settings settings = m_session->Config();
     const TwipsRect next =
-        sky::ToggleMaximised(m_maximised, current, info, m_options.TwipsPerPixel, m_session->Config());
+        sky::ToggleMaximised(m_maximised, current, info, m_options.TwipsPerPixel, settings);
+    m_session->ApplyPreferences(settings);
     setGeometry(Pixels(next.Left, tpp), Pixels(next.Top, tpp), Pixels(next.Width, tpp),
                 Pixels(next.Height, tpp));
 }
@@ -330,7 +355,7 @@ void MapWindow::ShutDown() {
     for (const WriteResult& result : SaveSettings(m_options.Files.Home, config, m_session->FriendList(),
                                                   placement, m_options.TwipsPerPixel)) {
         if (!result.Ok) {
-            PrintError(u"Skylantra: "_s + result.Message);
+            PrintLine(stderr, u"Skylantra: "_s + result.Message);
             failures.append(result.Message);
         }
     }

@@ -28,11 +28,10 @@ struct MapOptions {
     Settings Config;
     Friends FriendList;
     float TwipsPerPixel = 15.0f;
-    std::array<QString, 2> StatusAddresses;
-    std::array<QString, 2> JsonAddresses; // feeds read directly; empty: through the status file
-    QString DownloadNetworks;             // "", "ivao", "vatsim" or "both": downloaded once "Ready" shows
-    QString SnapshotPath;                 // render one frame after start-up and downloads, save it, exit
-    std::optional<geo::ViewState> View;   // instead of stored view 1
+    network::FeedAddresses Addresses;
+    QString DownloadNetworks;           // "", "ivao", "vatsim" or "both": downloaded once "Ready" shows
+    QString SnapshotPath;               // render one frame after start-up and downloads, save it, exit
+    std::optional<geo::ViewState> View; // instead of stored view 1
     QString Input; // keys and clicks to apply once ready, e.g. "L;Right;click 400 300;shift+1"
     std::function<void(const QString&)> Report; // a problem the program runs on with
     bool PrintPanel = false; // with the snapshot, the open list or board as text on standard output
@@ -76,6 +75,13 @@ protected:
 private:
     void StartUp();
     void ShutDown();
+    // The GL context is about to go: what was made in it is freed while it is current.
+    void ReleaseGl();
+    // Puts the window into another top-level window and back: Qt drops the GL context and makes a new
+    // one, as when a window changes its native window.
+    void RemakeGlContext();
+    // Ends the program with status; the history's writer has finished before.
+    void Quit(int status);
     void ToggleMaximised();
     void RunKey(int keyCode, int modifiers);
     void SaveSnapshotAndExit();

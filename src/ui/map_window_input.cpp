@@ -75,6 +75,11 @@ void MapWindow::ApplyInput(const QString& sequence) {
             wheelEvent(&wheel);
             continue;
         }
+        // "newcontext": the map goes into another window and back, and Qt makes its GL context anew.
+        if (words[0] == u"newcontext") {
+            RemakeGlContext();
+            continue;
+        }
         // A key by its name as Qt knows it, with "shift+", "ctrl+" or "alt+" before it.
         const QKeySequence key = QKeySequence::fromString(words[0]);
         if (key.isEmpty())
@@ -294,8 +299,9 @@ void MapWindow::contextMenuEvent(QContextMenuEvent* event) {
     automatic->setCheckable(true);
     automatic->setChecked(s.AutoDownload);
     connect(automatic, &QAction::toggled, this, [this](bool on) {
-        m_session->Config().AutoDownload = on;
-        EnableAutoDownload(on);
+        Settings changed = m_session->Config();
+        changed.AutoDownload = on;
+        m_session->ApplyPreferences(changed);
     });
     menu.addSeparator();
     QMenu* layers = menu.addMenu(u"Layers"_s);

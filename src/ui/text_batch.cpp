@@ -48,6 +48,17 @@ void main() {
 TextBatch::TextBatch() = default;
 TextBatch::~TextBatch() = default;
 
+void TextBatch::Release() {
+    m_program.reset();
+    if (m_atlas.Texture != 0) {
+        const GLuint texture = m_atlas.Texture;
+        glDeleteTextures(1, &texture);
+    }
+    m_atlas = GlyphAtlas();
+    m_quads.clear();
+    m_functions = nullptr;
+}
+
 bool TextBatch::Initialise(QOpenGLFunctions& functions) {
     m_functions = &functions;
     auto program = std::make_unique<QOpenGLShaderProgram>();

@@ -35,6 +35,8 @@ public:
 
     // Compiles the program; false when the context cannot run it (the glyph lists' bitmaps draw then).
     bool Initialise(QOpenGLFunctions& functions);
+    // Frees the program and the atlas's texture with the context they were made in (current).
+    void Release();
     bool Ready() const { return m_program != nullptr; }
     void SetAtlas(const GlyphAtlas& atlas) { m_atlas = atlas; }
     const GlyphAtlas& Atlas() const { return m_atlas; }

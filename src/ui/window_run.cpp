@@ -80,9 +80,7 @@ int RunWindow(const LaunchOptions& launch) {
     CheckSettingsFiles(folders, options.Config, report);
     UseDemoWeather(launch, folders, options.Config);
     options.TwipsPerPixel = twipsPerPixel;
-    const NetworkAddresses addresses = ChooseAddresses(launch, options.Config, folders);
-    options.StatusAddresses = addresses.Status;
-    options.JsonAddresses = addresses.Json;
+    options.Addresses = ChooseAddresses(launch, options.Config, folders);
     options.DownloadNetworks = launch.DownloadNetworks;
     options.SnapshotPath = launch.SnapshotPath;
     options.Input = launch.Input;

@@ -78,23 +78,29 @@ TEST_F(Gui, FewerSegmentsWhenZoomedOutDrawTheSameCoasts) {
     }
 }
 
-TEST_F(Gui, AnAircraftsLabelSitsBesideItsSymbolInTwoLines) {
-    const QImage image =
-        Snapshot(LocalFeed({CruisingPilot(u"DLH1234"_s, 50, 10)}) + QStringList{u"--view"_s, u"10,50,4"_s});
-    ASSERT_FALSE(image.isNull());
-    const QRect around(300, 240, 240, 120);
-    const QRect symbol = BoundsOf(image, kPlaneBorder, 24, around);
-    const QRect label = BoundsOf(image, kPlaneLabel, 24, around);
-    ASSERT_FALSE(symbol.isNull());
-    ASSERT_FALSE(label.isNull());
-    EXPECT_FALSE(symbol.intersects(label)) << "label over its symbol";
-    EXPECT_GT(label.left(), symbol.right());
-    EXPECT_LT(label.left() - symbol.right(), 12);
-    // The callsign, then level and speed on a line of their own below it.
-    const auto lines = RowRuns(image, kPlaneLabel, label);
-    ASSERT_EQ(lines.size(), 2u);
-    EXPECT_LE(lines[0].second - lines[0].first, 11);
-    EXPECT_GE(lines[1].first - lines[0].second, 2);
+// The same picture in the window's first GL context and in a new one Qt made after it (every list
+// recorded again in it).
+TEST_F(Gui, AnAircraftsLabelSitsBesideItsSymbolInTwoLinesInEveryGlContext) {
+    for (const QString& keys : {QString(), u"newcontext"_s}) {
+        SCOPED_TRACE(keys.toStdString());
+        const QImage image = Snapshot(LocalFeed({CruisingPilot(u"DLH1234"_s, 50, 10)}) +
+                                      QStringList{u"--view"_s, u"10,50,4"_s, u"--keys"_s, keys});
+        ASSERT_FALSE(image.isNull());
+        EXPECT_LT(CountNear(image, kBackground, 4), image.width() * image.height() / 10) << "no globe";
+        const QRect around(300, 240, 240, 120);
+        const QRect symbol = BoundsOf(image, kPlaneBorder, 24, around);
+        const QRect label = BoundsOf(image, kPlaneLabel, 24, around);
+        ASSERT_FALSE(symbol.isNull());
+        ASSERT_FALSE(label.isNull());
+        EXPECT_FALSE(symbol.intersects(label)) << "label over its symbol";
+        EXPECT_GT(label.left(), symbol.right());
+        EXPECT_LT(label.left() - symbol.right(), 12);
+        // The callsign, then level and speed on a line of their own below it.
+        const auto lines = RowRuns(image, kPlaneLabel, label);
+        ASSERT_EQ(lines.size(), 2u);
+        EXPECT_LE(lines[0].second - lines[0].first, 11);
+        EXPECT_GE(lines[1].first - lines[0].second, 2);
+    }
 }
 
 TEST_F(Gui, NothingOfTheMapCoversTheStripsTheCountPanelOrAnOpenPanel) {

@@ -41,14 +41,14 @@ struct Settings {
     QString VATSIMJsonURL;
     // How many hours of what it saw the program keeps in its history (0: none). Read, never written.
     std::int16_t HistoryHours = 24;
-    // The most pilots and controllers kept per network (defaults 1400 and 700). Read, never written.
+    // The most pilots and controllers kept per network (defaults 1400 and 700); the Preferences write them.
     std::int16_t MaxPilots = 1400;
     std::int16_t MaxControllers = 700;
     // Member profile pages where a status file names none: "{id}" stands for the member number, else
     // "?ID=" and it follow. Empty: the network's own page. Read, never written.
     QString IVAOProfileURL;
     QString VATSIMProfileURL;
-    // The weather server: the address before "/data/..." of its station files. Read, never written.
+    // The weather server: the address before "/data/..." of its station files; the Preferences write it.
     QString WeatherServer = QStringLiteral("https://tgftp.nws.noaa.gov");
     // [Zoom]: the three stored views, index 0 to 2 for views 1 to 3.
     std::array<float, 3> X = {13.34f, -97.72f, -27.68f};

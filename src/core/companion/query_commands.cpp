@@ -24,7 +24,7 @@ double Worth(const QString& text) {
 }
 
 QString Hhmm(const NetworkData& data) {
-    return data.UpdateStamp.mid(8, 4);
+    return network::StampTime(data.UpdateStamp);
 }
 
 QString Name(int network) {

@@ -51,9 +51,11 @@ void Weather(CommandContext& c, const QString& command, const QString& code) {
         c.AddText(u"Unrecognized ICAO code"_s + kCrLf);
         return;
     }
-    c.Downloads.DownloadIdle = false;
-    const network::FetchResult fetched = c.Http.Fetch(StationFileAddress(c.WeatherServer, command, code));
-    c.Downloads.DownloadIdle = true;
+    network::FetchResult fetched;
+    {
+        const network::BusyGuard busy(c.Downloads);
+        fetched = c.Http.Fetch(StationFileAddress(c.WeatherServer, command, code));
+    }
     const QString reply = fetched.Ok ? DecodeText(fetched.Body).Text : QString();
     const QString report = ReportFromStationFile(reply, code);
     if (report.isEmpty()) {

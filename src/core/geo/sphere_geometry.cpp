@@ -1,12 +1,13 @@
 #include "geo/sphere_geometry.h"
 
+#include <numbers>
 #include <algorithm>
 #include <cmath>
 
 namespace sky::geo {
 namespace {
 
-constexpr double kRadToDeg = 180.0 / 3.141592653589793;
+constexpr double kRadToDeg = 180.0 / std::numbers::pi;
 // Fill triangles are no larger than this across.
 constexpr double kFillStepDeg = 3.0;
 
@@ -92,7 +93,8 @@ double Angle(const Vec3& a, const Vec3& b) {
 // Splits a triangle on its longest edge, at the middle of that edge's arc, until no edge is longer than
 // maxStepRad, so that it follows the globe. A shared edge is split at the same points from both sides,
 // since how often an edge is halved depends on its length alone.
-void Subdivide(const Vec3& a, const Vec3& b, const Vec3& c, double maxStepRad, int depth, std::vector<Vec3>& out) {
+void Subdivide(const Vec3& a, const Vec3& b, const Vec3& c, double maxStepRad, int depth,
+               std::vector<Vec3>& out) {
     const double ab = Angle(a, b), bc = Angle(b, c), ca = Angle(c, a);
     const double longest = std::max({ab, bc, ca});
     if (longest <= maxStepRad || depth > 24) {

@@ -134,4 +134,17 @@ struct ClientRef {
     bool operator==(const ClientRef&) const = default;
 };
 
+// Who a client is and where it shows, whichever table it is in.
+struct ClientSummary {
+    QString Callsign;
+    QString VID;
+    QString RealName;
+    float Latitude = 0.0f; // where it is drawn: a station at its display position
+    float Longitude = 0.0f;
+};
+ClientSummary Summarise(const ClientTables& tables, const ClientRef& client);
+
+// The time of day of a data stamp (yyyymmddhhmmss) as the status texts show it: "1423".
+QString StampTime(const QString& updateStamp);
+
 } // namespace sky::network

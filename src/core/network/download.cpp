@@ -18,18 +18,6 @@ using namespace Qt::StringLiterals;
 namespace sky::network {
 namespace {
 
-// Clears DownloadIdle for the length of a fetch, and sets it back on every way out.
-class BusyGuard {
-public:
-    explicit BusyGuard(bool& idle) : m_idle(idle) { m_idle = false; }
-    ~BusyGuard() { m_idle = true; }
-    BusyGuard(const BusyGuard&) = delete;
-    BusyGuard& operator=(const BusyGuard&) = delete;
-
-private:
-    bool& m_idle;
-};
-
 int PickIndex(const DownloadContext& context, int count) {
     const int index =
         context.Random ? context.Random(count) : int(QRandomGenerator::global()->bounded(count));
@@ -50,6 +38,23 @@ QString DefaultStatusFileAddress(int network) {
 
 QString DefaultJsonAddress(int network) {
     return network == 0 ? u"https://api.ivao.aero/v2/tracker/whazzup"_s : QString();
+}
+
+FeedAddresses DefaultStatusFiles() {
+    FeedAddresses addresses;
+    for (int n = 0; n < kNetworkCount; ++n)
+        addresses.Status[size_t(n)] = DefaultStatusFileAddress(n);
+    return addresses;
+}
+
+std::optional<int> NetworkNamed(const QString& name) {
+    if (name == u"ivao")
+        return 0;
+    if (name == u"vatsim")
+        return 1;
+    if (name == u"both")
+        return 2;
+    return std::nullopt;
 }
 
 QString ChooseJsonAddress(int network, bool statusFromCommandLine, bool demo, const QString& setting) {
@@ -165,7 +170,8 @@ DownloadOutcome Attempt(DownloadContext& context, int network, const QString& ad
     if (data.ConnectedClients > 0 && feed.UpdateStamp.size() == 14 && feed.UpdateStamp <= data.UpdateStamp) {
         data.LastDownload = now;
         return Fail(context,
-                    NetworkName(network) + u" data of "_s + data.UpdateStamp.mid(8, 4) + u"Z is the newest"_s,
+                    NetworkName(network) + u" data of "_s + StampTime(data.UpdateStamp) +
+                        u"Z is the newest"_s,
                     DownloadOutcome::Unchanged);
     }
     return Interpret(context, network, feed.Text, now);
@@ -188,7 +194,7 @@ DownloadOutcome DownloadNetwork(DownloadContext& context, int network) {
         return DownloadOutcome::TooEarly;
     }
 
-    const BusyGuard busy(context.State.DownloadIdle);
+    const BusyGuard busy(context.State);
     context.View.ClearTraffic(network);
     const auto noServer = [&] {
         return state.JsonAddress.isEmpty() && state.Servers.ServerCount + state.Servers.GzServerCount == 0 &&

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <functional>
+#include <optional>
 
 #include <QDateTime>
 #include <QString>
@@ -36,9 +37,33 @@ struct DownloadState {
     bool DownloadIdle = false;
 };
 
+// Clears DownloadIdle for the length of a fetch (a download, a weather report), and sets it back on
+// every way out. Every fetch of the program runs under one.
+class BusyGuard {
+public:
+    explicit BusyGuard(DownloadState& state) : m_idle(state.DownloadIdle) { m_idle = false; }
+    ~BusyGuard() { m_idle = true; }
+    BusyGuard(const BusyGuard&) = delete;
+    BusyGuard& operator=(const BusyGuard&) = delete;
+
+private:
+    bool& m_idle;
+};
+
 // The default status file addresses of the two networks, and the JSON feed read directly (IVAO's).
 QString DefaultStatusFileAddress(int network);
 QString DefaultJsonAddress(int network);
+
+// Where each network's data come from: its status file, and a JSON feed read directly (empty: none).
+struct FeedAddresses {
+    std::array<QString, kNetworkCount> Status;
+    std::array<QString, kNetworkCount> Json;
+};
+// The networks' default status files and no feed read directly.
+FeedAddresses DefaultStatusFiles();
+
+// The network a name on the command line stands for: "ivao" 0, "vatsim" 1, "both" 2; none otherwise.
+std::optional<int> NetworkNamed(const QString& name);
 
 // The JSON feed a network reads directly: the address of the settings file, else the default, but
 // none when the status file was chosen on the command line or the demo feeds are used.

@@ -1,5 +1,6 @@
 #include "network/json_feeds.h"
 
+#include <numbers>
 #include <cmath>
 
 #include <QDateTime>
@@ -20,7 +21,7 @@ namespace {
 // number, the short and the long name), which the text files never had.
 constexpr int kVatsimFields = 45;
 constexpr int kIvaoFields = 46;
-constexpr double kRadians = 3.141592653589793 / 180.0;
+constexpr double kRadians = std::numbers::pi / 180.0;
 
 // A field's text that cannot shift the fields after it: no separator, no line break.
 QString Clean(QString text) {
@@ -154,7 +155,8 @@ QHash<QString, geo::LatLon> ParseVatsimTransceivers(const QByteArray& json) {
         int count = 0;
         for (const QJsonValue& transceiver : object.value(u"transceivers"_s).toArray()) {
             const QJsonObject t = transceiver.toObject();
-            const double lat = Number(t.value(u"latDeg"_s)) * kRadians, lon = Number(t.value(u"lonDeg"_s)) * kRadians;
+            const double lat = Number(t.value(u"latDeg"_s)) * kRadians,
+                         lon = Number(t.value(u"lonDeg"_s)) * kRadians;
             x += std::cos(lat) * std::cos(lon);
             y += std::cos(lat) * std::sin(lon);
             z += std::sin(lat);
@@ -307,7 +309,8 @@ TranslatedFeed TranslateIvaoV2(const QByteArray& json) {
         const int departure = Whole(plan.value(u"departureTime"_s), -1, 1 << 30);
         if (plan.contains(u"departureTime"_s) && departure >= 0) {
             const int minutes = departure / 60 % (24 * 60);
-            line.Set(22, u"%1%2"_s.arg(minutes / 60, 2, 10, QChar(u'0')).arg(minutes % 60, 2, 10, QChar(u'0')));
+            line.Set(22,
+                     u"%1%2"_s.arg(minutes / 60, 2, 10, QChar(u'0')).arg(minutes % 60, 2, 10, QChar(u'0')));
         }
         const int eet = Whole(plan.value(u"eet"_s), -1, 1 << 30);
         if (plan.contains(u"eet"_s) && eet >= 0)

@@ -193,4 +193,13 @@ void BuildTitleBox(GlApi& gl, const ColourTable& colours, int width, int height)
     gl.EndList();
 }
 
+void DeleteTitleBox(GlApi& gl) {
+    gl.DeleteList(lists::kTitleBox);
+}
+
+void SetBackground(GlApi& gl, const ColourTable& c) {
+    gl.ClearColour(c.Red[kSlotScreenBackground], c.Green[kSlotScreenBackground],
+                   c.Blue[kSlotScreenBackground], 0.0f);
+}
+
 } // namespace sky::render

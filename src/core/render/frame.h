@@ -24,7 +24,10 @@ void BuildFrame(GlApi& gl, const ColourTable& colours, int width, int height, co
 void BuildNetworkMarks(GlApi& gl, const ColourTable& colours, int width, int height,
                        const std::array<bool, 2>& marked);
 
-// Records the title box (list 58) shown while the data load.
+// Records the title box (list 58) shown while the data load; DeleteTitleBox takes it away.
 void BuildTitleBox(GlApi& gl, const ColourTable& colours, int width, int height);
+void DeleteTitleBox(GlApi& gl);
+// The screen is cleared to the theme's background colour.
+void SetBackground(GlApi& gl, const ColourTable& colours);
 
 } // namespace sky::render

@@ -197,4 +197,8 @@ void BuildHoverCard(GlApi& gl, const ColourTable& colours, int width, int height
     gl.EndList();
 }
 
+void DeleteHoverCard(GlApi& gl) {
+    gl.DeleteList(lists::kHoverCard);
+}
+
 } // namespace sky::render

@@ -24,6 +24,7 @@ void BuildInfoBox(GlApi& gl, const ColourTable& colours, const PanelLayout& layo
 // network's colour and a few lines, kept inside the map between the title strip and the status band.
 void BuildHoverCard(GlApi& gl, const ColourTable& colours, int width, int height, int x, int y,
                     const QString& title, const QStringList& lines, int networkSlot);
+void DeleteHoverCard(GlApi& gl);
 
 void BuildTablePanel(GlApi& gl, const ColourTable& colours, const PanelLayout& layout, int width, int height,
                      const TableContent& content);

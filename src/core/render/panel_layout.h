@@ -18,6 +18,20 @@ struct PixelRect {
     }
 };
 
+// Which overlay panels the frame draws over the map: the list or the airport board (list 41), a
+// client's info box (list 40), both (the box over the table), or none. Starting is "none" while the
+// title box shows, when the keys that move the map rest as well.
+enum class PanelMode : unsigned char { Starting, None, InfoBox, Table, TableAndInfoBox };
+inline bool ShowsTable(PanelMode m) {
+    return m == PanelMode::Table || m == PanelMode::TableAndInfoBox;
+}
+inline bool ShowsInfoBox(PanelMode m) {
+    return m == PanelMode::InfoBox || m == PanelMode::TableAndInfoBox;
+}
+inline bool AnyPanelOpen(PanelMode m) {
+    return ShowsTable(m) || ShowsInfoBox(m);
+}
+
 // Where everything of the panels is, for a client area of width by height pixels.
 struct PanelLayout {
     PixelRect InfoBox;

@@ -24,6 +24,9 @@ inline void RasterAt(GlApi& gl, float lat, float lon) {
 
 // The point at distanceNm and bearingDeg from a centre, on the sphere of the distances.
 geo::LatLon PointAt(float lat, float lon, double distanceNm, double bearingDeg);
+// The vertices of a circle of radiusNm round a point, the first repeated at the end: every circle of
+// the map (sectors, stations, the selection's ring) is drawn with it.
+void CircleRim(GlApi& gl, float lat, float lon, double radiusNm, int segments = 36);
 
 // Records list anew with what content draws.
 template <typename Content> void Record(GlApi& gl, int list, Content content) {

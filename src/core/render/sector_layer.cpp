@@ -15,19 +15,11 @@ namespace {
 // Edges of outlines follow their great circle in steps of at most this many degrees.
 constexpr double kOutlineStepDeg = 1.0;
 
-constexpr int kCircleSegments = 36;
 // Radii of the areas drawn for stations without an outline of their own.
 constexpr double kApproachRadiusNm = 30.0;
 constexpr double kTowerRadiusNm = 12.0;
 constexpr double kGroundRadiusNm = 3.0;
 constexpr double kMinimumCentreRadiusNm = 50.0;
-
-void CircleRim(GlApi& gl, float lat, float lon, double radiusNm) {
-    for (int i = 0; i <= kCircleSegments; ++i) {
-        const geo::LatLon p = PointAt(lat, lon, radiusNm, 360.0 * i / kCircleSegments);
-        EmitAt(gl, p.Lat, p.Lon);
-    }
-}
 
 // A disc shaded from its centre colour to its rim colour.
 void ShadedDisc(GlApi& gl, const ColourTable& c, float lat, float lon, double radiusNm, int centreSlot,
@@ -63,7 +55,8 @@ std::vector<const SectorShapes::Shape*> ShapesOf(const ControllerRecord& s, cons
     return shapes;
 }
 
-template <typename Visit> void EachStation(const network::NetworkData& data, const TrafficInputs& in, Visit visit) {
+template <typename Visit>
+void EachStation(const network::NetworkData& data, const TrafficInputs& in, Visit visit) {
     for (int slot = 1; slot <= data.ControllerCount; ++slot) {
         const ControllerRecord& s = data.Controllers[size_t(slot)];
         if (PassesFriendFilter(in, s.VID))
@@ -123,12 +116,14 @@ void SectorFills(GlApi& gl, const network::NetworkData& data, const TrafficInput
         EachStation(data, in, [&](const ControllerRecord& s) {
             if (s.FacilityType == disc.Facility)
                 ShadedDisc(gl, c, s.DisplayLatitude, s.DisplayLongitude, disc.RadiusNm,
-                           comparison ? style.SectorFill : disc.Centre, comparison ? style.SectorFill : disc.Rim);
+                           comparison ? style.SectorFill : disc.Centre,
+                           comparison ? style.SectorFill : disc.Rim);
         });
     }
 }
 
-void SectorOutlines(GlApi& gl, const network::NetworkData& data, const TrafficInputs& in, const Style& style) {
+void SectorOutlines(GlApi& gl, const network::NetworkData& data, const TrafficInputs& in,
+                    const Style& style) {
     const ColourTable& c = in.Colours;
     const bool comparison = style.SectorBorder != kSlotCTRBorder;
     SectorShapes uncached;
@@ -179,7 +174,8 @@ void SectorOutlines(GlApi& gl, const network::NetworkData& data, const TrafficIn
     });
 }
 
-void ControllerMarkers(GlApi& gl, const network::NetworkData& data, const TrafficInputs& in, const Style& style) {
+void ControllerMarkers(GlApi& gl, const network::NetworkData& data, const TrafficInputs& in,
+                       const Style& style) {
     SetColour(gl, in.Colours, style.AtcLabel, 1.0f);
     gl.Begin(Primitive::Points);
     EachStation(data, in, [&](const ControllerRecord& s) {

@@ -27,6 +27,13 @@ geo::LatLon drawing::PointAt(float lat, float lon, double distanceNm, double bea
     return {float(p2 / geo::DegToRad), float(l2 / geo::DegToRad)};
 }
 
+void drawing::CircleRim(GlApi& gl, float lat, float lon, double radiusNm, int segments) {
+    for (int i = 0; i <= segments; ++i) {
+        const geo::LatLon p = PointAt(lat, lon, radiusNm, 360.0 * i / segments);
+        EmitAt(gl, p.Lat, p.Lon);
+    }
+}
+
 namespace {
 
 using Kind = TrafficLabel::Kind;
@@ -70,8 +77,9 @@ std::array<QString, 5> CountCells(const NetworkData& d, int network) {
     // "1400+ pilots": the tables were full and dropped some (MaxPilots raises the limit).
     const QString more = d.DroppedPilots > 0 ? u"+"_s : QString();
     const QString moreAtc = d.DroppedControllers > 0 ? u"+"_s : QString();
-    return {network::NetworkName(network), u"%1%2 pilots"_s.arg(d.PilotCount).arg(more), u"%1%2 ATC"_s.arg(atc).arg(moreAtc),
-            u"%1 obs"_s.arg(d.ObserverCount), u"%1 total"_s.arg(std::max<int>(0, d.ConnectedClients))};
+    return {network::NetworkName(network), u"%1%2 pilots"_s.arg(d.PilotCount).arg(more),
+            u"%1%2 ATC"_s.arg(atc).arg(moreAtc), u"%1 obs"_s.arg(d.ObserverCount),
+            u"%1 total"_s.arg(std::max<int>(0, d.ConnectedClients))};
 }
 
 constexpr int kCountGapPx = 10;
@@ -130,13 +138,19 @@ void BuildLabelLists(GlApi& gl, int network, const TrafficInputs& in) {
     RecordLabels(gl, base + lists::kAtcLabels, Kind::Station, labels, in);
 }
 
+void DeleteTrafficLists(GlApi& gl, int network) {
+    for (int offset = 0; offset < lists::kTrafficListCount; ++offset)
+        gl.DeleteList(lists::TrafficBase(network) + offset);
+    gl.DeleteList(lists::kClientCount);
+}
+
 QString ComparisonStatusText(const network::ClientTables& tables) {
     for (int n = 0; n < network::kNetworkCount; ++n) {
         if (tables[n].ConnectedClients <= 0)
             return u"Missing "_s + network::NetworkName(n) + u" data. No comparison possible."_s;
     }
-    return u"Merged data of "_s + tables[0].UpdateStamp.mid(8, 4) + u"Z/"_s + tables[1].UpdateStamp.mid(8, 4) +
-           u"Z displayed"_s;
+    return u"Merged data of "_s + network::StampTime(tables[0].UpdateStamp) + u"Z/"_s +
+           network::StampTime(tables[1].UpdateStamp) + u"Z displayed"_s;
 }
 
 PixelRect ClientCountPanelBox(const GlApi& gl, const network::ClientTables& tables, int width) {
@@ -161,7 +175,8 @@ void BuildClientCountPanel(GlApi& gl, const network::ClientTables& tables, const
               colours.Blue[kSlotWindowBackground], 1.0f);
     gl.Begin(Primitive::Quads);
     const float left = OverlayX(box.X, width), right = OverlayX(box.X + box.Width, width);
-    const float top = OverlayY(height - box.Y, height), bottom = OverlayY(height - box.Y - box.Height, height);
+    const float top = OverlayY(height - box.Y, height),
+                bottom = OverlayY(height - box.Y - box.Height, height);
     gl.Vertex(left, bottom, 0.0f);
     gl.Vertex(right, bottom, 0.0f);
     gl.Vertex(right, top, 0.0f);

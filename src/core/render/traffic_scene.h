@@ -69,6 +69,8 @@ void BuildPlaneLists(GlApi& gl, int network, const TrafficInputs& in);
 // decluttered together when the inputs carry a label view.
 void BuildLabelLists(GlApi& gl, int network, const TrafficInputs& in);
 
+// Deletes the nine traffic lists of network (0, 1 or 2) and the client-count panel, before new data.
+void DeleteTrafficLists(GlApi& gl, int network);
 // Records lists 30 to 38: both networks' traffic in their own colours.
 void BuildComparisonLists(GlApi& gl, const TrafficInputs& in);
 

@@ -5,15 +5,16 @@
 #include "view/download_timers.h"
 #include "view/map_host.h"
 #include "view/map_state.h"
+#include "view/panel_control.h"
 #include "view/scene_control.h"
 
 using namespace Qt::StringLiterals;
 
 namespace sky::view {
 
-DownloadControl::DownloadControl(MapState& state, SceneControl& scene, MapHost& host,
+DownloadControl::DownloadControl(MapState& state, SceneControl& scene, PanelControl& panels, MapHost& host,
                                  network::HttpClient& http)
-    : m_state(state), m_scene(scene), m_host(host), m_http(http) {}
+    : m_state(state), m_scene(scene), m_panels(panels), m_host(host), m_http(http) {}
 
 network::DownloadContext DownloadControl::Context() {
     return network::DownloadContext{m_state.Downloads,
@@ -30,9 +31,8 @@ network::DownloadContext DownloadControl::Context() {
 void DownloadControl::BtnDownload(int network) {
     if (!m_state.Downloads.DownloadIdle)
         return;
-    DisplayState& display = m_state.Display;
-    display.ShownNetwork = network;
-    display.PanelMode = 0;
+    m_scene.ShowNetwork(network);
+    m_panels.CloseAll();
     const std::vector<int> networks = network == 2 ? std::vector<int>{0, 1} : std::vector<int>{network};
     bool attempted = false;
     QString failure;
@@ -46,12 +46,12 @@ void DownloadControl::BtnDownload(int network) {
         if (outcome == DownloadOutcome::Interpreted)
             interpreted.push_back(n);
         if (outcome == DownloadOutcome::Interpreted || outcome == DownloadOutcome::NoClients)
-            display.SceneBuilt[n] = false;
+            m_scene.MarkStale(n);
         else if (outcome != DownloadOutcome::TooEarly && outcome != DownloadOutcome::Busy)
-            failure = display.StatusText;
+            failure = m_state.Display.StatusText;
     }
     if (network == 2) {
-        display.SceneBuilt[2] = false;
+        m_scene.MarkStale(2);
         m_scene.BuildComparisonScene();
     } else {
         m_scene.BuildTrafficScene(network);
@@ -110,7 +110,6 @@ void DownloadControl::ClearTraffic(int network) {
 }
 
 void DownloadControl::Interpreted(int network, const QString& text) {
-    m_state.Display.Replaying = false; // a download shows the newest data
     if (OnInterpreted)
         OnInterpreted(network, text);
 }

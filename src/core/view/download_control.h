@@ -16,6 +16,7 @@ namespace sky::view {
 struct MapState;
 class MapHost;
 class SceneControl;
+class PanelControl;
 struct TimerContext;
 
 // The download button and the two one-second timers of the map: which network is shown, the
@@ -23,7 +24,8 @@ struct TimerContext;
 // download. Shows the download's progress through the scene's status line.
 class DownloadControl final : public network::DownloadView {
 public:
-    DownloadControl(MapState& state, SceneControl& scene, MapHost& host, network::HttpClient& http);
+    DownloadControl(MapState& state, SceneControl& scene, PanelControl& panels, MapHost& host,
+                    network::HttpClient& http);
 
     // The download button: shows network (2: both, compared), downloads, rebuilds and redraws.
     void BtnDownload(int network);
@@ -43,7 +45,7 @@ public:
     void MarksChanged() override;
     void Interpreted(int network, const QString& text) override;
 
-    // Told of every snapshot the downloads interpret.
+    // Told of every snapshot the downloads interpret (a replay ends with it).
     std::function<void(int network, const QString& text)> OnInterpreted;
     // Told when a downloaded network's new data shows, after the download's own status text.
     std::function<void(int network)> OnShown;
@@ -54,6 +56,7 @@ private:
 
     MapState& m_state;
     SceneControl& m_scene;
+    PanelControl& m_panels;
     MapHost& m_host;
     network::HttpClient& m_http;
     std::int16_t m_autoCountdown = 0;

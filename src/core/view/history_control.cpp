@@ -101,7 +101,8 @@ bool HistoryControl::Show(int index) {
     m_state.Display.Replaying = !live;
     m_scene.RebuildScene(m_network);
     if (!live)
-        m_scene.SetStatus(network::NetworkName(m_network) + u" data of "_s + data.UpdateStamp.mid(8, 4) +
+        m_scene.SetStatus(network::NetworkName(m_network) + u" data of "_s +
+                          network::StampTime(data.UpdateStamp) +
                           u"Z (replay %1/%2)"_s.arg(index + 1).arg(snapshots.size()));
     m_scene.Redraw();
     return true;

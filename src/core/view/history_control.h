@@ -8,6 +8,7 @@
 
 #include "geo/geodesy.h"
 #include "network/client_records.h"
+#include "render/highlight.h"
 
 namespace sky {
 class Navaids;
@@ -21,13 +22,7 @@ namespace sky::view {
 struct MapState;
 class SceneControl;
 
-// What the map shows of a selected flight beyond where it is: where it has been (pieces of its track,
-// cut where it was offline) and where it is going (its filed route from where it is now).
-struct FlightPaths {
-    std::vector<std::vector<geo::LatLon>> Flown;
-    std::vector<geo::LatLon> Ahead;
-    int RoutePoints = 0; // places the filed route named that were found
-};
+using render::FlightPaths;
 
 // The map's memory: every interpreted snapshot goes to the history store; a selected flight's track
 // and filed route; the tracks of every shown aircraft (T); and the replay of stored snapshots (back,

@@ -11,8 +11,7 @@ namespace sky::view {
 namespace {
 
 void SetStatus(KeyContext& c, const QString& text) {
-    c.Display.StatusText = text;
-    c.Commands.StatusChanged();
+    c.Commands.SetStatus(text);
 }
 
 void StoreOrRestoreView(KeyContext& c, int index, bool store) {
@@ -23,9 +22,7 @@ void StoreOrRestoreView(KeyContext& c, int index, bool store) {
         c.Config.Z[index] = c.View.ViewZ;
         SetStatus(c, u"Current view stored as View "_s + number);
     } else {
-        c.View.ViewX = c.Config.X[index];
-        c.View.ViewY = c.Config.Y[index];
-        c.View.ViewZ = c.Config.Z[index];
+        c.Commands.SetView({c.Config.X[index], c.Config.Y[index], c.Config.Z[index]});
         SetStatus(c, u"View "_s + number + u" restored"_s);
     }
 }
@@ -110,9 +107,10 @@ int FriendsOnline(const network::NetworkData& data, const Friends& friends) {
 }
 
 void KeyDown(KeyContext& c, int key, int modifiers) {
-    if (c.Display.PanelMode != 0 || modifiers == keys::kShift)
+    // While a panel is open, or the title box shows, the camera rests.
+    if (c.Panels != render::PanelMode::None || modifiers == keys::kShift)
         return;
-    geo::ViewState& v = c.View;
+    geo::ViewState v = c.View;
     const float step = 5.0f / v.ViewZ;
     switch (key) {
     case keys::kLeft:
@@ -136,6 +134,7 @@ void KeyDown(KeyContext& c, int key, int modifiers) {
     default:
         return;
     }
+    c.Commands.SetView(v);
     c.Commands.Redraw();
 }
 
@@ -144,12 +143,12 @@ void KeyUp(KeyContext& c, int key, int modifiers) {
         c.Commands.ShowCompanion();
         return;
     }
-    if (key == keys::kEscape && c.Display.PanelMode > 0) {
-        c.Display.PanelMode = 0;
+    if (key == keys::kEscape && render::AnyPanelOpen(c.Panels)) {
+        c.Commands.ClosePanels();
         c.Commands.Redraw();
         return;
     }
-    if (c.Display.PanelMode != 0)
+    if (c.Panels != render::PanelMode::None)
         return;
 
     Settings& s = c.Config;
@@ -231,10 +230,8 @@ void CentreOnMyself(KeyContext& c) {
     const QString& me = c.Config.MemberId(network);
     const network::NetworkData& data = c.Tables[network];
     const auto centre = [&](float lat, float lon, const QString& callsign) {
-        c.View.ViewY = -lat;
-        c.View.ViewX = lon;
-        c.View.ViewZ = 16.0f;
-        c.Display.PanelMode = 0;
+        c.Commands.SetView({lon, -lat, 16.0f});
+        c.Commands.ClosePanels();
         SetStatus(c, u"Centered on myself ("_s + callsign + u')');
         c.Commands.Redraw();
     };

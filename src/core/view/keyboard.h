@@ -4,6 +4,7 @@
 
 #include "geo/geodesy.h"
 #include "network/client_records.h"
+#include "render/panel_layout.h"
 
 namespace sky {
 struct Settings;
@@ -25,8 +26,12 @@ public:
     // Marks the scene of network stale and builds it again.
     virtual void RebuildScene(int network) = 0;
     virtual void DeleteHighlight() = 0;
-    // The status text changed: the status line is recorded again.
-    virtual void StatusChanged() = 0;
+    // Sets the status text; the status line is recorded again.
+    virtual void SetStatus(const QString& text) = 0;
+    // Moves the camera (the next frame clamps it).
+    virtual void SetView(const geo::ViewState& view) = 0;
+    // Closes the open panels (Escape, centring on oneself).
+    virtual void ClosePanels() = 0;
     virtual void Redraw() = 0;
     // The history: the shown network's stored snapshots back (-1) or forward (+1), back to live, and
     // the tracks of every shown aircraft on or off.
@@ -35,11 +40,13 @@ public:
     virtual void ToggleTrails() {}
 };
 
-// The state the keys read and change.
+// The state the keys read and change: the switches and stored views, and the display toggles; the
+// view, the status and the panels they change through the commands.
 struct KeyContext {
     Settings& Config;
     DisplayState& Display;
-    geo::ViewState& View;
+    const geo::ViewState& View;
+    render::PanelMode Panels;
     const Friends& FriendList;
     const network::ClientTables& Tables;
     MapCommands& Commands;

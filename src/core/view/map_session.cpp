@@ -4,8 +4,6 @@
 
 #include "render/frame.h"
 #include "render/geography.h"
-#include "render/gl_api.h"
-#include "render/list_numbers.h"
 #include "common/text_codec.h"
 #include "companion/weather_commands.h"
 #include "network/http_client.h"
@@ -22,9 +20,10 @@ constexpr float kFirZoom = 4.0f;
 } // namespace
 
 MapSession::MapSession(Folders files, Settings settings, Friends friends, render::GlApi& gl, MapHost& host,
-                       network::HttpClient& http, history::HistoryStore* history)
+                       network::HttpClient& http, history::HistoryStore* history,
+                       const network::FeedAddresses& addresses)
     : m_state(std::move(files), std::move(settings), std::move(friends)), m_gl(gl), m_host(host),
-      m_http(http), m_scene(m_state, gl, host), m_download(m_state, m_scene, host, http),
+      m_http(http), m_scene(m_state, gl, host),
       m_panelControl(m_state, m_scene, gl,
                      {[this](int network, const QString& vid) { OpenProfile(network, vid); },
                       [this] { SaveFriends(); }, [this](const QString& icao) { return Metar(icao); },
@@ -40,6 +39,7 @@ MapSession::MapSession(Folders files, Settings settings, Friends friends, render
                               m_host.Report(problem);
                       },
                       [this](const network::ClientRef& c) { GoTo(c); }}),
+      m_download(m_state, m_scene, m_panelControl, host, http),
       m_pointer(m_state, m_scene, m_panelControl, gl),
       m_history(m_state, m_scene, history, m_state.NavaidList),
       m_alerts(m_state, [this](const alerts::OnlineChange& change) { Tell(change); }) {
@@ -57,7 +57,8 @@ MapSession::MapSession(Folders files, Settings settings, Friends friends, render
     const Settings& s = m_state.Config;
     m_state.View = {s.X[0], s.Y[0], s.Z[0]};
     for (int n = 0; n < network::kNetworkCount; ++n) {
-        m_state.Downloads.Networks[n].StatusFileAddress = network::DefaultStatusFileAddress(n);
+        m_state.Downloads.Networks[n].StatusFileAddress = addresses.Status[size_t(n)];
+        m_state.Downloads.Networks[n].JsonAddress = addresses.Json[size_t(n)];
         const QString& profile = n == 0 ? s.IVAOProfileURL : s.VATSIMProfileURL;
         m_state.Downloads.Networks[n].FallbackProfileUrl =
             profile.isEmpty() ? network::DefaultProfileAddress(n) : profile;
@@ -65,9 +66,13 @@ MapSession::MapSession(Folders files, Settings settings, Friends friends, render
     }
 }
 
-QString MapSession::StartUp() {
+QString MapSession::DataFolder() const {
     // The reference data and geography as shipped, unless the home folder holds its own.
-    const QString data = QDir(m_state.Files.Holding(u"data/airports.dat"_s)).filePath(u"data"_s);
+    return QDir(m_state.Files.Holding(u"data/airports.dat"_s)).filePath(u"data"_s);
+}
+
+QString MapSession::StartUp() {
+    const QString data = DataFolder();
     const int w = m_state.WidthPx, h = m_state.HeightPx;
     render::BuildFrame(m_gl, m_state.Colours, w, h, m_state.Display.StatusText);
     render::BuildTitleBox(m_gl, m_state.Colours, w, h);
@@ -85,9 +90,9 @@ QString MapSession::StartUp() {
         m_gl, m_state.Colours, data, m_state.Config.DisableCountries, [this] { m_scene.Redraw(); });
     m_scene.SetStatus(u"Ready"_s);
     m_state.Display.ShowAbout = false;
-    m_gl.DeleteList(render::lists::kTitleBox);
+    render::DeleteTitleBox(m_gl);
     m_scene.Redraw();
-    m_state.Display.PanelMode = 0;
+    m_panelControl.Ready();
     m_state.Downloads.DownloadIdle = true;
     if (const QString problem = m_history.TakeProblem(); !problem.isEmpty())
         m_host.Report(u"Skylantra keeps no history: "_s + problem);
@@ -97,8 +102,29 @@ QString MapSession::StartUp() {
     return geography.MissingFile;
 }
 
+void MapSession::RecordAllLists() {
+    render::LoadGeography(m_gl, m_state.Colours, DataFolder(), m_state.Config.DisableCountries, {});
+    if (m_state.Display.ShowAbout)
+        render::BuildTitleBox(m_gl, m_state.Colours, m_state.WidthPx, m_state.HeightPx);
+    m_scene.ThemeChanged();
+    if (m_state.Display.ShowTrails)
+        m_scene.RecordAllTrails(m_history.AllTracks());
+    m_panelControl.RecordAgain();
+}
+
+void MapSession::DownloadOnStart(const QString& networks) {
+    if (const std::optional<int> network = network::NetworkNamed(networks))
+        m_download.BtnDownload(*network);
+}
+
+void MapSession::Resize(int widthPx, int heightPx) {
+    m_scene.Resize(widthPx, heightPx);
+    if (m_panelControl.Mode() != PanelMode::Starting)
+        m_panelControl.CloseAll();
+}
+
 KeyContext MapSession::Keys() {
-    return KeyContext{m_state.Config,     m_state.Display,     m_state.View,
+    return KeyContext{m_state.Config,     m_state.Display,     m_state.View, m_panelControl.Mode(),
                       m_state.FriendList, m_state.AllTables(), *this};
 }
 
@@ -109,8 +135,7 @@ void MapSession::KeyDown(int keyCode, int modifiers) {
 
 void MapSession::KeyUp(int keyCode, int modifiers) {
     // With the list or the board open, the arrows and page keys turn its pages.
-    const unsigned char mode = m_state.Display.PanelMode;
-    if (mode != 0 && mode != 8 && m_panelControl.Key(keyCode))
+    if (render::AnyPanelOpen(m_panelControl.Mode()) && m_panelControl.Key(keyCode))
         return;
     KeyContext context = Keys();
     view::KeyUp(context, keyCode, modifiers);
@@ -139,7 +164,8 @@ void MapSession::ApplyPreferences(const Settings& changed) {
     if (changed.ColourTheme != before.ColourTheme) {
         m_state.Colours =
             LoadColourTheme(m_state.Files.Holding(u"colours/"_s + changed.ColourTheme), changed.ColourTheme);
-        m_scene.ThemeChanged();
+        m_panelControl.CloseAll();
+        RecordAllLists();
     }
     m_scene.Redraw();
 }
@@ -171,18 +197,17 @@ std::vector<search::SearchResult> MapSession::Search(const QString& text) {
 void MapSession::ChooseSearchResult(const search::SearchResult& result) {
     switch (result.Kind) {
     case search::ResultKind::Client:
-        m_scene.CentreOn(result.Latitude, result.Longitude, result.Code);
-        m_state.Selected = result.Client;
-        m_scene.RecordHighlight();
+        CentreAndClose(result.Latitude, result.Longitude, result.Code);
+        m_scene.Select(result.Client);
         m_panelControl.OpenInfoBox(result.Client);
         break;
     case search::ResultKind::Airport:
         m_scene.MarkAirport(result.Latitude, result.Longitude, result.Code);
-        m_scene.CentreOn(result.Latitude, result.Longitude, result.Code);
+        CentreAndClose(result.Latitude, result.Longitude, result.Code);
         m_panelControl.OpenBoard(result.Code);
         break;
     case search::ResultKind::Fir:
-        m_scene.CentreOn(result.Latitude, result.Longitude, result.Code, kFirZoom);
+        CentreAndClose(result.Latitude, result.Longitude, result.Code, kFirZoom);
         break;
     }
 }
@@ -208,21 +233,13 @@ bool MapSession::GoTo(int network, const QString& callsign) {
 
 void MapSession::GoTo(const network::ClientRef& client) {
     if (m_state.Display.ShownNetwork != client.Network && m_state.Display.ShownNetwork != 2) {
-        m_state.Display.ShownNetwork = client.Network;
+        m_scene.ShowNetwork(client.Network);
         m_scene.RebuildScene(client.Network);
     }
-    const network::NetworkData& data = m_state.AllTables()[client.Network];
-    m_state.Display.PanelMode = 0; // the list closes, so the map shows where it went
-    m_panelControl.Sync();
-    if (client.IsPilot) {
-        const network::PilotRecord& p = data.Pilots[size_t(client.Slot)];
-        m_scene.CentreOn(p.Latitude, p.Longitude, p.Callsign);
-    } else {
-        const network::ControllerRecord& c = data.Controllers[size_t(client.Slot)];
-        m_scene.CentreOn(c.DisplayLatitude, c.DisplayLongitude, c.Callsign);
-    }
-    m_state.Selected = client;
-    m_scene.RecordHighlight();
+    // The list closes, so the map shows where it went.
+    const network::ClientSummary found = network::Summarise(m_state.AllTables(), client);
+    CentreAndClose(found.Latitude, found.Longitude, found.Callsign);
+    m_scene.Select(client);
     m_panelControl.OpenInfoBox(client);
     m_scene.Redraw();
 }
@@ -245,10 +262,11 @@ QStringList MapSession::Watch(const QString& line) {
 QString MapSession::Metar(const QString& icao) {
     if (!m_state.Downloads.DownloadIdle || !m_state.Reference.HasAirport(icao))
         return {};
-    m_state.Downloads.DownloadIdle = false;
-    const network::FetchResult fetched =
-        m_http.Fetch(companion::StationFileAddress(m_state.Config.WeatherServer, u"metar"_s, icao));
-    m_state.Downloads.DownloadIdle = true;
+    network::FetchResult fetched;
+    {
+        const network::BusyGuard busy(m_state.Downloads);
+        fetched = m_http.Fetch(companion::StationFileAddress(m_state.Config.WeatherServer, u"metar"_s, icao));
+    }
     return fetched.Ok ? companion::ReportFromStationFile(DecodeText(fetched.Body).Text, icao) : QString();
 }
 
@@ -277,7 +295,12 @@ void MapSession::ShowCompanion() {
 }
 
 void MapSession::CentreOn(float latitude, float longitude, const QString& name) {
-    m_scene.CentreOn(latitude, longitude, name);
+    CentreAndClose(latitude, longitude, name);
+}
+
+void MapSession::CentreAndClose(float latitude, float longitude, const QString& name, float zoom) {
+    m_panelControl.CloseAll();
+    m_scene.CentreOn(latitude, longitude, name, zoom);
 }
 
 void MapSession::MarkAirport(float latitude, float longitude, const QString& code) {

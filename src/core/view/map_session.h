@@ -26,22 +26,32 @@ namespace sky::view {
 // here; a test builds one with a recording GL, a fake host and a fake HTTP client.
 class MapSession final : private MapCommands, private companion::CompanionHost {
 public:
-    // history may be null: the map then keeps nothing of what it saw.
+    // history may be null: the map then keeps nothing of what it saw. The networks' data come from
+    // addresses (the window and the terminal choose them from the command line and the settings).
     MapSession(Folders files, Settings settings, Friends friends, render::GlApi& gl, MapHost& host,
-               network::HttpClient& http, history::HistoryStore* history = nullptr);
+               network::HttpClient& http, history::HistoryStore* history = nullptr,
+               const network::FeedAddresses& addresses = network::DefaultStatusFiles());
 
     // Start-up from the point where the GL context exists: frame, title box and marks, reference data,
     // geography, then "Ready". Returns the path of a geography file that is missing (the map goes on
     // without it), or empty.
     QString StartUp();
+    // The download the command line asks for once the map is ready: "ivao", "vatsim" or "both"; any
+    // other text downloads nothing.
+    void DownloadOnStart(const QString& networks);
+    // The client area changed size (pixels): what depends on it is recorded again; panels close.
+    void Resize(int widthPx, int heightPx);
+    // A new GL context: every list is recorded again in it (the reference data stay as read).
+    void RecordAllLists();
+    // What the next frame is drawn from (the view clamped once, as each frame does).
+    render::FrameInputs Frame() { return m_scene.Frame(); }
 
     void KeyDown(int keyCode, int modifiers);
     void KeyUp(int keyCode, int modifiers);
     // The Companion: Enter in its input line with this text; true when a command was carried out.
     bool CompanionEnter(const QString& input);
-    // Settings changed in the Preferences take effect at once: a new theme colours the traffic, the
-    // frame and the panels (the globe, grid, coastlines and borders at the next start, as they are drawn
-    // once), the table limits, the automatic download and the labels follow.
+    // Settings changed in the Preferences take effect at once: a new theme colours every list (the
+    // open panels close), the table limits, the automatic download and the labels follow.
     void ApplyPreferences(const Settings& changed);
 
     // The search field: what matches the text in the shown network (both when compared) and among the
@@ -55,7 +65,7 @@ public:
     bool GoTo(int network, const QString& callsign);
     void GoTo(const network::ClientRef& client);
 
-    // The parts.
+    // The parts, whose methods change what they own.
     SceneControl& Scene() { return m_scene; }
     DownloadControl& Downloader() { return m_download; }
     PanelControl& PanelController() { return m_panelControl; }
@@ -64,16 +74,16 @@ public:
     AlertControl& Alerts() { return m_alerts; }
     companion::CompanionConsole& Companion() { return m_companion; }
 
-    // The state, read by the window and the tests.
-    MapState& State() { return m_state; }
+    // The state, read by the window and the tests; changed only through the parts above.
+    const MapState& State() const { return m_state; }
     const QString& Home() const { return m_state.Home; }
-    Settings& Config() { return m_state.Config; }
-    Friends& FriendList() { return m_state.FriendList; }
-    DisplayState& Display() { return m_state.Display; }
-    geo::ViewState& View() { return m_state.View; }
+    const Settings& Config() const { return m_state.Config; }
+    const Friends& FriendList() const { return m_state.FriendList; }
+    const DisplayState& Display() const { return m_state.Display; }
+    const geo::ViewState& View() const { return m_state.View; }
     const ColourTable& Colours() const { return m_state.Colours; }
-    network::ClientTables& Tables() { return m_state.AllTables(); }
-    network::DownloadState& Downloads() { return m_state.Downloads; }
+    const network::ClientTables& Tables() const { return m_state.AllTables(); }
+    const network::DownloadState& Downloads() const { return m_state.Downloads; }
     const ReferenceData& Reference() const { return m_state.Reference; }
     const std::optional<Selection>& Selected() const { return m_state.Selected; }
     const PanelState& Panels() const { return m_state.Panels; }
@@ -86,7 +96,9 @@ private:
     void OpenListPanel() override { m_panelControl.OpenList(); }
     void RebuildScene(int network) override { m_scene.RebuildScene(network); }
     void DeleteHighlight() override { m_scene.DeleteHighlight(); }
-    void StatusChanged() override { m_scene.StatusChanged(); }
+    void SetStatus(const QString& text) override { m_scene.SetStatus(text); }
+    void SetView(const geo::ViewState& view) override { m_scene.SetView(view); }
+    void ClosePanels() override { m_panelControl.CloseAll(); }
     void Redraw() override { m_scene.Redraw(); }
     // CompanionHost: what the Companion's commands ask of the map.
     void CentreOn(float latitude, float longitude, const QString& name) override;
@@ -97,6 +109,9 @@ private:
     void ToggleTrails() override;
 
     KeyContext Keys();
+    QString DataFolder() const; // where the reference data and geography are read from
+    // Closes the panels and turns the map to face the point, so it shows where it went.
+    void CentreAndClose(float latitude, float longitude, const QString& name, float zoom = 16.0f);
     void SaveFriends();
     void Tell(const alerts::OnlineChange& change);
     QString Metar(const QString& icao); // from the weather server, while no other fetch runs; or empty
@@ -106,8 +121,8 @@ private:
     MapHost& m_host;
     network::HttpClient& m_http;
     SceneControl m_scene;
-    DownloadControl m_download;
     PanelControl m_panelControl;
+    DownloadControl m_download;
     PointerControl m_pointer;
     HistoryControl m_history;
     AlertControl m_alerts;

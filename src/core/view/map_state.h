@@ -25,28 +25,42 @@ namespace sky::view {
 using Selection = network::ClientRef;
 
 // Everything the map shows and the user changed, in plain structs. The map session owns one and hands
-// it by reference to the parts that read or change it; each field has the writers named beside it.
+// it by reference to its parts. Each field has one writer, named above it; every other part reads it
+// or asks the writer.
 struct MapState {
     MapState(Folders files, Settings settings, Friends friends)
         : Files(std::move(files)), Home(Files.Home), Config(std::move(settings)),
           FriendList(std::move(friends)), Tables(std::make_unique<network::ClientTables>()) {}
 
-    Folders Files;       // the home folder (written) and the shipped files (read)
-    const QString Home;  // Files.Home
-    Settings Config;     // loaded at start; the keys and menus change the switches and views
-    Friends FriendList;  // the friend buttons
-    ColourTable Colours; // the theme
+    // Fixed for the run: the home folder (written to) and the shipped files (read).
+    Folders Files;
+    const QString Home; // Files.Home
+    // MapSession: its keys (KeyContext) change the switches and stored views, the Preferences the rest.
+    Settings Config;
+    // PanelControl: the info box's friend button.
+    Friends FriendList;
+    // MapSession: the theme at start and from the Preferences.
+    ColourTable Colours;
+    // MapSession::StartUp: the reference data, read once.
     ReferenceData Reference;
     Navaids NavaidList;
     FirOutlines Outlines;
-    render::SectorShapes Shapes;                   // the outlines' drawn shapes, worked out on first use
-    std::unique_ptr<network::ClientTables> Tables; // the interpreter, through the downloads
+    // SceneControl: the outlines' drawn shapes, worked out by the traffic builders on first use.
+    render::SectorShapes Shapes;
+    // The whazzup interpreter, run by DownloadControl (downloads) and HistoryControl (replay).
+    std::unique_ptr<network::ClientTables> Tables;
+    // DownloadControl, through the download pipeline; DownloadIdle only through network::BusyGuard.
     network::DownloadState Downloads;
+    // Each field names its writer (display_state.h).
     DisplayState Display;
+    // SceneControl, the camera: SetView, CentreOn, and the clamp before each frame.
     geo::ViewState View;
-    std::optional<Selection> Selected; // the pointer and the panels
+    // SceneControl::Select and ClearSelection, which keep the highlight with it.
+    std::optional<Selection> Selected;
+    // PanelControl: which panels are open and what they show.
     PanelState Panels;
-    int WidthPx = 800; // the client area, in pixels
+    // SceneControl::Resize: the client area, in pixels.
+    int WidthPx = 800;
     int HeightPx = 600;
 
     network::ClientTables& AllTables() { return *Tables; }

@@ -12,33 +12,36 @@ namespace sky::view {
 PanelControl::PanelControl(MapState& state, SceneControl& scene, render::GlApi& gl, Actions actions)
     : m_state(state), m_scene(scene), m_gl(gl), m_actions(std::move(actions)) {}
 
-void PanelControl::Sync() {
-    const unsigned char mode = m_state.Display.PanelMode;
-    if (mode == 0 || mode == 8) {
-        PanelState& p = m_state.Panels;
-        p.InfoClient.reset();
-        p.ListOpen = false;
-        p.BoardOpen = false;
-    }
+PanelMode PanelControl::Mode() const {
+    return PanelModeOf(m_state.Panels);
+}
+
+void PanelControl::CloseAll() {
+    PanelState& p = m_state.Panels;
+    p.InfoClient.reset();
+    p.ListOpen = false;
+    p.BoardOpen = false;
+}
+
+void PanelControl::Ready() {
+    CloseAll();
+    m_state.Panels.Starting = false;
 }
 
 bool PanelControl::CloseInfoBox() {
-    Sync();
     if (!m_state.Panels.InfoClient)
         return false;
     m_state.Panels.InfoClient.reset();
-    m_state.Display.PanelMode = PanelModeOf(m_state.Panels);
     return true;
 }
 
 void PanelControl::Show() {
+    m_state.Panels.Starting = false;
     Rebuild();
-    m_state.Display.PanelMode = PanelModeOf(m_state.Panels);
     m_scene.Redraw();
 }
 
 void PanelControl::OpenList() {
-    Sync();
     PanelState& p = m_state.Panels;
     p.ListOpen = true;
     p.BoardOpen = false;
@@ -48,13 +51,11 @@ void PanelControl::OpenList() {
 }
 
 void PanelControl::OpenInfoBox(const ClientRef& client) {
-    Sync();
     m_state.Panels.InfoClient = client;
     Show();
 }
 
 void PanelControl::OpenBoard(const QString& airport) {
-    Sync();
     PanelState& p = m_state.Panels;
     p.BoardOpen = true;
     p.ListOpen = false;
@@ -66,7 +67,6 @@ void PanelControl::OpenBoard(const QString& airport) {
 }
 
 void PanelControl::SetFilter(const QString& text) {
-    Sync();
     PanelState& p = m_state.Panels;
     if (p.Filter == text)
         return;
@@ -89,7 +89,6 @@ TableContent PanelControl::Table(int rowsPerPage, int pageIndex) const {
 }
 
 TableContent PanelControl::ShownTable() {
-    Sync();
     const PanelState& p = m_state.Panels;
     if (!p.ListOpen && !p.BoardOpen)
         return {};
@@ -122,12 +121,8 @@ void PanelControl::Rebuild() {
 void PanelControl::ToggleInfoClientFriend() {
     if (!m_state.Panels.InfoClient)
         return;
-    const ClientRef c = *m_state.Panels.InfoClient;
-    const network::NetworkData& data = m_state.AllTables()[c.Network];
-    const QString& name =
-        c.IsPilot ? data.Pilots[size_t(c.Slot)].RealName : data.Controllers[size_t(c.Slot)].RealName;
-    const QString& vid = c.IsPilot ? data.Pilots[size_t(c.Slot)].VID : data.Controllers[size_t(c.Slot)].VID;
-    const FriendToggle toggle = ToggleFriend(m_state.FriendList, name, vid);
+    const network::ClientSummary client = network::Summarise(m_state.AllTables(), *m_state.Panels.InfoClient);
+    const FriendToggle toggle = ToggleFriend(m_state.FriendList, client.RealName, client.VID);
     if (m_actions.FriendsChanged)
         m_actions.FriendsChanged();
     // Only friends shown: the scene changes at once; the toggle's text stays in the status line.
@@ -143,18 +138,14 @@ void PanelControl::ClientClick(const PanelHit& hit) {
     const ClientRef c = *m_state.Panels.InfoClient;
     const network::NetworkData& data = m_state.AllTables()[c.Network];
     switch (hit.Kind) {
-    case PanelHitKind::Centre:
-        if (c.IsPilot) {
-            const auto& p = data.Pilots[size_t(c.Slot)];
-            m_scene.CentreOn(p.Latitude, p.Longitude, p.Callsign);
-        } else {
-            const auto& r = data.Controllers[size_t(c.Slot)];
-            m_scene.CentreOn(r.DisplayLatitude, r.DisplayLongitude, r.Callsign);
-        }
+    case PanelHitKind::Centre: {
+        const network::ClientSummary client = network::Summarise(m_state.AllTables(), c);
+        CloseAll();
+        m_scene.CentreOn(client.Latitude, client.Longitude, client.Callsign);
         break;
+    }
     case PanelHitKind::Profile:
-        m_actions.OpenProfile(c.Network, c.IsPilot ? data.Pilots[size_t(c.Slot)].VID
-                                                   : data.Controllers[size_t(c.Slot)].VID);
+        m_actions.OpenProfile(c.Network, network::Summarise(m_state.AllTables(), c).VID);
         break;
     case PanelHitKind::Friend:
         ToggleInfoClientFriend();
@@ -182,7 +173,6 @@ void PanelControl::ClientClick(const PanelHit& hit) {
 }
 
 bool PanelControl::Click(int x, int y) {
-    Sync();
     const PanelLayout layout = LayoutPanels(m_state.WidthPx, m_state.HeightPx);
     const PanelHit hit = HitTestPanels(layout, m_state.Panels, x, y);
     PanelState& p = m_state.Panels;
@@ -219,8 +209,7 @@ bool PanelControl::Click(int x, int y) {
         const TableContent table = Table(int(layout.Rows.size()), p.PageIndex);
         if (hit.Index < int(table.RowClients.size()) && table.RowClients[size_t(hit.Index)].Slot > 0) {
             const ClientRef row = table.RowClients[size_t(hit.Index)];
-            m_state.Selected = row;
-            m_scene.RecordHighlight();
+            m_scene.Select(row);
             OpenInfoBox(row);
         }
         break;
@@ -239,7 +228,6 @@ bool PanelControl::Click(int x, int y) {
 }
 
 bool PanelControl::Key(int keyCode) {
-    Sync();
     PanelState& p = m_state.Panels;
     if (!p.ListOpen && !p.BoardOpen)
         return false;

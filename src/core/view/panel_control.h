@@ -16,9 +16,8 @@ struct MapState;
 class SceneControl;
 
 // The overlay panels: a client's info box (list 40), the client list and the airport traffic board
-// (list 41). Opens and closes them, turns their pages, and carries out their clicks and keys.
-// PanelMode follows the panels' state; Escape, a resize, a download or centring close them by setting
-// PanelMode to 0, which the controller notices before the next use.
+// (list 41). Opens and closes them, turns their pages, and carries out their clicks and keys. The one
+// writer of the panels' state; Escape, a resize, a download and centring close them through CloseAll.
 class PanelControl {
 public:
     // What the panels ask of the rest of the map.
@@ -44,8 +43,14 @@ public:
     // A click at (x, y) pixels or a released key while a panel is open: true when a panel took it.
     bool Click(int x, int y);
     bool Key(int keyCode);
-    // Clears what PanelMode 0 closed (Escape, a resize, a download, centring).
-    void Sync();
+    // Which panels are open, as the frame draws them.
+    PanelMode Mode() const;
+    // Closes every panel (Escape, a resize, a download, centring); the lists' pages and orders stay.
+    void CloseAll();
+    // Start-up has finished: the title box goes and the panels and camera keys work.
+    void Ready();
+    // The open panels recorded again (new data, a new GL context).
+    void RecordAgain() { Rebuild(); }
     // The page of the open list or board as it shows; empty when neither is open.
     TableContent ShownTable();
     // The info box closes when its client is no longer selected; true when it was open.

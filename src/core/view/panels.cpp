@@ -61,14 +61,13 @@ void AddWrapped(QStringList& lines, const QString& label, const QString& text) {
 
 } // namespace
 
-unsigned char PanelModeOf(const PanelState& p) {
-    const bool panel = p.ListOpen || p.BoardOpen;
-    if (!p.InfoClient)
-        return panel ? (p.BoardOpen ? 5 : 3) : 0;
-    const bool pilot = p.InfoClient->IsPilot;
-    if (!panel)
-        return pilot ? 1 : 2;
-    return pilot ? 4 : 6;
+PanelMode PanelModeOf(const PanelState& p) {
+    if (p.Starting)
+        return PanelMode::Starting;
+    const bool table = p.ListOpen || p.BoardOpen;
+    if (p.InfoClient)
+        return table ? PanelMode::TableAndInfoBox : PanelMode::InfoBox;
+    return table ? PanelMode::Table : PanelMode::None;
 }
 
 PanelHit HitTestPanels(const PanelLayout& l, const PanelState& p, int x, int y) {

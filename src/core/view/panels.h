@@ -29,10 +29,9 @@ struct SortOrder {
 };
 inline constexpr int kBoardSort = 4; // the airport board's order, after the list's four pages
 
-// What the overlay panels show. PanelMode follows from it: 1 a pilot's box, 2 a controller's box,
-// 3 the client list, 5 the airport board, 4 and 6 a list or board with a pilot's or controller's box
-// over it.
+// What the overlay panels show, and which are open.
 struct PanelState {
+    bool Starting = true; // the title box shows: no panel, and the camera keys rest
     std::optional<ClientRef> InfoClient;
     bool ListOpen = false;
     bool BoardOpen = false; // the airport board takes the list panel's place
@@ -43,11 +42,13 @@ struct PanelState {
     QString Filter;                 // the search field's text: only rows that hold it show
     QString BoardWeather;           // the board airport's METAR, when it could be fetched
 };
-unsigned char PanelModeOf(const PanelState& panels);
+// Which panels the frame draws, from what is open: every part asks this, none keeps its own copy.
+render::PanelMode PanelModeOf(const PanelState& panels);
 
 using render::InfoBoxContent;
 using render::LayoutPanels;
 using render::PanelLayout;
+using render::PanelMode;
 using render::PixelRect;
 using render::TableContent;
 

@@ -5,8 +5,6 @@
 
 #include "geo/projection.h"
 #include "render/frame.h"
-#include "render/gl_api.h"
-#include "render/list_numbers.h"
 #include "render/panel_drawing.h"
 #include "render/traffic_scene.h"
 #include "view/map_state.h"
@@ -90,8 +88,7 @@ QString PointerControl::AirportAt(double x, double y) const {
 }
 
 void PointerControl::Click(double x, double y) {
-    const unsigned char mode = m_state.Display.PanelMode;
-    if (mode != 0 && mode != 8 && m_panels.Click(int(x), int(y)))
+    if (render::AnyPanelOpen(m_panels.Mode()) && m_panels.Click(int(x), int(y)))
         return;
     if (!geo::ScreenToLatLon(x, y, m_state.WidthPx, m_state.HeightPx, m_state.View)) {
         ClearSelection();
@@ -111,17 +108,10 @@ void PointerControl::Click(double x, double y) {
 }
 
 void PointerControl::Select(const network::ClientRef& client) {
-    m_state.Selected = client;
-    m_scene.RecordHighlight();
+    m_scene.Select(client);
     m_panels.OpenInfoBox(client);
-    const network::NetworkData& data = m_state.AllTables()[client.Network];
-    if (client.IsPilot) {
-        const auto& p = data.Pilots[size_t(client.Slot)];
-        m_scene.SetStatus(p.Callsign + u" - "_s + p.RealName);
-    } else {
-        const auto& c = data.Controllers[size_t(client.Slot)];
-        m_scene.SetStatus(c.Callsign + u" - "_s + c.RealName);
-    }
+    const network::ClientSummary selected = network::Summarise(m_state.AllTables(), client);
+    m_scene.SetStatus(selected.Callsign + u" - "_s + selected.RealName);
     m_scene.Redraw();
 }
 
@@ -136,8 +126,7 @@ void PointerControl::ClearSelection() {
 bool PointerControl::Hover(double x, double y) {
     MapState& s = m_state;
     const render::PanelLayout layout = render::LayoutPanels(s.WidthPx, s.HeightPx);
-    const unsigned char mode = s.Display.PanelMode;
-    const bool overPanel = (mode != 0 && mode != 8) &&
+    const bool overPanel = render::AnyPanelOpen(m_panels.Mode()) &&
                            HitTestPanels(layout, s.Panels, int(x), int(y)).Kind != PanelHitKind::None;
     const auto client = overPanel || y < render::kTitleStripPx ? std::nullopt : ClientAt(x, y, 12.0);
     if (!client) {
@@ -172,7 +161,7 @@ void PointerControl::HoverEnd() {
     if (!m_state.Display.HoverCard)
         return;
     m_state.Display.HoverCard = false;
-    m_gl.DeleteList(render::lists::kHoverCard);
+    render::DeleteHoverCard(m_gl);
     m_scene.Redraw();
 }
 
@@ -188,20 +177,27 @@ void PointerControl::Drag(double fromX, double fromY, double toX, double toY) {
         dLon -= 360.0f;
     else if (dLon < -180.0f)
         dLon += 360.0f;
-    m_state.View.ViewX += dLon;
-    m_state.View.ViewY += to->Lat - from->Lat;
+    geo::ViewState view = s.View;
+    view.ViewX += dLon;
+    view.ViewY += to->Lat - from->Lat;
+    m_scene.SetView(view);
     m_scene.Redraw();
 }
 
 void PointerControl::Zoom(double factor) {
     if (!(factor > 0.0) || !std::isfinite(factor))
         return;
-    m_state.View.ViewZ = float(m_state.View.ViewZ * factor);
-    m_scene.Redraw();
+    ZoomTo(float(m_state.View.ViewZ * factor));
 }
 
 void PointerControl::Wheel(int steps) {
-    m_state.View.ViewZ *= float(std::pow(1.2, steps));
+    ZoomTo(m_state.View.ViewZ * float(std::pow(1.2, steps)));
+}
+
+void PointerControl::ZoomTo(float viewZ) {
+    geo::ViewState view = m_state.View;
+    view.ViewZ = viewZ;
+    m_scene.SetView(view);
     m_scene.Redraw();
 }
 

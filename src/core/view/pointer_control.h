@@ -28,7 +28,7 @@ public:
     void Wheel(int steps);    // whole steps of the wheel, forward positive
     void Zoom(double factor); // a pinch: the zoom times factor
     void ClearSelection();
-    // The pointer has rested at (x, y): the card of the client under it shows beside it (list 43); true
+    // The pointer has rested at (x, y): the card of the client under it shows beside it (list 61); true
     // when there is one. HoverEnd takes the card away.
     bool Hover(double x, double y);
     void HoverEnd();
@@ -40,6 +40,7 @@ public:
 
 private:
     void Select(const network::ClientRef& client);
+    void ZoomTo(float viewZ);
 
     MapState& m_state;
     SceneControl& m_scene;

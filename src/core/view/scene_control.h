@@ -8,8 +8,9 @@
 
 #include "geo/geodesy.h"
 #include "network/client_records.h"
+#include "render/draw_scene.h"
+#include "render/highlight.h"
 #include "render/traffic_scene.h"
-#include "view/history_control.h"
 
 namespace sky::render {
 class GlApi;
@@ -25,7 +26,8 @@ class MapHost;
 // frame, the status line, the client-count panel and the network marks. Labels are placed for the view
 // they are seen in: again when the zoom band changes, when the view comes to rest after a drag or zoom,
 // and when what they must keep clear of changes (switches, selection, panels, window size). Every change
-// that the user should see ends in Redraw. Owned by the map session.
+// that the user should see ends in Redraw. The one writer of the shown network, the status text, the
+// scene flags, the camera, the selection and the window size. Owned by the map session.
 class SceneControl {
 public:
     SceneControl(MapState& state, render::GlApi& gl, MapHost& host);
@@ -37,41 +39,50 @@ public:
     void BuildComparisonScene();
     // Marks the scene of network (0, 1 or 2) stale and builds it again.
     void RebuildScene(int network);
+    // The tables of network (0, 1 or 2) changed: its scene is built again when next shown.
+    void MarkStale(int network);
+    // The network shown from now on (0, 1 or 2 for the comparison); builds nothing.
+    void ShowNetwork(int network);
     // After any change of the view: symbols and labels follow the zoom band.
     void ViewChanged();
     // The view has come to rest (a drag ended, the wheel or keys paused): labels are placed for it.
     void ViewSettled();
-    // The client area changed size (pixels): frame, marks and client-count panel again; panels close.
+    // The client area changed size (pixels): frame, marks and client-count panel again.
     void Resize(int widthPx, int heightPx);
 
     void SetStatus(const QString& text); // sets the text and records the status line
-    void StatusChanged();                // records the status line from the state's text
     void MarksChanged();                 // records the network marks from the download flags
     void ClientCountChanged();           // records the client-count panel
     // The glyphs changed size (another screen scale): what prints text is recorded again.
     void TextChanged();
     // The colours changed: the frame, marks, count panel, traffic and highlight are recorded again in
-    // them; the panels close.
+    // them.
     void ThemeChanged();
     // The network's traffic lists, the count panel and the highlight go (before new data).
     void ClearTraffic(int network);
 
-    // The highlight of the selected client (list 42): a ring round it and its callsign; deleted when
-    // nothing is selected.
+    // Selects a client and records its highlight (list 42): a ring round it and its callsign.
+    void Select(const network::ClientRef& client);
+    // The highlight again, for the selection as it is (deleted when nothing is selected).
     void RecordHighlight();
     void DeleteHighlight(); // the selection goes with it
     // Marks an airport with its code in the highlight list; the selection goes.
     void MarkAirport(float latitude, float longitude, const QString& code);
-    // Turns the map to face the point at zoom 16 (or another), closes the panels and says "Centered on "
-    // + name.
+    // Moves the camera; the next frame clamps it.
+    void SetView(const geo::ViewState& view);
+    // Turns the map to face the point at zoom 16 (or another) and says "Centered on " + name. The
+    // caller closes the panels, so the map shows where it went.
     void CentreOn(float latitude, float longitude, const QString& name, float zoom = 16.0f);
 
     // Draws a frame now: the zoom band and the labels' surroundings are checked first.
     void Redraw();
+    // What the next frame is drawn from: the view clamped (once per frame, as the frame does it), the
+    // display state and the open panels.
+    render::FrameInputs Frame();
 
     // Where the selected flight has been and is going, drawn with its highlight: the flown track solid,
     // the route ahead dashed, in the network's colour.
-    using PathSource = std::function<FlightPaths(const network::ClientRef&)>;
+    using PathSource = std::function<render::FlightPaths(const network::ClientRef&)>;
     void SetPathSource(PathSource source) { m_paths = std::move(source); }
     // The tracks of every shown aircraft (list 60), recorded when the data change.
     void RecordAllTrails(const std::vector<std::vector<geo::LatLon>>& tracks);
@@ -86,15 +97,15 @@ private:
         bool Declutter = false;
         std::array<bool, 7> Switches{};
         std::optional<network::ClientRef> Selected;
-        unsigned char PanelMode = 0;
+        render::PanelMode Panels = render::PanelMode::None;
         int WidthPx = 0, HeightPx = 0;
         bool operator==(const LabelKey&) const = default;
     };
     LabelKey CurrentLabelKey() const;
-    void RecordPaths(const FlightPaths& paths, int network);
     render::TrafficInputs Inputs(const render::LabelView* labels);
     void RebuildLabels(); // the three label lists of the shown scene, for the view as it is
     void PlacedFor(int scene);
+    void StatusChanged(); // records the status line from the state's text
 
     MapState& m_state;
     render::GlApi& m_gl;

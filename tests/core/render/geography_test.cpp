@@ -7,7 +7,7 @@
 #include "app/colour_theme.h"
 #include "common/file_io.h"
 #include "render/list_numbers.h"
-#include "render/recording_gl.h"
+#include "testing/recording_gl.h"
 
 using namespace Qt::StringLiterals;
 

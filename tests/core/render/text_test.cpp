@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "render/list_numbers.h"
-#include "render/recording_gl.h"
+#include "testing/recording_gl.h"
 
 using namespace Qt::StringLiterals;
 

@@ -9,7 +9,7 @@
 #include "refdata/fir_outlines.h"
 #include "refdata/reference_data.h"
 #include "render/list_numbers.h"
-#include "render/recording_gl.h"
+#include "testing/recording_gl.h"
 
 using namespace Qt::StringLiterals;
 

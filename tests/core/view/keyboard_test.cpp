@@ -19,17 +19,22 @@ public:
     void OpenListPanel() override { Log.append(u"list"_s); }
     void RebuildScene(int network) override { Log.append(u"rebuild %1"_s.arg(network)); }
     void DeleteHighlight() override { Log.append(u"unhighlight"_s); }
-    void StatusChanged() override {}
+    void SetStatus(const QString& text) override { Status = text; }
+    void SetView(const geo::ViewState& view) override { *View = view; }
+    void ClosePanels() override { *Panels = render::PanelMode::None; }
     void Redraw() override { ++Redraws; }
     QStringList Log;
+    QString Status = u"before"_s;
+    geo::ViewState* View = nullptr;
+    render::PanelMode* Panels = nullptr;
     int Redraws = 0;
 };
 
 class Keys : public ::testing::Test {
 protected:
     void SetUp() override {
-        m_display.PanelMode = 0;
-        m_display.StatusText = u"before"_s;
+        m_commands.View = &m_view;
+        m_commands.Panels = &m_panels;
     }
     void Online() {
         m_tables[0].PilotCount = 2;
@@ -46,17 +51,18 @@ protected:
         m_tables[0].Controllers[1].DisplayLatitude = 50.03f;
     }
     void Up(int key, int modifiers = 0) {
-        KeyContext context{m_settings, m_display, m_view, m_friends, m_tables, m_commands};
+        KeyContext context{m_settings, m_display, m_view, m_panels, m_friends, m_tables, m_commands};
         KeyUp(context, key, modifiers);
     }
     void Down(int key, int modifiers = 0) {
-        KeyContext context{m_settings, m_display, m_view, m_friends, m_tables, m_commands};
+        KeyContext context{m_settings, m_display, m_view, m_panels, m_friends, m_tables, m_commands};
         KeyDown(context, key, modifiers);
     }
 
     Settings m_settings;
     DisplayState m_display;
     geo::ViewState m_view{0.0f, 0.0f, 2.0f};
+    render::PanelMode m_panels = render::PanelMode::None;
     Friends m_friends;
     network::ClientTables m_tables;
     RecordingCommands m_commands;
@@ -73,7 +79,7 @@ TEST_F(Keys, CameraKeysStepByFiveOverTheZoomUnlessShiftOrAPanel) {
     EXPECT_EQ(m_view.ViewX, 2.5f);
     Down(keys::kLeft, keys::kShift | keys::kCtrl);
     EXPECT_LT(m_view.ViewX, 2.5f);
-    m_display.PanelMode = 3;
+    m_panels = render::PanelMode::Table;
     Down(keys::kUp);
     EXPECT_EQ(m_view.ViewY, 2.5f);
 }
@@ -81,11 +87,11 @@ TEST_F(Keys, CameraKeysStepByFiveOverTheZoomUnlessShiftOrAPanel) {
 TEST_F(Keys, EscapeClosesAnOpenPanelAndNothingElseActsMeanwhile) {
     Up(keys::kEscape);
     EXPECT_EQ(m_commands.Redraws, 0);
-    m_display.PanelMode = 5;
+    m_panels = render::PanelMode::TableAndInfoBox;
     Up(keys::Letter('G'));
     EXPECT_TRUE(m_settings.ShowLatLon);
     Up(keys::kEscape);
-    EXPECT_EQ(m_display.PanelMode, 0);
+    EXPECT_EQ(m_panels, render::PanelMode::None);
     EXPECT_TRUE(m_settings.ShowLatLon);
     Up(keys::kSpace);
     EXPECT_EQ(m_commands.Log, QStringList{u"companion"_s});
@@ -100,15 +106,15 @@ TEST_F(Keys, BeforeTheFirstDownloadOnlyTheGeneralKeysAct) {
     EXPECT_TRUE(m_commands.Log.isEmpty());
     Up(keys::Letter('G'));
     EXPECT_FALSE(m_settings.ShowLatLon);
-    EXPECT_EQ(m_display.StatusText, u"Lat/Lon grid toggle");
+    EXPECT_EQ(m_commands.Status, u"Lat/Lon grid toggle");
     Up(keys::Letter('C'));
     EXPECT_FALSE(m_display.ShowCountries);
-    EXPECT_EQ(m_display.StatusText, u"Country borders toggle");
+    EXPECT_EQ(m_commands.Status, u"Country borders toggle");
     m_settings.DisableCountries = true; // then the key does nothing and says nothing
-    m_display.StatusText.clear();
+    m_commands.Status.clear();
     Up(keys::Letter('C'));
     EXPECT_FALSE(m_display.ShowCountries);
-    EXPECT_TRUE(m_display.StatusText.isEmpty());
+    EXPECT_TRUE(m_commands.Status.isEmpty());
     Up(keys::Letter('I'), keys::kCtrl);
     Up(keys::Letter('V'));
     Up(keys::Letter('B'));
@@ -120,35 +126,35 @@ TEST_F(Keys, ShiftAloneStoresAViewAnyOtherModifierRestores) {
     Up(keys::Digit(2), keys::kShift);
     EXPECT_EQ(m_settings.X[1], 1.0f);
     EXPECT_EQ(m_settings.Z[1], 3.0f);
-    EXPECT_EQ(m_display.StatusText, u"Current view stored as View 2");
+    EXPECT_EQ(m_commands.Status, u"Current view stored as View 2");
     Up(keys::Digit(1), keys::kCtrl);
     EXPECT_EQ(m_view.ViewX, m_settings.X[0]);
-    EXPECT_EQ(m_display.StatusText, u"View 1 restored");
+    EXPECT_EQ(m_commands.Status, u"View 1 restored");
     Up(keys::Digit(2));
     EXPECT_EQ(m_view.ViewZ, 3.0f);
-    EXPECT_EQ(m_display.StatusText, u"View 2 restored");
+    EXPECT_EQ(m_commands.Status, u"View 2 restored");
 }
 
 TEST_F(Keys, LayerKeysWithShiftLabelKeysWithoutAndOnlyWhileTheLayerShows) {
     Online();
     Up(keys::F(4), keys::kShift);
     EXPECT_FALSE(m_settings.ShowAirports);
-    EXPECT_EQ(m_display.StatusText, u"Airport display toggle");
+    EXPECT_EQ(m_commands.Status, u"Airport display toggle");
     const int redraws = m_commands.Redraws;
     Up(keys::F(4));
     EXPECT_TRUE(m_settings.ShowAirportLabels); // the layer is off: nothing but a redraw
-    EXPECT_EQ(m_display.StatusText, u"Airport display toggle");
+    EXPECT_EQ(m_commands.Status, u"Airport display toggle");
     EXPECT_EQ(m_commands.Redraws, redraws + 1);
     Up(keys::F(5));
     EXPECT_FALSE(m_settings.ShowATCLabels);
-    EXPECT_EQ(m_display.StatusText, u"ATC labels toggle");
+    EXPECT_EQ(m_commands.Status, u"ATC labels toggle");
     Up(keys::F(6), keys::kShift);
     EXPECT_EQ(m_commands.Log.last(), u"unhighlight");
     Up(keys::F(1));
     EXPECT_FALSE(m_settings.ShowPlaneLabels || m_settings.ShowATCLabels || m_settings.ShowAirportLabels);
     Up(keys::F(1));
     EXPECT_TRUE(m_settings.ShowPlaneLabels && m_settings.ShowATCLabels && m_settings.ShowAirportLabels);
-    EXPECT_EQ(m_display.StatusText, u"All labels toggle");
+    EXPECT_EQ(m_commands.Status, u"All labels toggle");
 }
 
 TEST_F(Keys, FriendsFilterCountsFriendsOnlineAndComparisonViewIgnoresNetworkKeys) {
@@ -157,18 +163,18 @@ TEST_F(Keys, FriendsFilterCountsFriendsOnlineAndComparisonViewIgnoresNetworkKeys
     EXPECT_FALSE(m_display.FriendsOnly); // an empty friends list: nothing
     m_friends.Add(u"999"_s);
     Up(keys::F(2));
-    EXPECT_EQ(m_display.StatusText, u"No friends online");
+    EXPECT_EQ(m_commands.Status, u"No friends online");
     m_friends.Add(u"555"_s);
     Up(keys::F(2), keys::kShift);
     EXPECT_FALSE(m_display.FriendsOnly);
     Up(keys::F(2));
     EXPECT_TRUE(m_display.FriendsOnly);
-    EXPECT_EQ(m_display.StatusText, u"Friends toggle (2 online)");
+    EXPECT_EQ(m_commands.Status, u"Friends toggle (2 online)");
     Up(keys::F(3));
     EXPECT_FALSE(m_settings.ShowInbounds); // no inbound lines among friends
     Up(keys::F(2));
     EXPECT_FALSE(m_display.FriendsOnly);
-    EXPECT_EQ(m_display.StatusText, u"Friends toggle");
+    EXPECT_EQ(m_commands.Status, u"Friends toggle");
     EXPECT_EQ(m_commands.Log, (QStringList{u"rebuild 0"_s, u"rebuild 0"_s}));
 
     m_display.ShownNetwork = 2;
@@ -191,7 +197,7 @@ TEST_F(Keys, CentreOnMyselfLetsTheLastMatchingPilotWin) {
     EXPECT_EQ(m_view.ViewX, 8.0f);
     EXPECT_EQ(m_view.ViewZ, 16.0f);
     EXPECT_TRUE(m_settings.ShowATC && m_settings.ShowPlanes);
-    EXPECT_EQ(m_display.StatusText, u"Centered on myself (MINE)");
+    EXPECT_EQ(m_commands.Status, u"Centered on myself (MINE)");
 
     m_settings.IVAO_ID = u"123"_s;
     m_view = {};

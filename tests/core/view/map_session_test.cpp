@@ -9,7 +9,7 @@
 #include "common/file_io.h"
 #include "geo/projection.h"
 #include "render/list_numbers.h"
-#include "render/recording_gl.h"
+#include "testing/recording_gl.h"
 #include "view/keys.h"
 #include "view/panels.h"
 #include "testing/fakes.h"
@@ -45,10 +45,13 @@ protected:
         const QString source = QStringLiteral(SKYLANTRA_SOURCE_DIR) + u"/data/"_s;
         for (const QString& file : {u"airports.dat"_s, u"firlist.dat"_s, u"firdisplay.dat"_s})
             QFile::copy(source + file, m_home.filePath(u"data/"_s + file));
-        m_session = std::make_unique<MapSession>(Folders::OneFolder(m_home.path()), Settings{}, Friends{},
-                                                 m_gl, m_host, m_server);
-        m_session->Downloads().Networks[0].StatusFileAddress = u"http://demo.example/ivao/status.txt"_s;
-        m_session->Downloads().Networks[1].StatusFileAddress = u"http://demo.example/vatsim/status.txt"_s;
+        MakeSession(Settings{});
+    }
+    void MakeSession(const Settings& settings) {
+        network::FeedAddresses demo;
+        demo.Status = {u"http://demo.example/ivao/status.txt"_s, u"http://demo.example/vatsim/status.txt"_s};
+        m_session = std::make_unique<MapSession>(Folders::OneFolder(m_home.path()), settings, Friends{}, m_gl,
+                                                 m_host, m_server, nullptr, demo);
         m_session->Downloader().Now = [this] { return m_now; };
         m_session->Downloader().Random = [](int) { return 0; };
     }
@@ -65,10 +68,11 @@ protected:
     // A new session on a feed of its own for IVAO, started.
     void StartOwnFeed(const Settings& settings = {}, const Friends& friends = {},
                       history::HistoryStore* history = nullptr) {
+        network::FeedAddresses feed;
+        feed.Status[0] = u"http://demo.example/feed/status.txt"_s;
         m_session = std::make_unique<MapSession>(Folders::OneFolder(m_home.path()), settings, friends, m_gl,
-                                                 m_host, m_server, history);
+                                                 m_host, m_server, history, feed);
         m_session->Downloader().Now = [this] { return m_now; };
-        m_session->Downloads().Networks[0].StatusFileAddress = u"http://demo.example/feed/status.txt"_s;
         m_server.Answers[u"http://demo.example/feed/status.txt"_s] = "url0=whazzup.txt\n\n\n\n\n";
         ASSERT_TRUE(m_session->StartUp().isEmpty());
     }
@@ -103,7 +107,7 @@ TEST_F(Session, StartUpBuildsTheMapAndNamesAMissingGeographyFile) {
     EXPECT_FALSE(m_gl.IsList(lists::kBorders));
     EXPECT_FALSE(m_gl.IsList(lists::kTitleBox));
     EXPECT_EQ(m_session->Display().StatusText, u"Ready");
-    EXPECT_EQ(m_session->Display().PanelMode, 0);
+    EXPECT_EQ(m_session->PanelController().Mode(), PanelMode::None);
     EXPECT_TRUE(m_session->Downloads().DownloadIdle);
     EXPECT_GE(m_host.Redraws, 3);
     EXPECT_GT(m_session->Reference().Airports().size(), 1000);
@@ -155,13 +159,13 @@ TEST_F(Session, AClickOpensTheNearestClientsBoxAndBesideTheGlobeClears) {
     m_session->Pointer().Click(point->X + 1, point->Y);
     ASSERT_TRUE(m_session->Selected().has_value());
     EXPECT_TRUE(m_gl.IsList(lists::kHighlight));
-    ASSERT_EQ(m_session->Display().PanelMode, 1);
+    ASSERT_EQ(m_session->PanelController().Mode(), PanelMode::InfoBox);
     const QString callsign = data.Pilots[m_session->Selected()->Slot].Callsign;
     EXPECT_TRUE(m_session->Display().StatusText.startsWith(callsign));
     EXPECT_EQ(RecordingGl::PrintedText(m_gl.List(lists::kInfoBox)).rfind(callsign.toStdString(), 0), 0u);
     m_session->KeyUp(keys::kEscape, 0);
-    EXPECT_EQ(m_session->Display().PanelMode, 0);
-    m_session->View().ViewZ = 0.3f;
+    EXPECT_EQ(m_session->PanelController().Mode(), PanelMode::None);
+    m_session->Scene().SetView({m_session->View().ViewX, m_session->View().ViewY, 0.3f});
     m_session->Pointer().Click(1, 30);
     EXPECT_FALSE(m_session->Selected().has_value());
     EXPECT_FALSE(m_gl.IsList(lists::kHighlight));
@@ -184,7 +188,7 @@ TEST_F(Session, LabelsArePlacedForTheViewWhenItComesToRestAndDTurnsDeclutteringO
 TEST_F(Session, TheListPagesAndARowOpensThatClient) {
     StartAndDownload(0);
     m_session->KeyUp(keys::Letter('L'), 0);
-    EXPECT_EQ(m_session->Display().PanelMode, 3);
+    EXPECT_EQ(m_session->PanelController().Mode(), PanelMode::Table);
     const auto before = RecordingGl::Printed(m_gl.List(lists::kListPanel));
     m_session->KeyUp(keys::kRight, 0);
     EXPECT_EQ(m_session->Panels().PageIndex, 1);
@@ -195,15 +199,21 @@ TEST_F(Session, TheListPagesAndARowOpensThatClient) {
     m_session->KeyDown(keys::kLeft, 0); // no camera keys while a panel is open
     EXPECT_FLOAT_EQ(m_session->View().ViewX, 13.34f);
     m_session->Pointer().Click(layout.Rows[0].X + 5, layout.Rows[0].Y + 5);
-    EXPECT_EQ(m_session->Display().PanelMode, 4);
+    EXPECT_EQ(m_session->PanelController().Mode(), PanelMode::TableAndInfoBox);
     const ClientRef client = *m_session->Panels().InfoClient;
     EXPECT_EQ(client.Slot, 2 * int(layout.Rows.size()) + 1); // the first pilot of the third page
-    m_session->Scene().Resize(1024, 768);
-    EXPECT_EQ(m_session->Display().PanelMode, 0);
+    m_session->Resize(1024, 768);
+    EXPECT_EQ(m_session->PanelController().Mode(), PanelMode::None);
+    // Each frame brings the view back into range, each correction once.
+    m_session->Scene().SetView({600.0f, -95.0f, 80.0f});
+    EXPECT_EQ(m_session->Frame().View.ViewX, 240.0f);
+    EXPECT_EQ(m_session->Frame().View.ViewX, -120.0f);
 }
 
 TEST_F(Session, TheFriendButtonRebuildsWhatShowsFriends) {
-    m_session->Config().DeclutterLabels = false;
+    Settings settings;
+    settings.DeclutterLabels = false;
+    MakeSession(settings);
     StartAndDownload(0);
     m_session->PanelController().OpenInfoBox({0, true, 5});
     const auto& pilot = m_session->Tables()[0].Pilots[5];
@@ -240,8 +250,7 @@ TEST_F(Session, TheHistoryKeepsEachDownloadTrailsTheSelectionAndReplaysIt) {
                                                          {13, u"EKCH"_s},
                                                          {30, u"DCT"_s}})});
     ASSERT_EQ(history.Kept.size(), 3u);
-    m_session->State().Selected = network::ClientRef{0, true, 1};
-    m_session->Scene().RecordHighlight();
+    m_session->Scene().Select(network::ClientRef{0, true, 1});
     int strips = 0;
     for (const auto& call : m_gl.List(lists::kHighlight))
         strips +=

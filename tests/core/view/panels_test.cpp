@@ -18,16 +18,20 @@ using network::testing::PilotLine;
 
 TEST(PanelModeOf, FollowsTheOpenPanels) {
     const struct {
-        bool info, pilot, list, board;
-        int mode;
-    } rows[] = {{false, false, false, false, 0}, {true, true, false, false, 1},
-                {true, false, false, false, 2},  {false, false, true, false, 3},
-                {true, true, true, false, 4},    {false, false, false, true, 5},
-                {true, false, true, false, 6}};
+        bool starting, info, list, board;
+        PanelMode mode;
+    } rows[] = {{true, false, false, false, PanelMode::Starting},
+                {false, false, false, false, PanelMode::None},
+                {false, true, false, false, PanelMode::InfoBox},
+                {false, false, true, false, PanelMode::Table},
+                {false, false, false, true, PanelMode::Table},
+                {false, true, true, false, PanelMode::TableAndInfoBox},
+                {false, true, false, true, PanelMode::TableAndInfoBox}};
     for (const auto& row : rows) {
         PanelState p;
+        p.Starting = row.starting;
         if (row.info)
-            p.InfoClient = ClientRef{0, row.pilot, 1};
+            p.InfoClient = ClientRef{0, true, 1};
         p.ListOpen = row.list;
         p.BoardOpen = row.board;
         EXPECT_EQ(PanelModeOf(p), row.mode);

@@ -10,7 +10,7 @@
 namespace sky::render {
 
 // A GlApi that draws nothing and remembers everything: what each display list holds, and the calls
-// made outside lists (a frame). Tests and benchmarks read it back.
+// made outside lists (a frame). Tests read it back.
 class RecordingGl final : public GlApi {
 public:
     enum class Op {

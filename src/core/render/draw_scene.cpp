@@ -1,4 +1,4 @@
-#include "view/camera.h"
+#include "render/draw_scene.h"
 
 #include <cmath>
 
@@ -6,18 +6,14 @@
 #include "app/settings.h"
 #include "render/gl_api.h"
 #include "render/list_numbers.h"
-#include "view/display_state.h"
 
-namespace sky::view {
+namespace sky::render {
 
-using render::Capability;
-namespace lists = render::lists;
-
-void DrawScene(render::GlApi& gl, const FrameInputs& in, geo::ViewState& view) {
+void DrawScene(GlApi& gl, const FrameInputs& in) {
+    const geo::ViewState& view = in.View;
     gl.Clear();
     gl.LoadIdentity();
     gl.Ortho(-1, 1, -1, 1, -10, 1);
-    geo::ClampView(view);
     gl.PushMatrix();
     // With the far plane at 1 the near surface sits at depth +1 when zoomed in, and the globe is cut at
     // its centre plane when zoomed out: only the near side is ever drawn.
@@ -31,54 +27,42 @@ void DrawScene(render::GlApi& gl, const FrameInputs& in, geo::ViewState& view) {
     const int h = in.HeightPx;
     gl.Viewport(w / 2 - h, -h / 2, 2 * h, 2 * h);
     gl.Scale(view.ViewZ, view.ViewZ, view.ViewZ);
-    gl.BlendFunc(render::BlendFactor::SrcAlpha, render::BlendFactor::OneMinusSrcAlpha);
-    DrawCore(gl, in, view);
+    gl.BlendFunc(BlendFactor::SrcAlpha, BlendFactor::OneMinusSrcAlpha);
+    DrawCore(gl, in);
 
     gl.Viewport(0, 0, w, h);
     gl.LoadIdentity();
     gl.LineWidth(2.0f);
     gl.CallList(lists::kFrame);
     gl.CallList(lists::kNetworkMarks);
-    if (in.Display.ShowAbout)
+    if (in.ShowAbout)
         gl.CallList(lists::kTitleBox);
     gl.Colour(in.Colours.Red[kSlotScreenBorder], in.Colours.Green[kSlotScreenBorder],
               in.Colours.Blue[kSlotScreenBorder], 1.0f);
     gl.CallList(lists::kStatusLine);
     gl.LineWidth(1.0f);
     gl.CallList(lists::kClientCount);
-    switch (in.Display.PanelMode) {
-    case 1:
-    case 2:
-        gl.CallList(lists::kInfoBox);
-        break;
-    case 3:
-    case 5:
+    // The list or board first, a client's box over it.
+    if (ShowsTable(in.Panels))
         gl.CallList(lists::kListPanel);
-        break;
-    case 4:
-    case 6:
-        gl.CallList(lists::kListPanel);
+    if (ShowsInfoBox(in.Panels))
         gl.CallList(lists::kInfoBox);
-        break;
-    default:
-        break;
-    }
-    if (in.Display.HoverCard)
+    if (in.HoverCard)
         gl.CallList(lists::kHoverCard);
     gl.PopMatrix();
 }
 
-void DrawCore(render::GlApi& gl, const FrameInputs& in, const geo::ViewState& view) {
+void DrawCore(GlApi& gl, const FrameInputs& in) {
     const Settings& s = in.Config;
-    const int base = lists::TrafficBase(in.Display.ShownNetwork);
+    const int base = lists::TrafficBase(in.ShownNetwork);
     gl.Enable(Capability::PointSmooth);
-    gl.PointSize(float(3.0 * std::pow(2.0 * view.ViewZ, 0.2)));
+    gl.PointSize(float(3.0 * std::pow(2.0 * in.View.ViewZ, 0.2)));
     if (!s.DisableSmooth)
         gl.Enable(Capability::LineSmooth);
     gl.CallList(lists::kGlobe);
     if (s.ShowLatLon)
         gl.CallList(lists::kGrid);
-    if (in.Display.ShowCountries && !s.DisableCountries)
+    if (in.ShowCountries && !s.DisableCountries)
         gl.CallList(lists::kBorders);
     gl.Disable(Capability::LineSmooth);
     if (s.ShowATC) {
@@ -103,9 +87,9 @@ void DrawCore(render::GlApi& gl, const FrameInputs& in, const geo::ViewState& vi
     gl.LineWidth(2.0f);
     gl.CallList(lists::kHighlight);
     gl.LineWidth(1.0f);
-    if (in.Display.ShowTrails)
+    if (in.ShowTrails)
         gl.CallList(lists::kAllTrails);
-    if (s.ShowInbounds && s.ShowAirports && !in.Display.FriendsOnly)
+    if (s.ShowInbounds && s.ShowAirports && !in.FriendsOnly)
         gl.CallList(base + lists::kInbounds);
     if (s.ShowPlanes) {
         gl.CallList(base + lists::kPlanes);
@@ -114,4 +98,4 @@ void DrawCore(render::GlApi& gl, const FrameInputs& in, const geo::ViewState& vi
     }
 }
 
-} // namespace sky::view
+} // namespace sky::render

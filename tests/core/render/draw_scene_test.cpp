@@ -1,21 +1,18 @@
-#include "view/camera.h"
+#include "render/draw_scene.h"
 
 #include <gtest/gtest.h>
 
 #include "app/colour_theme.h"
 #include "app/settings.h"
 #include "render/list_numbers.h"
-#include "render/recording_gl.h"
-#include "view/display_state.h"
+#include "testing/recording_gl.h"
 
-namespace sky::view {
+namespace sky::render {
 namespace {
 
-using render::RecordingGl;
 using Op = RecordingGl::Op;
-namespace lists = render::lists;
 
-class Camera : public ::testing::Test {
+class Frame : public ::testing::Test {
 protected:
     std::vector<int> CalledLists() {
         std::vector<int> called;
@@ -29,22 +26,23 @@ protected:
         const auto& calls = m_gl.Immediate();
         return *std::find_if(calls.begin(), calls.end(), [&](const auto& c) { return c.What == what; });
     }
-    void Draw(int width = 1000, int height = 600) {
+    void Draw() {
         m_gl.ClearImmediate();
-        DrawScene(m_gl, FrameInputs{m_settings, m_display, m_colours, width, height}, m_view);
+        m_frame.View = m_view;
+        DrawScene(m_gl, m_frame);
     }
 
     Settings m_settings;
-    DisplayState m_display;
     ColourTable m_colours = DefaultColourTable();
+    FrameInputs m_frame{m_settings, m_colours, {},   0,  PanelMode::None, true, true, false,
+                        false,      false,     1000, 600};
     geo::ViewState m_view{10.0f, -50.0f, 1.0f};
     RecordingGl m_gl;
 };
 
-TEST_F(Camera, DrawsEveryLayerInItsFixedOrder) {
-    m_display.ShownNetwork = 1;
-    m_display.PanelMode = 0;
-    m_display.ShowAbout = false;
+TEST_F(Frame, DrawsEveryLayerInItsFixedOrder) {
+    m_frame.ShownNetwork = 1;
+    m_frame.ShowAbout = false;
     m_settings.ShowInbounds = true;
     Draw();
     EXPECT_EQ(CalledLists(),
@@ -53,10 +51,10 @@ TEST_F(Camera, DrawsEveryLayerInItsFixedOrder) {
                                 lists::kNetworkMarks, lists::kStatusLine, lists::kClientCount}));
 }
 
-TEST_F(Camera, SwitchesGateTheirLayers) {
-    m_display.ShownNetwork = 0;
-    m_display.ShowCountries = false;
-    m_display.PanelMode = 4;
+TEST_F(Frame, SwitchesGateTheirLayers) {
+    m_frame.ShownNetwork = 0;
+    m_frame.ShowCountries = false;
+    m_frame.Panels = PanelMode::TableAndInfoBox;
     m_settings.ShowLatLon = false;
     m_settings.ShowPlaneLabels = false;
     m_settings.ShowATC = false;
@@ -70,7 +68,7 @@ TEST_F(Camera, SwitchesGateTheirLayers) {
 }
 
 // The pixel tests see the globe's square viewport; here the depth that cuts it.
-TEST_F(Camera, ZoomedOutTheGlobeIsCutAtItsCentreZoomedInAtItsNearSurface) {
+TEST_F(Frame, ZoomedOutTheGlobeIsCutAtItsCentreZoomedInAtItsNearSurface) {
     Draw();
     EXPECT_EQ(First(Op::Translate).Values[2], -1.0f);
     m_view.ViewZ = 8.0f;
@@ -78,13 +76,5 @@ TEST_F(Camera, ZoomedOutTheGlobeIsCutAtItsCentreZoomedInAtItsNearSurface) {
     EXPECT_EQ(First(Op::Translate).Values[2], 1.0f - 8.0f);
 }
 
-TEST_F(Camera, EveryFrameClampsTheViewOnce) {
-    m_view = {600.0f, -95.0f, 80.0f};
-    Draw();
-    EXPECT_EQ(m_view.ViewX, 240.0f);
-    Draw();
-    EXPECT_EQ(m_view.ViewX, -120.0f);
-}
-
 } // namespace
-} // namespace sky::view
+} // namespace sky::render

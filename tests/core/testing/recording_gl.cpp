@@ -1,4 +1,4 @@
-#include "render/recording_gl.h"
+#include "testing/recording_gl.h"
 
 #include <algorithm>
 
