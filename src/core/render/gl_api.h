@@ -32,6 +32,12 @@ public:
     // Moves the raster position by whole pixels, as an empty bitmap does.
     virtual void BitmapMove(float dx, float dy) = 0;
 
+    // Glyphs printed from here on get an outline one pixel wide in this colour, so text stays readable
+    // over anything drawn under it; an alpha of 0 turns it off. Without support: no outline.
+    virtual void TextOutline(float red, float green, float blue, float alpha) {
+        (void)red, (void)green, (void)blue, (void)alpha;
+    }
+
     virtual void LineWidth(float width) = 0;
     virtual void PointSize(float size) = 0;
     virtual void Enable(Capability capability) = 0;

@@ -23,6 +23,7 @@ public:
         Colour,
         RasterPos,
         BitmapMove,
+        TextOutline,
         LineWidth,
         PointSize,
         Enable,
@@ -62,6 +63,7 @@ public:
     void Colour(float r, float g, float b, float a) override { Add({Op::Colour, 0, {r, g, b, a}}); }
     void RasterPos(float x, float y, float z) override { Add({Op::RasterPos, 0, {x, y, z}}); }
     void BitmapMove(float dx, float dy) override { Add({Op::BitmapMove, 0, {dx, dy}}); }
+    void TextOutline(float r, float g, float b, float a) override { Add({Op::TextOutline, 0, {r, g, b, a}}); }
     void LineWidth(float width) override { Add({Op::LineWidth, 0, {width}}); }
     void PointSize(float size) override { Add({Op::PointSize, 0, {size}}); }
     void Enable(Capability capability) override { Add({Op::Enable, int(capability)}); }
