@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "render/crowds.h"
+#include "render/text.h"
 #include "render/traffic_scene.h"
 
 namespace sky::render {
@@ -26,16 +28,18 @@ double SymbolSize(float viewZ) {
     return 0.012 / std::pow(1.5, SymbolBand(viewZ));
 }
 
-void AircraftSymbols(GlApi& gl, const network::NetworkData& data, const TrafficInputs& in, const Style& style) {
+void AircraftSymbols(GlApi& gl, const network::NetworkData& data, const TrafficInputs& in,
+                     const Style& style) {
     const double size = SymbolSize(in.ViewZ);
     constexpr size_t kCorners = std::size(kSymbol);
     std::vector<Vec3> centres;
     std::vector<Vec3> outlines; // kCorners points per aircraft
+    const int network = &data == &in.Tables[1] ? 1 : 0;
     centres.reserve(size_t(data.PilotCount));
     outlines.reserve(size_t(data.PilotCount) * kCorners);
     for (int slot = 1; slot <= data.PilotCount; ++slot) {
         const network::PilotRecord& p = data.Pilots[size_t(slot)];
-        if (!PassesFriendFilter(in, p.VID))
+        if (!PassesFriendFilter(in, p.VID) || (in.Crowds && in.Crowds->IsGrouped(network, slot)))
             continue;
         const double heading = (in.ShowActualHeading ? p.Course : p.Heading) * geo::DegToRad;
         const double lat = p.Latitude * geo::DegToRad, lon = p.Longitude * geo::DegToRad;
@@ -71,6 +75,33 @@ void AircraftSymbols(GlApi& gl, const network::NetworkData& data, const TrafficI
         }
     }
     gl.End();
+}
+
+PixelRect CrowdMarkBox(const GlApi& gl, int count) {
+    // Digits stand on the baseline, four pixels below the point, and reach nine pixels above it.
+    return {kCrowdTextDx, -5, TextWidth(gl, QString::number(count), true), 10};
+}
+
+void CrowdMarks(GlApi& gl, int network, const TrafficInputs& in, const Style& style) {
+    if (!in.Crowds)
+        return;
+    const double ringNm = 0.35 * SymbolSize(in.ViewZ) * geo::kEarthRadiusNm;
+    const ColourTable& c = in.Colours;
+    gl.TextOutline(c.Red[kSlotScreenBackground], c.Green[kSlotScreenBackground],
+                   c.Blue[kSlotScreenBackground], 1.0f);
+    for (const Crowd& crowd : in.Crowds->Crowds) {
+        if (crowd.Network != network)
+            continue;
+        SetColour(gl, in.Colours, style.PlaneFill == kSlotPlaneFill ? int(kSlotPlaneBorder) : style.PlaneFill,
+                  1.0f);
+        gl.Begin(Primitive::LineLoop);
+        CircleRim(gl, crowd.Lat, crowd.Lon, ringNm, 12);
+        gl.End();
+        RasterAt(gl, crowd.Lat, crowd.Lon);
+        gl.BitmapMove(kCrowdTextDx, kCrowdTextDy);
+        PrintBoldText(gl, QString::number(crowd.Count));
+    }
+    gl.TextOutline(0.0f, 0.0f, 0.0f, 0.0f);
 }
 
 void AirportMarkers(GlApi& gl, const network::NetworkData& data, const TrafficInputs& in) {

@@ -27,8 +27,15 @@ std::vector<Place> Places(const LabelRequest& r) {
     const int x = int(std::lround(r.X)), y = int(std::lround(r.Y));
     const int gap = r.SymbolRadiusPx + 1;
     const int height = kLabelLinePx * (r.Lines - 1) + kAscentPx + kDescentPx;
-    return {PlaceAt(r, x + gap, y - 6), PlaceAt(r, x - gap - r.WidthPx, y - 6),
-            PlaceAt(r, x - r.WidthPx / 2, y - gap - height), PlaceAt(r, x - r.WidthPx / 2, y + gap)};
+    // Beside, then above and below, then at the four corners.
+    return {PlaceAt(r, x + gap, y - 6),
+            PlaceAt(r, x - gap - r.WidthPx, y - 6),
+            PlaceAt(r, x - r.WidthPx / 2, y - gap - height),
+            PlaceAt(r, x - r.WidthPx / 2, y + gap),
+            PlaceAt(r, x + gap, y - gap - height),
+            PlaceAt(r, x + gap, y + gap),
+            PlaceAt(r, x - gap - r.WidthPx, y - gap - height),
+            PlaceAt(r, x - gap - r.WidthPx, y + gap)};
 }
 
 // Boxes in cells of a coarse grid, so a test looks at the few boxes near it.
@@ -87,7 +94,8 @@ LabelSpot DefaultSpot(const LabelRequest& request) {
     return Places(request).front().Spot;
 }
 
-std::vector<LabelSpot> PlaceLabels(const std::vector<LabelRequest>& requests, const std::vector<PixelRect>& symbols,
+std::vector<LabelSpot> PlaceLabels(const std::vector<LabelRequest>& requests,
+                                   const std::vector<PixelRect>& symbols,
                                    const std::vector<PixelRect>& reserved, int width, int height) {
     std::vector<LabelSpot> spots(requests.size());
     std::vector<size_t> order(requests.size());
@@ -106,16 +114,29 @@ std::vector<LabelSpot> PlaceLabels(const std::vector<LabelRequest>& requests, co
         if (r.X < 0 || r.Y < 0 || r.X >= width || r.Y >= height)
             continue;
         const PixelRect own = SymbolBox(r);
-        for (const Place& place : Places(r)) {
+        const Place* chosen = nullptr;
+        const Place* fallback = nullptr;
+        const std::vector<Place> places = Places(r);
+        for (const Place& place : places) {
             const PixelRect& b = place.Box;
             if (b.X < area.X || b.Y < area.Y || b.X + b.Width > width || b.Y + b.Height > height)
                 continue;
-            if (taken.Hits(b) || symbolGrid.Hits(b, &own))
+            if (taken.Hits(b))
                 continue;
+            if (!symbolGrid.Hits(b, &own)) {
+                chosen = &place;
+                break;
+            }
+            if (r.Insistent && !fallback)
+                fallback = &place;
+        }
+        if (!chosen)
+            chosen = fallback;
+        if (chosen) {
+            const PixelRect& b = chosen->Box;
             // A pixel of room on every side, so two labels never run into one word.
             taken.Add({b.X - 1, b.Y - 1, b.Width + 2, b.Height + 2});
-            spots[index] = place.Spot;
-            break;
+            spots[index] = chosen->Spot;
         }
     }
     return spots;

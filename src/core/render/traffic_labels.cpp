@@ -7,6 +7,8 @@
 
 #include "app/friends.h"
 #include "geo/projection.h"
+#include "render/aircraft_layer.h"
+#include "render/crowds.h"
 #include "render/label_placement.h"
 #include "render/list_numbers.h"
 #include "render/scene_drawing.h"
@@ -30,7 +32,11 @@ using Kind = TrafficLabel::Kind;
 using Label = TrafficLabel;
 
 bool OnGround(const PilotRecord& p) {
-    return p.GroundSpeed < 40.0f;
+    return p.GroundSpeed < kGroundSpeedKts;
+}
+
+bool Grouped(const TrafficInputs& in, int network, int slot) {
+    return in.Crowds && in.Crowds->IsGrouped(network, slot);
 }
 
 bool IsSelected(const LabelView* view, int network, bool pilot, int slot) {
@@ -55,11 +61,12 @@ void PlaneLabels(std::vector<Label>& labels, int n, const TrafficInputs& in) {
     const bool detailed = in.ViewZ >= kDetailedLabelZoom;
     for (int slot = 1; slot <= data.PilotCount; ++slot) {
         const PilotRecord& p = data.Pilots[size_t(slot)];
-        if (!PassesFriendFilter(in, p.VID))
+        if (!PassesFriendFilter(in, p.VID) || Grouped(in, n, slot))
             continue;
         Label label{Kind::Plane, n, p.Latitude, p.Longitude, {p.Callsign}, false, kAirborne};
         if (detailed)
-            label.Lines.append(LevelText(p.Altitude) + u' ' + QString::number(int(std::lround(p.GroundSpeed))) + u"kt"_s);
+            label.Lines.append(LevelText(p.Altitude) + u' ' +
+                               QString::number(int(std::lround(p.GroundSpeed))) + u"kt"_s);
         if (IsSelected(in.Labels, n, true, slot))
             label.Priority = kSelected;
         else if (in.Labels && in.FriendList.Contains(p.VID))
@@ -113,8 +120,8 @@ QSet<QString> StationLabels(std::vector<Label>& labels, int n, const TrafficInpu
         else if (in.Labels && in.FriendList.Contains(s.VID))
             priority = kFriend;
         if (!in.Labels || area) {
-            labels.push_back({Kind::Station, n, s.DisplayLatitude, s.DisplayLongitude, {s.Callsign}, area,
-                              priority, 3});
+            labels.push_back(
+                {Kind::Station, n, s.DisplayLatitude, s.DisplayLongitude, {s.Callsign}, area, priority, 3});
             continue;
         }
         const QString airport = s.Callsign.section(u'_', 0, 0);
@@ -122,8 +129,14 @@ QSet<QString> StationLabels(std::vector<Label>& labels, int n, const TrafficInpu
         if (group == groups.cend()) {
             groups.insert(airport, labels.size());
             airports.insert(airport);
-            labels.push_back({Kind::Station, n, s.DisplayLatitude, s.DisplayLongitude,
-                              {airport + u"  "_s + StationLetter(s.Callsign)}, false, priority, 3});
+            labels.push_back({Kind::Station,
+                              n,
+                              s.DisplayLatitude,
+                              s.DisplayLongitude,
+                              {airport + u"  "_s + StationLetter(s.Callsign)},
+                              false,
+                              priority,
+                              4});
             continue;
         }
         Label& label = labels[*group];
@@ -143,7 +156,7 @@ QSet<QString> StationLabels(std::vector<Label>& labels, int n, const TrafficInpu
     return airports;
 }
 
-// The boxes of the symbols drawn, which labels keep clear of.
+// The boxes of the symbols drawn, which labels keep clear of: aircraft and stations.
 std::vector<PixelRect> SymbolBoxes(const std::vector<int>& networks, const TrafficInputs& in) {
     const LabelView& v = *in.Labels;
     std::vector<PixelRect> boxes;
@@ -155,8 +168,7 @@ std::vector<PixelRect> SymbolBoxes(const std::vector<int>& networks, const Traff
         const network::NetworkData& data = in.Tables[n];
         for (int slot = 1; v.Planes && slot <= data.PilotCount; ++slot) {
             const PilotRecord& p = data.Pilots[size_t(slot)];
-            // Aircraft parked at an airport, unlabelled until close in, leave the airport's labels be.
-            if (PassesFriendFilter(in, p.VID) && (!OnGround(p) || in.ViewZ >= kGroundLabelZoom))
+            if (PassesFriendFilter(in, p.VID) && !Grouped(in, n, slot))
                 add(p.Latitude, p.Longitude, 6);
         }
         for (int slot = 1; v.Atc && slot <= data.ControllerCount; ++slot) {
@@ -169,14 +181,15 @@ std::vector<PixelRect> SymbolBoxes(const std::vector<int>& networks, const Traff
 }
 
 // Where each label goes: decluttered in the label view, else beside its symbol.
-std::vector<LabelSpot> Spots(const GlApi& gl, const std::vector<Label>& labels, const std::vector<int>& networks,
-                             const TrafficInputs& in) {
+std::vector<LabelSpot> Spots(const GlApi& gl, const std::vector<Label>& labels,
+                             const std::vector<int>& networks, const TrafficInputs& in) {
     std::vector<LabelSpot> spots(labels.size());
     if (!in.Labels) {
         for (size_t i = 0; i < labels.size(); ++i) {
             const Label& l = labels[i];
-            spots[i] = l.What == Kind::Plane ? LabelSpot{true, 9, -3}
-                                             : (l.What == Kind::Airport ? LabelSpot{true, 4, 4} : LabelSpot{true, 5, 3});
+            spots[i] = l.What == Kind::Plane
+                           ? LabelSpot{true, 9, -3}
+                           : (l.What == Kind::Airport ? LabelSpot{true, 4, 4} : LabelSpot{true, 5, 3});
         }
         return spots;
     }
@@ -192,9 +205,22 @@ std::vector<LabelSpot> Spots(const GlApi& gl, const std::vector<Label>& labels, 
         int width = 0;
         for (const QString& line : l.Lines)
             width = std::max(width, TextWidth(gl, line, l.Bold));
-        requests[i] = {point->X, point->Y, width, int(l.Lines.size()), l.Priority, l.SymbolRadiusPx};
+        // An airport's stations keep their label over the aircraft around it.
+        const bool insistent =
+            l.Priority == kAirportStations || l.Priority == kSelected || l.Priority == kFriend;
+        requests[i] = {point->X,   point->Y,         width,    int(l.Lines.size()),
+                       l.Priority, l.SymbolRadiusPx, insistent};
     }
-    return PlaceLabels(requests, SymbolBoxes(networks, in), v.Reserved, v.WidthPx, v.HeightPx);
+    // The numbers of crowds are text: no label goes over them.
+    std::vector<PixelRect> reserved = v.Reserved;
+    for (size_t c = 0; v.Planes && in.Crowds && c < in.Crowds->Crowds.size(); ++c) {
+        const Crowd& crowd = in.Crowds->Crowds[c];
+        if (const auto p = geo::LatLonToScreen(crowd.Lat, crowd.Lon, v.WidthPx, v.HeightPx, v.View)) {
+            const PixelRect box = CrowdMarkBox(gl, crowd.Count);
+            reserved.push_back({int(p->X) + box.X, int(p->Y) + box.Y, box.Width, box.Height});
+        }
+    }
+    return PlaceLabels(requests, SymbolBoxes(networks, in), reserved, v.WidthPx, v.HeightPx);
 }
 
 void Print(GlApi& gl, const Label& l, const LabelSpot& spot) {
@@ -208,6 +234,37 @@ void Print(GlApi& gl, const Label& l, const LabelSpot& spot) {
     }
 }
 
+// Records a list with the labels of these kinds in the plan, in that order.
+void RecordLabels(GlApi& gl, int list, std::initializer_list<Kind> kinds, const LabelPlan& plan,
+                  const TrafficInputs& in) {
+    const auto colourOf = [&](Kind kind, int n) {
+        const Style style = StyleFor(n, plan.Comparison);
+        return kind == Kind::Plane ? style.PlaneLabel
+                                   : (kind == Kind::Station ? style.AtcLabel : int(kSlotAirports));
+    };
+    Record(gl, list, [&] {
+        if (kinds.size() == 0)
+            return;
+        // An outline in the background colour keeps a label readable over lines, fills and symbols.
+        gl.TextOutline(in.Colours.Red[kSlotScreenBackground], in.Colours.Green[kSlotScreenBackground],
+                       in.Colours.Blue[kSlotScreenBackground], 1.0f);
+        // One colour at a time, changed only where the kind or the comparison's network changes.
+        int coloured = -1;
+        for (Kind kind : kinds) {
+            for (size_t i = 0; i < plan.Labels.size(); ++i) {
+                const Label& l = plan.Labels[i];
+                if (l.What != kind || !plan.Spots[i].Shown)
+                    continue;
+                if (colourOf(kind, l.Network) != coloured) {
+                    coloured = colourOf(kind, l.Network);
+                    SetColour(gl, in.Colours, coloured, 1.0f);
+                }
+                Print(gl, l, plan.Spots[i]);
+            }
+        }
+        gl.TextOutline(0.0f, 0.0f, 0.0f, 0.0f);
+    });
+}
 } // namespace
 
 LabelPlan PlanLabels(const GlApi& gl, int network, const TrafficInputs& in) {
@@ -228,26 +285,18 @@ LabelPlan PlanLabels(const GlApi& gl, int network, const TrafficInputs& in) {
     return plan;
 }
 
-void RecordLabels(GlApi& gl, int list, Kind kind, const LabelPlan& plan, const TrafficInputs& in) {
-    const auto colourOf = [&](int n) {
-        const Style style = StyleFor(n, plan.Comparison);
-        return kind == Kind::Plane ? style.PlaneLabel : (kind == Kind::Station ? style.AtcLabel : int(kSlotAirports));
-    };
-    Record(gl, list, [&] {
-        // One colour for the list, changed only where the comparison turns to the other network.
-        int coloured = colourOf(plan.Networks.front());
-        SetColour(gl, in.Colours, coloured, 1.0f);
-        for (size_t i = 0; i < plan.Labels.size(); ++i) {
-            const Label& l = plan.Labels[i];
-            if (l.What != kind || !plan.Spots[i].Shown)
-                continue;
-            if (colourOf(l.Network) != coloured) {
-                coloured = colourOf(l.Network);
-                SetColour(gl, in.Colours, coloured, 1.0f);
-            }
-            Print(gl, l, plan.Spots[i]);
-        }
-    });
+void RecordLabelLists(GlApi& gl, int network, const LabelPlan& plan, const TrafficInputs& in) {
+    const int base = lists::TrafficBase(network);
+    const bool together = in.Labels && in.Labels->Planes && in.Labels->PlaneLabels;
+    if (together) {
+        RecordLabels(gl, base + lists::kPlaneLabels, {Kind::Station, Kind::Airport, Kind::Plane}, plan, in);
+        RecordLabels(gl, base + lists::kAirportLabels, {}, plan, in);
+        RecordLabels(gl, base + lists::kAtcLabels, {}, plan, in);
+        return;
+    }
+    RecordLabels(gl, base + lists::kPlaneLabels, {Kind::Plane}, plan, in);
+    RecordLabels(gl, base + lists::kAirportLabels, {Kind::Airport}, plan, in);
+    RecordLabels(gl, base + lists::kAtcLabels, {Kind::Station}, plan, in);
 }
 
 } // namespace sky::render

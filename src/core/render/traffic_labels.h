@@ -37,7 +37,9 @@ struct LabelPlan {
 // the ground wait for a close zoom, and what finds no room is left out by priority.
 LabelPlan PlanLabels(const GlApi& gl, int network, const TrafficInputs& in);
 
-// Records one label list (aircraft, airport or station labels) of the plan.
-void RecordLabels(GlApi& gl, int list, TrafficLabel::Kind kind, const LabelPlan& plan, const TrafficInputs& in);
+// Records the three label lists of network's scene (0, 1 or 2) from the plan: aircraft, airport and
+// station labels each in their own list; decluttered, while aircraft labels show, all of them in the
+// aircraft labels' list, which the frame draws after every symbol, so no symbol covers a label.
+void RecordLabelLists(GlApi& gl, int network, const LabelPlan& plan, const TrafficInputs& in);
 
 } // namespace sky::render

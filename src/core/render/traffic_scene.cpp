@@ -52,12 +52,15 @@ void RecordAll(GlApi& gl, int network, const TrafficInputs& in) {
         for (int n : networks)
             draw(in.Tables[n], StyleFor(n, comparison));
     };
-    Record(gl, base + lists::kPlanes,
-           [&] { each([&](const NetworkData& d, const Style& s) { AircraftSymbols(gl, d, in, s); }); });
-    RecordLabels(gl, base + lists::kPlaneLabels, Kind::Plane, labels, in);
+    Record(gl, base + lists::kPlanes, [&] {
+        for (int n : networks) {
+            AircraftSymbols(gl, in.Tables[n], in, StyleFor(n, comparison));
+            CrowdMarks(gl, n, in, StyleFor(n, comparison));
+        }
+    });
+    RecordLabelLists(gl, network, labels, in);
     Record(gl, base + lists::kAirports,
            [&] { each([&](const NetworkData& d, const Style&) { AirportMarkers(gl, d, in); }); });
-    RecordLabels(gl, base + lists::kAirportLabels, Kind::Airport, labels, in);
     Record(gl, base + lists::kInbounds,
            [&] { each([&](const NetworkData& d, const Style&) { InboundLines(gl, d, in); }); });
     gl.DeleteList(lists::kHighlight);
@@ -65,7 +68,6 @@ void RecordAll(GlApi& gl, int network, const TrafficInputs& in) {
            [&] { each([&](const NetworkData& d, const Style& s) { SectorFills(gl, d, in, s); }); });
     Record(gl, base + lists::kOutlines,
            [&] { each([&](const NetworkData& d, const Style& s) { SectorOutlines(gl, d, in, s); }); });
-    RecordLabels(gl, base + lists::kAtcLabels, Kind::Station, labels, in);
     Record(gl, base + lists::kAtcMarkers,
            [&] { each([&](const NetworkData& d, const Style& s) { ControllerMarkers(gl, d, in, s); }); });
 }
@@ -124,18 +126,16 @@ void BuildPlaneLists(GlApi& gl, int network, const TrafficInputs& in) {
     const int base = lists::TrafficBase(network);
     const bool comparison = network == 2;
     Record(gl, base + lists::kPlanes, [&] {
-        for (int n : NetworksOf(network))
+        for (int n : NetworksOf(network)) {
             AircraftSymbols(gl, in.Tables[n], in, StyleFor(n, comparison));
+            CrowdMarks(gl, n, in, StyleFor(n, comparison));
+        }
     });
     BuildLabelLists(gl, network, in);
 }
 
 void BuildLabelLists(GlApi& gl, int network, const TrafficInputs& in) {
-    const int base = lists::TrafficBase(network);
-    const LabelPlan labels = PlanLabels(gl, network, in);
-    RecordLabels(gl, base + lists::kPlaneLabels, Kind::Plane, labels, in);
-    RecordLabels(gl, base + lists::kAirportLabels, Kind::Airport, labels, in);
-    RecordLabels(gl, base + lists::kAtcLabels, Kind::Station, labels, in);
+    RecordLabelLists(gl, network, PlanLabels(gl, network, in), in);
 }
 
 void DeleteTrafficLists(GlApi& gl, int network) {

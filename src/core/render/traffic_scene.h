@@ -19,6 +19,7 @@ namespace sky::render {
 
 class GlApi;
 class SectorShapes;
+struct CrowdPlan;
 
 // What the labels are placed for when they are decluttered: the view and the window they are seen
 // in, the areas they must keep off, and what is drawn. Without it every label goes beside its symbol.
@@ -44,6 +45,7 @@ struct TrafficInputs {
     float ViewZ = 1.0f; // symbols keep their size on screen; labels add level and speed when close
     const LabelView* Labels = nullptr; // decluttered labels; null: every label beside its symbol
     SectorShapes* Shapes = nullptr;    // the filled outlines of sectors, kept between builds
+    const CrowdPlan* Crowds = nullptr; // parked aircraft drawn as one mark per airport; null: none
 };
 
 // The zoom band the symbols were recorded for: a symbol list is rebuilt when the band changes.

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "geo/projection.h"
+#include "render/aircraft_layer.h"
 #include "render/frame.h"
 #include "render/panel_drawing.h"
 #include "render/traffic_scene.h"
@@ -56,11 +57,27 @@ std::optional<network::ClientRef> PointerControl::ClientAt(double x, double y, d
         if (s.Config.ShowPlanes) {
             for (int slot = 1; slot <= data.PilotCount; ++slot) {
                 const auto& p = data.Pilots[size_t(slot)];
-                consider(n, true, slot, p.VID, p.Latitude, p.Longitude);
+                if (!m_scene.Crowds().IsGrouped(n, slot))
+                    consider(n, true, slot, p.VID, p.Latitude, p.Longitude);
             }
         }
     }
     return found;
+}
+
+std::optional<render::Crowd> PointerControl::CrowdAt(double x, double y) const {
+    const MapState& s = m_state;
+    if (!s.Config.ShowPlanes)
+        return std::nullopt;
+    for (const render::Crowd& crowd : m_scene.Crowds().Crowds) {
+        const auto point = geo::LatLonToScreen(crowd.Lat, crowd.Lon, s.WidthPx, s.HeightPx, s.View);
+        if (!point)
+            continue;
+        const render::PixelRect box = render::CrowdMarkBox(m_gl, crowd.Count);
+        if (box.Contains(int(std::lround(x - point->X)), int(std::lround(y - point->Y))))
+            return crowd;
+    }
+    return std::nullopt;
 }
 
 QString PointerControl::AirportAt(double x, double y) const {
@@ -92,6 +109,11 @@ void PointerControl::Click(double x, double y) {
         return;
     if (!geo::ScreenToLatLon(x, y, m_state.WidthPx, m_state.HeightPx, m_state.View)) {
         ClearSelection();
+        return;
+    }
+    // The number of a crowd of parked aircraft opens their airport's board.
+    if (const std::optional<render::Crowd> crowd = CrowdAt(x, y)) {
+        m_panels.OpenBoard(crowd->Airport);
         return;
     }
     constexpr double kPickRadiusPx = 12.0;
@@ -128,7 +150,15 @@ bool PointerControl::Hover(double x, double y) {
     const render::PanelLayout layout = render::LayoutPanels(s.WidthPx, s.HeightPx);
     const bool overPanel = render::AnyPanelOpen(m_panels.Mode()) &&
                            HitTestPanels(layout, s.Panels, int(x), int(y)).Kind != PanelHitKind::None;
-    const auto client = overPanel || y < render::kTitleStripPx ? std::nullopt : ClientAt(x, y, 12.0);
+    const bool onMap = !overPanel && y >= render::kTitleStripPx;
+    if (const std::optional<render::Crowd> crowd = onMap ? CrowdAt(x, y) : std::nullopt) {
+        render::BuildHoverCard(m_gl, s.Colours, s.WidthPx, s.HeightPx, int(x), int(y), crowd->Airport,
+                               render::CrowdCard(*crowd), crowd->Network);
+        s.Display.HoverCard = true;
+        m_scene.Redraw();
+        return true;
+    }
+    const auto client = onMap ? ClientAt(x, y, 12.0) : std::nullopt;
     if (!client) {
         HoverEnd();
         return false;

@@ -5,10 +5,11 @@
 #include <QString>
 
 #include "network/client_records.h"
+#include "render/crowds.h"
 
 namespace sky::render {
 class GlApi;
-}
+} // namespace sky::render
 
 namespace sky::view {
 
@@ -16,8 +17,9 @@ struct MapState;
 class SceneControl;
 class PanelControl;
 
-// The mouse on the map: a left click selects the client nearest the pointer (within 12 pixels) and
-// opens its info box, opens the board of an airport in use, or clears the selection beside everything;
+// The mouse on the map: a left click on a crowd's mark opens its airport's board, else it selects the
+// client nearest the pointer (within 12 pixels) and opens its info box, opens the board of an airport
+// in use, or clears the selection beside everything;
 // dragging turns the globe under the pointer; the wheel zooms. Clicks reach an open panel first.
 class PointerControl {
 public:
@@ -35,6 +37,8 @@ public:
 
     // The shown client nearest (x, y) within radiusPx pixels, if any.
     std::optional<network::ClientRef> ClientAt(double x, double y, double radiusPx) const;
+    // The crowd of parked aircraft whose mark lies at (x, y), if any.
+    std::optional<render::Crowd> CrowdAt(double x, double y) const;
     // An airport in use within 8 pixels of (x, y), or empty.
     QString AirportAt(double x, double y) const;
 

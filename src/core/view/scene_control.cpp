@@ -80,9 +80,9 @@ SceneControl::LabelKey SceneControl::CurrentLabelKey() const {
                     s.HeightPx};
 }
 
-render::TrafficInputs SceneControl::Inputs(const render::LabelView* labels) {
+render::TrafficInputs SceneControl::Inputs(const render::LabelView* labels, int scene) {
     MapState& s = m_state;
-    return render::TrafficInputs{s.AllTables(),
+    render::TrafficInputs inputs{s.AllTables(),
                                  s.FriendList,
                                  s.Display.FriendsOnly,
                                  s.Colours,
@@ -91,6 +91,9 @@ render::TrafficInputs SceneControl::Inputs(const render::LabelView* labels) {
                                  s.View.ViewZ,
                                  s.Config.DeclutterLabels ? labels : nullptr,
                                  &s.Shapes};
+    m_crowds = render::PlanCrowds(inputs, scene == 2 ? std::vector<int>{0, 1} : std::vector<int>{scene});
+    inputs.Crowds = &m_crowds;
+    return inputs;
 }
 
 void SceneControl::PlacedFor(int scene) {
@@ -112,7 +115,7 @@ void SceneControl::BuildTrafficScene(int network) {
         }
         m_state.Selected.reset();
         const render::LabelView labels = CurrentLabelView();
-        render::BuildTrafficLists(m_gl, network, Inputs(&labels));
+        render::BuildTrafficLists(m_gl, network, Inputs(&labels, network));
         PlacedFor(network);
     }
     if (data.ConnectedClients > 0) {
@@ -138,7 +141,7 @@ void SceneControl::BuildComparisonScene() {
         Redraw();
         m_state.Selected.reset();
         const render::LabelView labels = CurrentLabelView();
-        render::BuildComparisonLists(m_gl, Inputs(&labels));
+        render::BuildComparisonLists(m_gl, Inputs(&labels, 2));
         PlacedFor(2);
         m_state.Display.SceneBuilt[2] = true;
     }
@@ -173,14 +176,20 @@ void SceneControl::ViewChanged() {
     if (render::SymbolBand(zoom) == m_symbolBand[shown] && detailed == m_detailedLabels[shown])
         return;
     const render::LabelView labels = CurrentLabelView();
-    render::BuildPlaneLists(m_gl, shown, Inputs(&labels));
+    render::BuildPlaneLists(m_gl, shown, Inputs(&labels, shown));
     PlacedFor(shown);
 }
 
 void SceneControl::RebuildLabels() {
     const int shown = m_state.Display.ShownNetwork;
     const render::LabelView labels = CurrentLabelView();
-    render::BuildLabelLists(m_gl, shown, Inputs(&labels));
+    const auto grouped = m_crowds.Grouped;
+    const render::TrafficInputs inputs = Inputs(&labels, shown);
+    // The selection or a switch may have taken an aircraft out of its crowd, or put it back.
+    if (m_crowds.Grouped != grouped)
+        render::BuildPlaneLists(m_gl, shown, inputs);
+    else
+        render::BuildLabelLists(m_gl, shown, inputs);
     PlacedFor(shown);
 }
 

@@ -8,6 +8,7 @@
 
 #include "geo/geodesy.h"
 #include "network/client_records.h"
+#include "render/crowds.h"
 #include "render/draw_scene.h"
 #include "render/highlight.h"
 #include "render/traffic_scene.h"
@@ -89,6 +90,8 @@ public:
 
     // What the labels are placed for now (the view, the window, what they keep clear of).
     render::LabelView CurrentLabelView() const;
+    // The crowds of parked aircraft the shown scene draws as one mark per airport.
+    const render::CrowdPlan& Crowds() const { return m_crowds; }
 
 private:
     // What a placement of labels depends on besides the view.
@@ -102,7 +105,8 @@ private:
         bool operator==(const LabelKey&) const = default;
     };
     LabelKey CurrentLabelKey() const;
-    render::TrafficInputs Inputs(const render::LabelView* labels);
+    // What the traffic builders draw from; the crowds are planned again for it.
+    render::TrafficInputs Inputs(const render::LabelView* labels, int scene);
     void RebuildLabels(); // the three label lists of the shown scene, for the view as it is
     void PlacedFor(int scene);
     void StatusChanged(); // records the status line from the state's text
@@ -116,6 +120,7 @@ private:
     geo::ViewState m_labelViewState;
     int m_highlightBand = 0;
     PathSource m_paths;
+    render::CrowdPlan m_crowds; // of the shown scene's symbols as last recorded
 };
 
 } // namespace sky::view

@@ -8,6 +8,7 @@
 
 #include "common/file_io.h"
 #include "geo/projection.h"
+#include "render/aircraft_layer.h"
 #include "render/list_numbers.h"
 #include "testing/recording_gl.h"
 #include "view/keys.h"
@@ -169,6 +170,25 @@ TEST_F(Session, AClickOpensTheNearestClientsBoxAndBesideTheGlobeClears) {
     m_session->Pointer().Click(1, 30);
     EXPECT_FALSE(m_session->Selected().has_value());
     EXPECT_FALSE(m_gl.IsList(lists::kHighlight));
+}
+
+TEST_F(Session, AClickOnACrowdsNumberOpensItsAirportsBoardAndItsCardCountsIt) {
+    StartAndDownload(1);
+    const auto& crowds = m_session->Scene().Crowds().Crowds;
+    const auto seen = std::find_if(crowds.begin(), crowds.end(), [&](const render::Crowd& c) {
+        const auto p = geo::LatLonToScreen(c.Lat, c.Lon, 800, 600, m_session->View());
+        return p && p->X > 100 && p->X < 480 && p->Y > 100 && p->Y < 500;
+    });
+    ASSERT_NE(seen, crowds.end());
+    const render::Crowd crowd = *seen; // the crowds are planned again with every placement of labels
+    const auto point = geo::LatLonToScreen(crowd.Lat, crowd.Lon, 800, 600, m_session->View());
+    const double x = point->X + render::kCrowdTextDx + 3, y = point->Y;
+    ASSERT_TRUE(m_session->Pointer().Hover(x, y));
+    EXPECT_NE(RecordingGl::PrintedText(m_gl.List(lists::kHoverCard)).find(" on the ground"),
+              std::string::npos);
+    m_session->Pointer().Click(x, y);
+    EXPECT_EQ(m_session->PanelController().Mode(), PanelMode::Table);
+    EXPECT_EQ(m_session->Panels().BoardAirport, crowd.Airport);
 }
 
 TEST_F(Session, LabelsArePlacedForTheViewWhenItComesToRestAndDTurnsDeclutteringOff) {
