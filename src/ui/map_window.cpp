@@ -257,6 +257,7 @@ void MapWindow::resizeGL(int w, int h) {
     m_session->Resize(w, h);
     if (rescaled)
         m_session->Scene().TextChanged();
+    m_settleTimer.start(); // labels are placed again once the size stops changing
 }
 
 void MapWindow::paintGL() {

@@ -71,4 +71,13 @@ TEST_F(Gui, ParkedAircraftAreOneMarkUntilTheyStandClearAndNoLabelGoesOverASymbol
     EXPECT_EQ(over, 0) << "label pixels on aircraft symbols";
 }
 
+// A click on an airport's dot opens its board, though its tower stands on it.
+TEST_F(Gui, AClickOnAnAirportsDotOpensItsBoard) {
+    const QStringList feed = LocalFeed(ParkedAtFrankfurt());
+    const QImage image =
+        Snapshot(feed + QStringList{u"--view"_s, u"8.5584,50.0267,8"_s, u"--keys"_s, u"click 400 300"_s});
+    ASSERT_FALSE(image.isNull());
+    EXPECT_GT(BlackIn(image, QRect(20, 60, 480, 450)), 100000) << "no board opened";
+}
+
 } // namespace

@@ -68,7 +68,7 @@ TEST_F(Gui, SmallWheelStepsAddUpToAZoomStep) {
     EXPECT_EQ(Setting(u"Zoom", u"Z1"), u"179"); // 1.49 times 1.2, once: 50 units are left over
 }
 
-TEST_F(Gui, ThePreferencesChangeTheThemeAtOnceAndKeepHandWrittenLines) {
+TEST_F(Gui, ThePreferencesChangeTheWholeMapsThemeAtOnceAndKeepHandWrittenLines) {
     Write(u"skln.ini"_s, "; my own note\n[Display]\nColourTheme=default.dc\n");
     QProcess program;
     const QString window = Start(program, {u"--demo"_s});
@@ -81,10 +81,13 @@ TEST_F(Gui, ThePreferencesChangeTheThemeAtOnceAndKeepHandWrittenLines) {
     QThread::msleep(600);
     const QImage after = Grab(window);
     ASSERT_EQ(before.size(), after.size());
-    int changed = 0;
-    for (int x = 0; x < before.width(); ++x)
-        changed += before.pixel(x, 10) != after.pixel(x, 10) ? 1 : 0;
-    EXPECT_GT(changed, 400) << "the title strip kept its colours";
+    // The title strip and the globe (row 300 crosses it) both take the new colours.
+    for (const int y : {10, 300}) {
+        int changed = 0;
+        for (int x = 0; x < before.width(); ++x)
+            changed += before.pixel(x, y) != after.pixel(x, y) ? 1 : 0;
+        EXPECT_GT(changed, 400) << "row " << y << " kept its colours";
+    }
     ASSERT_TRUE(CloseAndWait(program, window));
     const QByteArray text = sky::ReadWholeFile(m_home.filePath(u"skln.ini"_s)).value_or(QByteArray());
     EXPECT_TRUE(text.startsWith("; my own note\n[Display]\nColourTheme=daylight.dc\n")) << text.toStdString();

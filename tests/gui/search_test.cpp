@@ -37,8 +37,9 @@ TEST_F(Gui, TheSearchFieldFindsAFlightAndAnAirportAndGoesThere) {
     EXPECT_EQ(Setting(u"Zoom", u"X1"), u"1225"); // centred on DLH4AB
     EXPECT_EQ(Setting(u"Zoom", u"Y1"), u"-4750");
     EXPECT_EQ(Setting(u"Zoom", u"Z1"), u"1600");
-    EXPECT_EQ(Setting(u"Zoom", u"X2"), u"856"); // and on Frankfurt
-    EXPECT_EQ(Setting(u"Zoom", u"Y2"), u"-5003");
+    // and on Frankfurt shown right of its board: 265 pixels east of the middle at zoom 16
+    EXPECT_EQ(Setting(u"Zoom", u"X2"), u"610");
+    EXPECT_EQ(Setting(u"Zoom", u"Y2"), u"-5000");
 }
 
 TEST_F(Gui, AClickOnAHeaderSortsThePilotListAndAnotherTurnsItRound) {

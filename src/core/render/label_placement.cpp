@@ -7,8 +7,8 @@
 namespace sky::render {
 namespace {
 
-// The small font's baseline lies this far below the top of its line; a descender goes 3 below it.
-constexpr int kAscentPx = 9;
+// The small font's baseline lies kLabelAscentPx below the top of its line; a descender goes 3 below it.
+constexpr int kAscentPx = kLabelAscentPx;
 constexpr int kDescentPx = 3;
 
 // The box of a label whose first line starts at (left, top), and the spot that puts it there.
@@ -20,7 +20,7 @@ struct Place {
 Place PlaceAt(const LabelRequest& r, int left, int top) {
     const int height = kLabelLinePx * (r.Lines - 1) + kAscentPx + kDescentPx;
     const int x = int(std::lround(r.X)), y = int(std::lround(r.Y));
-    return {{left, top, r.WidthPx, height}, {true, left - x, y - (top + kAscentPx)}};
+    return {{left, top, r.WidthPx, height}, {true, left - x, y - (top + kAscentPx), r.WidthPx, height}};
 }
 
 std::vector<Place> Places(const LabelRequest& r) {

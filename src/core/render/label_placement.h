@@ -23,9 +23,11 @@ struct LabelRequest {
 struct LabelSpot {
     bool Shown = false;
     int Dx = 0, Dy = 0;
+    int WidthPx = 0, HeightPx = 0; // the box it takes, its top left kLabelAscentPx above the baseline
 };
 
 inline constexpr int kLabelLinePx = 11;
+inline constexpr int kLabelAscentPx = 9;
 
 // The place right of the symbol, where every label goes when labels are not decluttered.
 LabelSpot DefaultSpot(const LabelRequest& request);

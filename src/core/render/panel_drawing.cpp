@@ -83,9 +83,19 @@ void OpenPanel(const Painter& p, int list, const PixelRect& area) {
     p.Outline(area, kSlotScreenBorder);
 }
 
-// Cut to the characters that fit in pixels of the small font.
-QString Fit(const QString& text, int pixels) {
-    return text.left(std::max(0, pixels / 6));
+// The text as it fits in pixels of its font: whole, or cut and ended with an ellipsis.
+QString Fit(const GlApi& gl, const QString& text, int pixels, bool bold = false) {
+    if (TextWidth(gl, text, bold) <= pixels)
+        return text;
+    const QString ellipsis = QStringLiteral("\u2026");
+    const int room = pixels - TextWidth(gl, ellipsis, bold);
+    qsizetype kept = 0;
+    for (int used = 0; kept < text.size(); ++kept) {
+        used += TextWidth(gl, text.mid(kept, 1), bold);
+        if (used > room)
+            break;
+    }
+    return kept > 0 ? text.left(kept) + ellipsis : QString();
 }
 
 } // namespace
@@ -98,7 +108,7 @@ void BuildInfoBox(GlApi& gl, const ColourTable& colours, const PanelLayout& layo
     p.Shade({box.X, box.Y, box.Width, 20});
     p.Outline(box, kSlotScreenBorder);
     p.Colour(content.NetworkSlot == 1 ? kSlotVATSIM : kSlotIVAO, 1.0f);
-    p.Text(box.X + 8, box.Y + 3, content.Title, true);
+    p.Text(box.X + 8, box.Y + 3, Fit(gl, content.Title, box.Width - 16, true), true);
     p.Colour(kSlotScreenBorder, 1.0f);
     const int lastTop = layout.CentreButton.Y - PanelLayout::kLineHeight;
     for (qsizetype i = 0; i < content.Lines.size(); ++i) {
@@ -108,7 +118,7 @@ void BuildInfoBox(GlApi& gl, const ColourTable& colours, const PanelLayout& layo
         // The airports of a flight are links to their traffic board.
         const bool link = i == content.DepartureLine || i == content.DestinationLine;
         p.Colour(link ? kSlotHighlight : kSlotScreenBorder, 1.0f);
-        p.Text(box.X + 8, top, Fit(content.Lines[i], box.Width - 16));
+        p.Text(box.X + 8, top, Fit(gl, content.Lines[i], box.Width - 16));
     }
     p.Button(layout.CentreButton, u"Center"_s);
     p.Button(layout.ProfileButton, u"Profile"_s);
@@ -126,7 +136,7 @@ void BuildTablePanel(GlApi& gl, const ColourTable& colours, const PanelLayout& l
     if (content.Tabs.isEmpty()) {
         p.Shade({panel.X, panel.Y, panel.Width, 22});
         p.Colour(kSlotScreenBorder, 1.0f);
-        p.Text(panel.X + 8, panel.Y + 5, Fit(content.Title, panel.Width - 16), true);
+        p.Text(panel.X + 8, panel.Y + 5, Fit(gl, content.Title, panel.Width - 16, true), true);
     } else {
         for (qsizetype tab = 0; tab < content.Tabs.size() && tab < qsizetype(layout.Tabs.size()); ++tab) {
             const PixelRect& r = layout.Tabs[size_t(tab)];
@@ -134,7 +144,7 @@ void BuildTablePanel(GlApi& gl, const ColourTable& colours, const PanelLayout& l
                 p.Fill(r, kSlotWindowShading, 0.6f);
             p.Outline(r, kSlotScreenBorder);
             p.Colour(kSlotScreenBorder, 1.0f);
-            p.Text(r.X + 5, r.Y + 2, Fit(content.Tabs[tab], r.Width - 8));
+            p.Text(r.X + 5, r.Y + 2, Fit(gl, content.Tabs[tab], r.Width - 8));
         }
     }
     const auto& columns = PanelLayout::kColumns;
@@ -144,7 +154,7 @@ void BuildTablePanel(GlApi& gl, const ColourTable& colours, const PanelLayout& l
         p.Fill(r, kSlotWindowShading, h == content.SortColumn ? 0.5f : 0.25f);
         p.Colour(kSlotScreenBorder, 1.0f);
         const QString mark = h == content.SortColumn ? (content.Descending ? u" v"_s : u" ^"_s) : QString();
-        p.Text(r.X + 2, r.Y, Fit(content.Headers[h] + mark, r.Width - 4));
+        p.Text(r.X + 2, r.Y, Fit(gl, content.Headers[h] + mark, r.Width - 4));
     }
     for (size_t row = 0; row < content.Rows.size() && row < layout.Rows.size(); ++row) {
         const PixelRect& r = layout.Rows[row];
@@ -155,7 +165,7 @@ void BuildTablePanel(GlApi& gl, const ColourTable& colours, const PanelLayout& l
                  1.0f);
         const QStringList& cells = content.Rows[row];
         if (cells.size() == 1) { // a line of its own across the row
-            p.Text(r.X + 4, r.Y, Fit(cells[0], r.Width - 8));
+            p.Text(r.X + 4, r.Y, Fit(gl, cells[0], r.Width - 8));
             continue;
         }
         const bool go = content.GoButtons && client;
@@ -165,7 +175,7 @@ void BuildTablePanel(GlApi& gl, const ColourTable& colours, const PanelLayout& l
             const int next = cell + 1 < 4 ? columns[cell + 1] : r.Width - (go ? 32 : 0);
             if (cell == 1)
                 p.Colour(kSlotScreenBorder, 1.0f);
-            p.Text(r.X + 4 + columns[cell], r.Y, Fit(cells[cell], next - columns[cell] - 6));
+            p.Text(r.X + 4 + columns[cell], r.Y, Fit(gl, cells[cell], next - columns[cell] - 6));
         }
     }
     p.Button(layout.PreviousPage, u"< prev"_s);

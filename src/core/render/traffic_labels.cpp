@@ -67,8 +67,9 @@ void PlaneLabels(std::vector<Label>& labels, int n, const TrafficInputs& in) {
         if (detailed)
             label.Lines.append(LevelText(p.Altitude) + u' ' +
                                QString::number(int(std::lround(p.GroundSpeed))) + u"kt"_s);
+        // The selection's highlight prints its callsign: one is enough.
         if (IsSelected(in.Labels, n, true, slot))
-            label.Priority = kSelected;
+            continue;
         else if (in.Labels && in.FriendList.Contains(p.VID))
             label.Priority = kFriend;
         else if (OnGround(p)) {
@@ -91,7 +92,7 @@ void AirportLabels(std::vector<Label>& labels, int n, const TrafficInputs& in, c
         if (labelled.contains(key) || skip.contains(code))
             return;
         labelled.insert(key);
-        labels.push_back({Kind::Airport, n, lat, lon, {code}, false, kAirport, 3});
+        labels.push_back({Kind::Airport, n, lat, lon, {code}, false, kAirport, 3, code});
     };
     for (int slot = 1; slot <= data.PilotCount; ++slot) {
         const PilotRecord& p = data.Pilots[size_t(slot)];
@@ -115,6 +116,9 @@ QSet<QString> StationLabels(std::vector<Label>& labels, int n, const TrafficInpu
             continue;
         const bool area = s.FacilityType > network::kFacilityApproach;
         int priority = area ? kAreaStation : kAirportStations;
+        // A selected centre's callsign is the highlight's; an airport's label stays with its airport.
+        if (area && IsSelected(in.Labels, n, false, slot))
+            continue;
         if (IsSelected(in.Labels, n, false, slot))
             priority = kSelected;
         else if (in.Labels && in.FriendList.Contains(s.VID))
@@ -190,6 +194,8 @@ std::vector<LabelSpot> Spots(const GlApi& gl, const std::vector<Label>& labels,
             spots[i] = l.What == Kind::Plane
                            ? LabelSpot{true, 9, -3}
                            : (l.What == Kind::Airport ? LabelSpot{true, 4, 4} : LabelSpot{true, 5, 3});
+            spots[i].WidthPx = TextWidth(gl, l.Lines.value(0), l.Bold);
+            spots[i].HeightPx = kLabelLinePx * int(l.Lines.size());
         }
         return spots;
     }
@@ -266,6 +272,23 @@ void RecordLabels(GlApi& gl, int list, std::initializer_list<Kind> kinds, const 
     });
 }
 } // namespace
+
+QString LabelPlan::AirportAt(const LabelView& view, double x, double y) const {
+    for (size_t i = 0; i < Labels.size(); ++i) {
+        const Label& l = Labels[i];
+        const LabelSpot& spot = Spots[i];
+        if (l.Airport.isEmpty() || !spot.Shown)
+            continue;
+        const auto p = geo::LatLonToScreen(l.Lat, l.Lon, view.WidthPx, view.HeightPx, view.View);
+        if (!p)
+            continue;
+        const PixelRect box{int(std::lround(p->X)) + spot.Dx,
+                            int(std::lround(p->Y)) - spot.Dy - kLabelAscentPx, spot.WidthPx, spot.HeightPx};
+        if (box.Contains(int(std::lround(x)), int(std::lround(y))))
+            return l.Airport;
+    }
+    return {};
+}
 
 LabelPlan PlanLabels(const GlApi& gl, int network, const TrafficInputs& in) {
     LabelPlan plan;

@@ -10,6 +10,7 @@ namespace sky::render {
 
 class GlApi;
 struct TrafficInputs;
+struct LabelView;
 
 // One label of the traffic scene: where, what, and which of the three label lists it goes into.
 struct TrafficLabel {
@@ -21,6 +22,7 @@ struct TrafficLabel {
     bool Bold = false;
     int Priority = 0;
     int SymbolRadiusPx = 8;
+    QString Airport; // the airport an airport's or its stations' label names
 };
 
 // The labels of a scene and where each goes, decided once for the three lists.
@@ -29,6 +31,10 @@ struct LabelPlan {
     bool Comparison = false;
     std::vector<TrafficLabel> Labels;
     std::vector<LabelSpot> Spots;
+
+    // The airport whose label covers (x, y), pixels from the top left, in the view the labels were
+    // placed for (or another: labels stay beside their points); empty when none does.
+    QString AirportAt(const LabelView& view, double x, double y) const;
 };
 
 // The labels of network (0, 1, or 2 for both): aircraft (callsign, and level and speed when close),

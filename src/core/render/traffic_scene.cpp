@@ -43,7 +43,7 @@ std::vector<int> NetworksOf(int network) {
 }
 
 // Records the nine lists of lists base + offset from the given networks' tables, in their fixed order.
-void RecordAll(GlApi& gl, int network, const TrafficInputs& in) {
+LabelPlan RecordAll(GlApi& gl, int network, const TrafficInputs& in) {
     const int base = lists::TrafficBase(network);
     const bool comparison = network == 2;
     const std::vector<int> networks = NetworksOf(network);
@@ -70,6 +70,7 @@ void RecordAll(GlApi& gl, int network, const TrafficInputs& in) {
            [&] { each([&](const NetworkData& d, const Style& s) { SectorOutlines(gl, d, in, s); }); });
     Record(gl, base + lists::kAtcMarkers,
            [&] { each([&](const NetworkData& d, const Style& s) { ControllerMarkers(gl, d, in, s); }); });
+    return labels;
 }
 
 // The five texts of a network's row of the client-count panel; its controllers are counted as the
@@ -114,15 +115,15 @@ bool PassesFriendFilter(const TrafficInputs& in, const QString& vid) {
     return !in.FriendsOnly || in.FriendList.Contains(vid);
 }
 
-void BuildTrafficLists(GlApi& gl, int network, const TrafficInputs& in) {
-    RecordAll(gl, network, in);
+LabelPlan BuildTrafficLists(GlApi& gl, int network, const TrafficInputs& in) {
+    return RecordAll(gl, network, in);
 }
 
-void BuildComparisonLists(GlApi& gl, const TrafficInputs& in) {
-    RecordAll(gl, 2, in);
+LabelPlan BuildComparisonLists(GlApi& gl, const TrafficInputs& in) {
+    return RecordAll(gl, 2, in);
 }
 
-void BuildPlaneLists(GlApi& gl, int network, const TrafficInputs& in) {
+LabelPlan BuildPlaneLists(GlApi& gl, int network, const TrafficInputs& in) {
     const int base = lists::TrafficBase(network);
     const bool comparison = network == 2;
     Record(gl, base + lists::kPlanes, [&] {
@@ -131,11 +132,13 @@ void BuildPlaneLists(GlApi& gl, int network, const TrafficInputs& in) {
             CrowdMarks(gl, n, in, StyleFor(n, comparison));
         }
     });
-    BuildLabelLists(gl, network, in);
+    return BuildLabelLists(gl, network, in);
 }
 
-void BuildLabelLists(GlApi& gl, int network, const TrafficInputs& in) {
-    RecordLabelLists(gl, network, PlanLabels(gl, network, in), in);
+LabelPlan BuildLabelLists(GlApi& gl, int network, const TrafficInputs& in) {
+    LabelPlan labels = PlanLabels(gl, network, in);
+    RecordLabelLists(gl, network, labels, in);
+    return labels;
 }
 
 void DeleteTrafficLists(GlApi& gl, int network) {

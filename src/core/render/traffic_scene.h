@@ -8,6 +8,7 @@
 #include "geo/geodesy.h"
 #include "network/client_records.h"
 #include "render/panel_layout.h"
+#include "render/traffic_labels.h"
 
 namespace sky {
 class Friends;
@@ -62,19 +63,20 @@ QString LevelText(float altitudeFt);
 bool PassesFriendFilter(const TrafficInputs& in, const QString& vid);
 
 // Records the nine traffic lists of one network (0 or 1) in their fixed order, deleting the
-// highlight (list 42) between the inbound lines and the sector fills.
-void BuildTrafficLists(GlApi& gl, int network, const TrafficInputs& in);
+// highlight (list 42) between the inbound lines and the sector fills. These builders return the labels
+// as they placed them.
+LabelPlan BuildTrafficLists(GlApi& gl, int network, const TrafficInputs& in);
 // Records the aircraft symbols and the three label lists alone (after a zoom that changed their size
 // or detail); network 2 is the comparison.
-void BuildPlaneLists(GlApi& gl, int network, const TrafficInputs& in);
+LabelPlan BuildPlaneLists(GlApi& gl, int network, const TrafficInputs& in);
 // Records the aircraft, airport and controller labels of network (0, 1 or 2 for the comparison),
 // decluttered together when the inputs carry a label view.
-void BuildLabelLists(GlApi& gl, int network, const TrafficInputs& in);
+LabelPlan BuildLabelLists(GlApi& gl, int network, const TrafficInputs& in);
 
 // Deletes the nine traffic lists of network (0, 1 or 2) and the client-count panel, before new data.
 void DeleteTrafficLists(GlApi& gl, int network);
 // Records lists 30 to 38: both networks' traffic in their own colours.
-void BuildComparisonLists(GlApi& gl, const TrafficInputs& in);
+LabelPlan BuildComparisonLists(GlApi& gl, const TrafficInputs& in);
 
 // Records the client-count panel (list 56): pilots, controllers, observers and total of each network,
 // in columns as wide as their texts, right-aligned under the title strip.

@@ -100,6 +100,7 @@ bool HistoryControl::Show(int index) {
     m_index = live ? -1 : index;
     m_state.Display.Replaying = !live;
     m_scene.RebuildScene(m_network);
+    m_scene.ClientCountChanged(); // the figures of the snapshot shown
     if (!live)
         m_scene.SetStatus(network::NetworkName(m_network) + u" data of "_s +
                           network::StampTime(data.UpdateStamp) +

@@ -17,6 +17,14 @@ namespace {
 // A FIR is seen whole from this zoom.
 constexpr float kFirZoom = 4.0f;
 
+// The part of the map right of the list panel or board.
+render::PixelRect FreeOfTable(int widthPx, int heightPx) {
+    const render::PixelRect table = render::LayoutPanels(widthPx, heightPx).ListPanel;
+    const int left = table.X + table.Width;
+    return {left, render::kTitleStripPx, std::max(1, widthPx - left),
+            std::max(1, heightPx - 2 * render::kTitleStripPx)};
+}
+
 } // namespace
 
 MapSession::MapSession(Folders files, Settings settings, Friends friends, render::GlApi& gl, MapHost& host,
@@ -195,6 +203,7 @@ std::vector<search::SearchResult> MapSession::Search(const QString& text) {
 }
 
 void MapSession::ChooseSearchResult(const search::SearchResult& result) {
+    m_panelControl.SetFilter({}); // the search's text filters the list only while the field is open
     switch (result.Kind) {
     case search::ResultKind::Client:
         CentreAndClose(result.Latitude, result.Longitude, result.Code);
@@ -205,6 +214,8 @@ void MapSession::ChooseSearchResult(const search::SearchResult& result) {
         m_scene.MarkAirport(result.Latitude, result.Longitude, result.Code);
         CentreAndClose(result.Latitude, result.Longitude, result.Code);
         m_panelControl.OpenBoard(result.Code);
+        // The airport shows beside its board, not under it.
+        m_scene.CentreIn(FreeOfTable(m_state.WidthPx, m_state.HeightPx));
         break;
     case search::ResultKind::Fir:
         CentreAndClose(result.Latitude, result.Longitude, result.Code, kFirZoom);

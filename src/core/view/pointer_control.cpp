@@ -80,13 +80,13 @@ std::optional<render::Crowd> PointerControl::CrowdAt(double x, double y) const {
     return std::nullopt;
 }
 
-QString PointerControl::AirportAt(double x, double y) const {
+QString PointerControl::AirportAt(double x, double y, double radiusPx) const {
     const MapState& s = m_state;
     const int shown = s.Display.ShownNetwork == 1 ? 1 : 0;
     if (!s.Config.ShowAirports || s.Display.ShownNetwork == 2)
         return {};
     const network::NetworkData& data = s.AllTables()[shown];
-    double best = 8.0 * 8.0;
+    double best = radiusPx * radiusPx;
     QString found;
     const auto consider = [&](const QString& code, float lat, float lon) {
         if (code.isEmpty() || (lat == 0.0f && lon == 0.0f))
@@ -111,18 +111,25 @@ void PointerControl::Click(double x, double y) {
         ClearSelection();
         return;
     }
-    // The number of a crowd of parked aircraft opens their airport's board.
+    // A crowd's number, an airport's label or its dot open the airport's board; a symbol its client.
     if (const std::optional<render::Crowd> crowd = CrowdAt(x, y)) {
         m_panels.OpenBoard(crowd->Airport);
         return;
     }
-    constexpr double kPickRadiusPx = 12.0;
-    if (const auto client = ClientAt(x, y, kPickRadiusPx)) {
+    if (const QString airport = m_scene.AirportLabelAt(x, y); !airport.isEmpty()) {
+        m_panels.OpenBoard(airport);
+        return;
+    }
+    constexpr double kPickRadiusPx = 12.0, kAirportDotPx = 4.0;
+    // The stations of an airport stand on its dot: there the airport comes first.
+    const auto client = ClientAt(x, y, kPickRadiusPx);
+    const QString dot = client && client->IsPilot ? QString() : AirportAt(x, y, kAirportDotPx);
+    if (client && dot.isEmpty()) {
         Select(*client);
         return;
     }
     // Beside every client, an airport in use opens its traffic board.
-    const QString airport = AirportAt(x, y);
+    const QString airport = dot.isEmpty() ? AirportAt(x, y, 8.0) : dot;
     if (!airport.isEmpty())
         m_panels.OpenBoard(airport);
     else
@@ -169,6 +176,8 @@ bool PointerControl::Hover(double x, double y) {
     if (client->IsPilot) {
         const auto& p = data.Pilots[size_t(client->Slot)];
         title = p.Callsign;
+        if (!p.RealName.isEmpty())
+            lines.append(p.RealName);
         lines.append(p.AircraftType.isEmpty() ? u"no aircraft filed"_s : p.AircraftType);
         if (!p.DestAirport.isEmpty())
             lines.append(p.DepAirport + u" - "_s + p.DestAirport);

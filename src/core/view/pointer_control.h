@@ -17,9 +17,9 @@ struct MapState;
 class SceneControl;
 class PanelControl;
 
-// The mouse on the map: a left click on a crowd's mark opens its airport's board, else it selects the
-// client nearest the pointer (within 12 pixels) and opens its info box, opens the board of an airport
-// in use, or clears the selection beside everything;
+// The mouse on the map: a left click on a crowd's number, an airport's label or its dot opens the
+// airport's board; on an aircraft or a station (within 12 pixels) it selects it and opens its info box;
+// near an airport in use it opens its board; beside everything it clears the selection;
 // dragging turns the globe under the pointer; the wheel zooms. Clicks reach an open panel first.
 class PointerControl {
 public:
@@ -39,8 +39,8 @@ public:
     std::optional<network::ClientRef> ClientAt(double x, double y, double radiusPx) const;
     // The crowd of parked aircraft whose mark lies at (x, y), if any.
     std::optional<render::Crowd> CrowdAt(double x, double y) const;
-    // An airport in use within 8 pixels of (x, y), or empty.
-    QString AirportAt(double x, double y) const;
+    // An airport in use within radiusPx pixels of (x, y), or empty.
+    QString AirportAt(double x, double y, double radiusPx = 8.0) const;
 
 private:
     void Select(const network::ClientRef& client);

@@ -115,7 +115,7 @@ void SceneControl::BuildTrafficScene(int network) {
         }
         m_state.Selected.reset();
         const render::LabelView labels = CurrentLabelView();
-        render::BuildTrafficLists(m_gl, network, Inputs(&labels, network));
+        m_labels = render::BuildTrafficLists(m_gl, network, Inputs(&labels, network));
         PlacedFor(network);
     }
     if (data.ConnectedClients > 0) {
@@ -141,7 +141,7 @@ void SceneControl::BuildComparisonScene() {
         Redraw();
         m_state.Selected.reset();
         const render::LabelView labels = CurrentLabelView();
-        render::BuildComparisonLists(m_gl, Inputs(&labels, 2));
+        m_labels = render::BuildComparisonLists(m_gl, Inputs(&labels, 2));
         PlacedFor(2);
         m_state.Display.SceneBuilt[2] = true;
     }
@@ -176,7 +176,7 @@ void SceneControl::ViewChanged() {
     if (render::SymbolBand(zoom) == m_symbolBand[shown] && detailed == m_detailedLabels[shown])
         return;
     const render::LabelView labels = CurrentLabelView();
-    render::BuildPlaneLists(m_gl, shown, Inputs(&labels, shown));
+    m_labels = render::BuildPlaneLists(m_gl, shown, Inputs(&labels, shown));
     PlacedFor(shown);
 }
 
@@ -186,10 +186,8 @@ void SceneControl::RebuildLabels() {
     const auto grouped = m_crowds.Grouped;
     const render::TrafficInputs inputs = Inputs(&labels, shown);
     // The selection or a switch may have taken an aircraft out of its crowd, or put it back.
-    if (m_crowds.Grouped != grouped)
-        render::BuildPlaneLists(m_gl, shown, inputs);
-    else
-        render::BuildLabelLists(m_gl, shown, inputs);
+    m_labels = m_crowds.Grouped != grouped ? render::BuildPlaneLists(m_gl, shown, inputs)
+                                           : render::BuildLabelLists(m_gl, shown, inputs);
     PlacedFor(shown);
 }
 
@@ -198,7 +196,10 @@ void SceneControl::ViewSettled() {
     const geo::ViewState& v = m_state.View;
     const bool moved = v.ViewX != m_labelViewState.ViewX || v.ViewY != m_labelViewState.ViewY ||
                        v.ViewZ != m_labelViewState.ViewZ;
-    if (m_state.Config.DeclutterLabels && moved && m_state.Display.SceneBuilt[m_state.Display.ShownNetwork]) {
+    // A resized window, too, shows new room and new places for labels.
+    const bool changed = moved || !m_labelKey || !(*m_labelKey == CurrentLabelKey());
+    if (m_state.Config.DeclutterLabels && changed &&
+        m_state.Display.SceneBuilt[m_state.Display.ShownNetwork]) {
         RebuildLabels();
         m_host.Redraw();
     }
@@ -307,13 +308,25 @@ void SceneControl::SetView(const geo::ViewState& view) {
     m_state.View = view;
 }
 
+QString SceneControl::AirportLabelAt(double x, double y) const {
+    if (!m_state.Display.SceneBuilt[size_t(m_state.Display.ShownNetwork)])
+        return {};
+    render::LabelView view;
+    view.View = m_state.View;
+    view.WidthPx = m_state.WidthPx;
+    view.HeightPx = m_state.HeightPx;
+    return m_labels.AirportAt(view, x, y);
+}
+
 render::FrameInputs SceneControl::Frame() {
     geo::ClampView(m_state.View);
     const DisplayState& d = m_state.Display;
-    return render::FrameInputs{
-        m_state.Config,  m_state.Colours, m_state.View,  d.ShownNetwork, PanelModeOf(m_state.Panels),
-        d.ShowCountries, d.ShowAbout,     d.FriendsOnly, d.HoverCard,    d.ShowTrails,
-        m_state.WidthPx, m_state.HeightPx};
+    const render::PanelMode panels = PanelModeOf(m_state.Panels);
+    // A panel that opens hides the card of what the pointer rested on.
+    const bool card = d.HoverCard && !render::AnyPanelOpen(panels);
+    return render::FrameInputs{m_state.Config, m_state.Colours, m_state.View,    d.ShownNetwork,
+                               panels,         d.ShowCountries, d.ShowAbout,     d.FriendsOnly,
+                               card,           d.ShowTrails,    m_state.WidthPx, m_state.HeightPx};
 }
 
 void SceneControl::CentreOn(float latitude, float longitude, const QString& name, float zoom) {
@@ -321,6 +334,20 @@ void SceneControl::CentreOn(float latitude, float longitude, const QString& name
     m_state.View.ViewX = longitude;
     m_state.View.ViewZ = zoom;
     SetStatus(u"Centered on "_s + name);
+    Redraw();
+    ViewSettled();
+}
+
+void SceneControl::CentreIn(const render::PixelRect& area) {
+    const double cx = m_state.WidthPx / 2.0, cy = m_state.HeightPx / 2.0;
+    const double tx = area.X + area.Width / 2.0, ty = area.Y + area.Height / 2.0;
+    // The point now that far on the other side of the centre goes to the centre.
+    const auto across =
+        geo::ScreenToLatLon(2.0 * cx - tx, 2.0 * cy - ty, m_state.WidthPx, m_state.HeightPx, m_state.View);
+    if (!across)
+        return;
+    m_state.View.ViewX = across->Lon;
+    m_state.View.ViewY = -across->Lat;
     Redraw();
     ViewSettled();
 }

@@ -74,6 +74,9 @@ public:
     // Turns the map to face the point at zoom 16 (or another) and says "Centered on " + name. The
     // caller closes the panels, so the map shows where it went.
     void CentreOn(float latitude, float longitude, const QString& name, float zoom = 16.0f);
+    // Turns the map, at its zoom, so that the point at the centre shows in the middle of area instead
+    // (pixels): what a panel over the map leaves free.
+    void CentreIn(const render::PixelRect& area);
 
     // Draws a frame now: the zoom band and the labels' surroundings are checked first.
     void Redraw();
@@ -92,6 +95,8 @@ public:
     render::LabelView CurrentLabelView() const;
     // The crowds of parked aircraft the shown scene draws as one mark per airport.
     const render::CrowdPlan& Crowds() const { return m_crowds; }
+    // The airport whose label (its code, or its stations' label) covers pixel (x, y); empty if none.
+    QString AirportLabelAt(double x, double y) const;
 
 private:
     // What a placement of labels depends on besides the view.
@@ -121,6 +126,7 @@ private:
     int m_highlightBand = 0;
     PathSource m_paths;
     render::CrowdPlan m_crowds; // of the shown scene's symbols as last recorded
+    render::LabelPlan m_labels; // the shown scene's labels as last placed
 };
 
 } // namespace sky::view
