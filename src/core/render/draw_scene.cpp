@@ -11,9 +11,14 @@ namespace sky::render {
 
 void DrawScene(GlApi& gl, const FrameInputs& in) {
     const geo::ViewState& view = in.View;
+    const int w = in.WidthPx;
+    const int h = in.HeightPx;
+    // The globe's viewport is a square of twice the window's height; a window wider than that gets a
+    // viewport as wide as itself, the projection widened with it, so the map fills it at the same scale.
+    const double wide = w > 2 * h ? double(w) / (2.0 * h) : 1.0;
     gl.Clear();
     gl.LoadIdentity();
-    gl.Ortho(-1, 1, -1, 1, -10, 1);
+    gl.Ortho(-wide, wide, -1, 1, -10, 1);
     gl.PushMatrix();
     // With the far plane at 1 the near surface sits at depth +1 when zoomed in, and the globe is cut at
     // its centre plane when zoomed out: only the near side is ever drawn.
@@ -23,9 +28,10 @@ void DrawScene(GlApi& gl, const FrameInputs& in) {
         gl.Translate(0.0f, 0.0f, -1.0f);
     gl.Rotate(view.ViewY, -1.0f, 0.0f, 0.0f);
     gl.Rotate(view.ViewX, 0.0f, -1.0f, 0.0f);
-    const int w = in.WidthPx;
-    const int h = in.HeightPx;
-    gl.Viewport(w / 2 - h, -h / 2, 2 * h, 2 * h);
+    if (wide > 1.0)
+        gl.Viewport(0, -h / 2, w, 2 * h);
+    else
+        gl.Viewport(w / 2 - h, -h / 2, 2 * h, 2 * h);
     gl.Scale(view.ViewZ, view.ViewZ, view.ViewZ);
     gl.BlendFunc(BlendFactor::SrcAlpha, BlendFactor::OneMinusSrcAlpha);
     DrawCore(gl, in);

@@ -67,6 +67,19 @@ TEST_F(Frame, SwitchesGateTheirLayers) {
                                 lists::kClientCount, lists::kListPanel, lists::kInfoBox}));
 }
 
+// The globe's viewport: a square of twice the window's height, or as wide as a window wider than that.
+TEST_F(Frame, TheGlobesViewportIsTwiceTheHeightSquareOrTheWholeOfAWideWindow) {
+    const struct {
+        int width;
+        std::vector<float> viewport;
+    } rows[] = {{1000, {-100, -300, 1200, 1200}}, {1600, {0, -300, 1600, 1200}}};
+    for (const auto& row : rows) {
+        m_frame.WidthPx = row.width;
+        Draw();
+        EXPECT_EQ(First(Op::Viewport).Values, row.viewport) << row.width;
+    }
+}
+
 // The pixel tests see the globe's square viewport; here the depth that cuts it.
 TEST_F(Frame, ZoomedOutTheGlobeIsCutAtItsCentreZoomedInAtItsNearSurface) {
     Draw();
