@@ -84,11 +84,13 @@ TEST(ConsoleMode, ReadsTheJsonFeedsOfBothNetworksAndSaysWhyThereIsNoData) {
                           input);
     };
     const auto [vatsim, progress] =
-        run(server.Url(u"vatsim-data.json"_s), u"vatsim"_s, "stat\natis LFPO_ATIS\n");
+        run(server.Url(u"vatsim-data.json"_s), u"vatsim"_s, "stat\natis LFPO_ATIS\nrwy LFPO\nrwy eddw\n");
     EXPECT_TRUE(vatsim.contains(
         u"> stat\nVATSIM data of 1423Z - 1700 clients\n (375 ATC, 1300 planes, 25 observers)"_s))
         << vatsim.toStdString();
     EXPECT_TRUE(vatsim.contains(u"> atis LFPO_ATIS\nLFPO information"_s));
+    EXPECT_TRUE(vatsim.contains(u"> rwy LFPO\nLFPO runways in use: 09 (ATIS G)\n"_s));
+    EXPECT_TRUE(vatsim.contains(u"> rwy EDDW\nEDDW runways in use: no ATIS online\n"_s));
     EXPECT_TRUE(progress.contains(u"VATSIM data interpreted"_s) ||
                 progress.contains(u"VATSIM data of 1423Z displayed"_s))
         << progress.toStdString();

@@ -1,6 +1,7 @@
 #include "companion/console.h"
 
 #include "companion/activity_commands.h"
+#include "companion/conditions_commands.h"
 #include "companion/query_commands.h"
 #include "companion/search_commands.h"
 #include "companion/weather_commands.h"
@@ -123,6 +124,8 @@ void CompanionConsole::ReadText(const QString& typed, CommandContext& c) {
         Act(c, Last(line, 4));
     else if (word == u"traffic" && (length == 10 || length == 12))
         Traffic(c, line.mid(8).toUpper());
+    else if (word == u"rwy" && length == 8)
+        Rwy(c, Last(line, 4).toUpper());
 }
 
 } // namespace sky::companion
