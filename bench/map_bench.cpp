@@ -269,6 +269,7 @@ BENCHMARK(BM_DrawOneLayer)
     ->Arg(26)
     ->Arg(27)
     ->Arg(28)
+    ->Arg(64)
     ->Unit(benchmark::kMillisecond);
 
 } // namespace

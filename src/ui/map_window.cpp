@@ -82,6 +82,12 @@ MapWindow::MapWindow(MapOptions options)
         makeCurrent();
         m_session->Scene().ViewSettled();
     });
+    m_minuteTimer.setInterval(60 * 1000);
+    connect(&m_minuteTimer, &QTimer::timeout, this, [this] {
+        makeCurrent();
+        m_session->MinuteTick();
+        update();
+    });
     connect(&m_downloadTimer, &QTimer::timeout, this, [this] {
         makeCurrent();
         m_session->Downloader().DownloadTimerTick();
@@ -222,6 +228,7 @@ void MapWindow::StartUp() {
     if (!missing.isEmpty())
         Report(u"Cannot read "_s + QDir::toNativeSeparators(missing) + u": the map is drawn without it."_s);
     m_downloadTimer.start();
+    m_minuteTimer.start();
     m_session->DownloadOnStart(m_options.DownloadNetworks);
     ApplyInput(m_options.Input);
     if (!m_options.SnapshotPath.isEmpty())

@@ -1,6 +1,7 @@
 #include "gui_fixture.h"
 
 #include "geo/geodesy.h"
+#include "geo/projection.h"
 
 using namespace Qt::StringLiterals;
 
@@ -194,6 +195,30 @@ TEST_F(Gui, SectorsStayOnTheGlobeAndTheDateLineCutIsNotDrawn) {
     ASSERT_FALSE(dateLine.isNull());
     EXPECT_GT(CountNear(dateLine, kSectorBorder, 10), 200); // the outer edges at 170 east and west
     EXPECT_EQ(CountNear(dateLine, kSectorBorder, 10, QRect(396, 120, 9, 200)), 0);
+}
+
+// At noon on 21 November the sun stands over 20 S 3.5 W: the Indian Ocean (10 S 60 E) is in day, the
+// Pacific at 10 N 160 E in night, shaded darker by the night side's black.
+TEST_F(Gui, TheNightSideOfTheGlobeIsShaded) {
+    const sky::geo::ViewState view{90.0f, 0.0f, 0.5f};
+    const QImage image = Snapshot(LocalFeed({CruisingPilot(u"DLH1"_s, 70, -40)}, u"20261121120000"_s) +
+                                  QStringList{u"--view"_s, u"90,0,0.5"_s});
+    ASSERT_FALSE(image.isNull());
+    const auto brightness = [&](float lat, float lon) {
+        const auto p = sky::geo::LatLonToScreen(lat, lon, image.width(), image.height(), view);
+        EXPECT_TRUE(p.has_value());
+        std::vector<int> sums;
+        for (int dy = -3; dy <= 3; ++dy)
+            for (int dx = -3; dx <= 3; ++dx) {
+                const QRgb c = image.pixel(int(p->X) + dx, int(p->Y) + dy);
+                sums.push_back(qRed(c) + qGreen(c) + qBlue(c));
+            }
+        std::nth_element(sums.begin(), sums.begin() + long(sums.size() / 2), sums.end());
+        return sums[sums.size() / 2];
+    };
+    const int day = brightness(-10.0f, 60.0f), night = brightness(10.0f, 160.0f);
+    EXPECT_GT(day, 30);
+    EXPECT_LE(night, day * (1.0 - 0.45) + 3) << "day " << day << ", night " << night;
 }
 
 } // namespace

@@ -116,6 +116,7 @@ Settings ReadSettings(const IniFile& ini, const ScreenMetrics& screen) {
     s.ShowInbounds = Boolean(ini, u"Map", u"ShowInbounds", false);
     s.ShowActualHeading = Boolean(ini, u"Map", u"ShowActualHeading", false);
     s.DeclutterLabels = Boolean(ini, u"Map", u"DeclutterLabels", true);
+    s.ShowNight = Boolean(ini, u"Map", u"ShowNight", true);
     return s;
 }
 
@@ -156,6 +157,7 @@ void WriteSettings(const Settings& s, const WindowPlacement& window, float twips
     ini.SetValue(u"Map"_s, u"ShowInbounds"_s, BooleanText(s.ShowInbounds));
     ini.SetValue(u"Map"_s, u"ShowActualHeading"_s, BooleanText(s.ShowActualHeading));
     ini.SetValue(u"Map"_s, u"DeclutterLabels"_s, BooleanText(s.DeclutterLabels));
+    ini.SetValue(u"Map"_s, u"ShowNight"_s, BooleanText(s.ShowNight));
 }
 
 void WriteChangedPreferences(const Settings& before, const Settings& after, IniFile& ini) {

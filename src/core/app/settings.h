@@ -64,6 +64,7 @@ struct Settings {
     bool ShowAirportLabels = true;
     bool ShowInbounds = false;
     bool ShowActualHeading = false;
+    bool ShowNight = true; // the night side of the globe shaded (N)
     // Labels that would overlap are left out by priority (the D key); off, every label is drawn.
     bool DeclutterLabels = true;
 

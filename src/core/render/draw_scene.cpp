@@ -66,6 +66,8 @@ void DrawCore(GlApi& gl, const FrameInputs& in) {
     if (!s.DisableSmooth)
         gl.Enable(Capability::LineSmooth);
     gl.CallList(lists::kGlobe);
+    if (s.ShowNight)
+        gl.CallList(lists::kNight);
     if (s.ShowLatLon)
         gl.CallList(lists::kGrid);
     if (in.ShowCountries && !s.DisableCountries)

@@ -181,6 +181,11 @@ void KeyUp(KeyContext& c, int key, int modifiers) {
         StoreOrRestoreView(c, key - keys::Digit(1), shift);
         c.Commands.Redraw();
         return;
+    case keys::Letter('N'):
+        s.ShowNight = !s.ShowNight;
+        SetStatus(c, s.ShowNight ? u"Night side shown"_s : u"Night side off"_s);
+        c.Commands.Redraw();
+        return;
     case keys::Letter('D'):
         s.DeclutterLabels = !s.DeclutterLabels;
         SetStatus(c, s.DeclutterLabels ? u"Labels decluttered"_s : u"All labels shown"_s);

@@ -96,6 +96,7 @@ QString MapSession::StartUp() {
     m_scene.Redraw();
     const render::GeographyResult geography = render::LoadGeography(
         m_gl, m_state.Colours, data, m_state.Config.DisableCountries, [this] { m_scene.Redraw(); });
+    m_scene.RecordNight(m_download.Now());
     m_scene.SetStatus(u"Ready"_s);
     m_state.Display.ShowAbout = false;
     render::DeleteTitleBox(m_gl);
@@ -115,6 +116,7 @@ void MapSession::RecordAllLists() {
     if (m_state.Display.ShowAbout)
         render::BuildTitleBox(m_gl, m_state.Colours, m_state.WidthPx, m_state.HeightPx);
     m_scene.ThemeChanged();
+    m_scene.RecordNight(m_download.Now(), true);
     if (m_state.Display.ShowTrails)
         m_scene.RecordAllTrails(m_history.AllTracks());
     m_panelControl.RecordAgain();

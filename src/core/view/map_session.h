@@ -43,6 +43,8 @@ public:
     void Resize(int widthPx, int heightPx);
     // A new GL context: every list is recorded again in it (the reference data stay as read).
     void RecordAllLists();
+    // Once a minute: what follows the clock (the night side).
+    void MinuteTick() { m_scene.RecordNight(m_download.Now()); }
     // What the next frame is drawn from (the view clamped once, as each frame does).
     render::FrameInputs Frame() { return m_scene.Frame(); }
 

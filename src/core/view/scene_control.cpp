@@ -7,7 +7,9 @@
 
 #include "geo/projection.h"
 #include "render/aircraft_layer.h"
+#include "conditions/sun.h"
 #include "render/frame.h"
+#include "render/night_layer.h"
 #include "render/panel_layout.h"
 #include "render/text.h"
 #include "view/map_host.h"
@@ -129,6 +131,7 @@ void SceneControl::BuildTrafficScene(int network) {
         display.StatusText = u"No data to display"_s;
     }
     StatusChanged();
+    RecordNight(m_nightTime);
     Redraw();
     display.SceneBuilt[network] = true;
 }
@@ -288,6 +291,21 @@ void SceneControl::RecordHighlight() {
                             1.8 * render::SymbolSize(m_state.View.ViewZ),
                             s.Network,
                             paths ? &*paths : nullptr});
+}
+
+void SceneControl::RecordNight(const QDateTime& clock, bool force) {
+    const int shown = m_state.Display.ShownNetwork == 1 ? 1 : 0;
+    const network::NetworkData& data = m_state.AllTables()[shown];
+    QDateTime moment = clock;
+    if (data.ConnectedClients > 0) {
+        const QDateTime stamped = QDateTime::fromString(data.UpdateStamp, u"yyyyMMddHHmmss"_s);
+        if (stamped.isValid())
+            moment = QDateTime(stamped.date(), stamped.time(), Qt::UTC);
+    }
+    if (!force && m_nightTime.isValid() && std::abs(m_nightTime.secsTo(moment)) < 60)
+        return;
+    m_nightTime = moment;
+    render::BuildNight(m_gl, conditions::SubsolarPoint(moment));
 }
 
 void SceneControl::RecordAllTrails(const std::vector<std::vector<geo::LatLon>>& tracks) {

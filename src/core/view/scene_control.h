@@ -4,6 +4,7 @@
 #include <functional>
 #include <optional>
 
+#include <QDateTime>
 #include <QString>
 
 #include "geo/geodesy.h"
@@ -88,6 +89,9 @@ public:
     // the route ahead dashed, in the network's colour.
     using PathSource = std::function<render::FlightPaths(const network::ClientRef&)>;
     void SetPathSource(PathSource source) { m_paths = std::move(source); }
+    // The night side (list 64) for the time the map shows: the shown data's, or clock's without data.
+    // Recorded again only when that time moved by a minute or more (or force).
+    void RecordNight(const QDateTime& clock, bool force = false);
     // The tracks of every shown aircraft (list 60), recorded when the data change.
     void RecordAllTrails(const std::vector<std::vector<geo::LatLon>>& tracks);
 
@@ -127,6 +131,7 @@ private:
     PathSource m_paths;
     render::CrowdPlan m_crowds; // of the shown scene's symbols as last recorded
     render::LabelPlan m_labels; // the shown scene's labels as last placed
+    QDateTime m_nightTime;      // what the night side was recorded for
 };
 
 } // namespace sky::view

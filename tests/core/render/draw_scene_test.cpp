@@ -45,10 +45,10 @@ TEST_F(Frame, DrawsEveryLayerInItsFixedOrder) {
     m_frame.ShowAbout = false;
     m_settings.ShowInbounds = true;
     Draw();
-    EXPECT_EQ(CalledLists(),
-              (std::vector<int>{lists::kGlobe, lists::kGrid, lists::kBorders, 25, 26, lists::kCoastlines, 22,
-                                23, 27, 28, lists::kHighlight, 24, 20, 21, lists::kFrame,
-                                lists::kNetworkMarks, lists::kStatusLine, lists::kClientCount}));
+    EXPECT_EQ(CalledLists(), (std::vector<int>{lists::kGlobe, lists::kNight, lists::kGrid, lists::kBorders,
+                                               25, 26, lists::kCoastlines, 22, 23, 27, 28, lists::kHighlight,
+                                               24, 20, 21, lists::kFrame, lists::kNetworkMarks,
+                                               lists::kStatusLine, lists::kClientCount}));
 }
 
 TEST_F(Frame, SwitchesGateTheirLayers) {
@@ -56,6 +56,7 @@ TEST_F(Frame, SwitchesGateTheirLayers) {
     m_frame.ShowCountries = false;
     m_frame.Panels = PanelMode::TableAndInfoBox;
     m_settings.ShowLatLon = false;
+    m_settings.ShowNight = false;
     m_settings.ShowPlaneLabels = false;
     m_settings.ShowATC = false;
     m_settings.ShowAirports = false;
