@@ -90,6 +90,8 @@ public:
             0);
         if (qEnvironmentVariableIsEmpty("DISPLAY"))
             GTEST_SKIP() << "no X display: run under xvfb-run";
+        // The night side follows the clock: off, so what the tests read does not depend on the hour.
+        Write(u"skln.ini"_s, "[Map]\nShowNight=0\n");
     }
 
     // Runs the program to its end; its exit code, or -1 when it had to be killed.
@@ -144,14 +146,14 @@ public:
                 u"--download"_s, u"ivao"_s};
     }
 
-    // The first window of that name, waiting up to 20 seconds for it to appear.
+    // The first window of that name that shows, waiting up to 20 seconds for it to appear.
     static QString FindWindow(const QString& name) {
         QString window;
         QElapsedTimer waited;
         waited.start();
         while (window.isEmpty() && waited.elapsed() < 20000) {
             QThread::msleep(200);
-            window = Xdotool({u"search"_s, u"--name"_s, name}).section(u'\n', 0, 0);
+            window = Xdotool({u"search"_s, u"--onlyvisible"_s, u"--name"_s, name}).section(u'\n', 0, 0);
         }
         return window;
     }

@@ -150,7 +150,7 @@ TEST_F(Gui, AtTwiceTheScaleTheMapFillsTheWindowAndTextKeepsItsSize) {
     ASSERT_EQ(scaled.size(), normal.size() * 2);
     // No traffic before a download: nothing in the aircraft's colours; a snapshot writes no settings.
     EXPECT_LT(CountNear(normal, kPlaneBorder, 20), 50);
-    EXPECT_FALSE(QFile::exists(m_home.filePath(u"skln.ini"_s)));
+    EXPECT_EQ(sky::ReadWholeFile(m_home.filePath(u"skln.ini"_s)), QByteArray("[Map]\nShowNight=0\n"));
     // The globe reaches into the upper right quarter, as it does at the normal scale.
     const QRgb globe = qRgb(0x10, 0x10, 0x2A);
     const auto upperRight = [](const QImage& i) {
@@ -201,6 +201,7 @@ TEST_F(Gui, SectorsStayOnTheGlobeAndTheDateLineCutIsNotDrawn) {
 // Pacific at 10 N 160 E in night, shaded darker by the night side's black.
 TEST_F(Gui, TheNightSideOfTheGlobeIsShaded) {
     const sky::geo::ViewState view{90.0f, 0.0f, 0.5f};
+    Write(u"skln.ini"_s, "[Map]\nShowNight=1\n");
     const QImage image = Snapshot(LocalFeed({CruisingPilot(u"DLH1"_s, 70, -40)}, u"20261121120000"_s) +
                                   QStringList{u"--view"_s, u"90,0,0.5"_s});
     ASSERT_FALSE(image.isNull());
