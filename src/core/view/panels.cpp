@@ -237,6 +237,45 @@ int PageCount(size_t clients, int rowsPerPage) {
     return std::max(1, int((clients + size_t(rowsPerPage) - 1) / size_t(std::max(1, rowsPerPage))));
 }
 
+namespace {
+
+// Texts compared as people read them: the numbers inside (AAL198, AAL1784, "Member 99") by their
+// value, everything else ignoring case.
+int CompareNatural(QStringView x, QStringView y) {
+    const auto digit = [](QChar c) { return c >= u'0' && c <= u'9'; };
+    qsizetype i = 0, j = 0;
+    while (i < x.size() && j < y.size()) {
+        if (digit(x[i]) && digit(y[j])) {
+            while (i < x.size() - 1 && x[i] == u'0' && digit(x[i + 1]))
+                ++i;
+            while (j < y.size() - 1 && y[j] == u'0' && digit(y[j + 1]))
+                ++j;
+            qsizetype endX = i, endY = j;
+            while (endX < x.size() && digit(x[endX]))
+                ++endX;
+            while (endY < y.size() && digit(y[endY]))
+                ++endY;
+            // Without leading zeros the longer run is the larger number; of equal length, the first
+            // digit that differs decides.
+            if (endX - i != endY - j)
+                return endX - i < endY - j ? -1 : 1;
+            if (const int digits = x.sliced(i, endX - i).compare(y.sliced(j, endY - j)); digits != 0)
+                return digits < 0 ? -1 : 1;
+            i = endX;
+            j = endY;
+            continue;
+        }
+        const char32_t a = x[i].toCaseFolded().unicode(), b = y[j].toCaseFolded().unicode();
+        if (a != b)
+            return a < b ? -1 : 1;
+        ++i;
+        ++j;
+    }
+    return i < x.size() ? 1 : (j < y.size() ? -1 : 0);
+}
+
+} // namespace
+
 void SortRows(std::vector<QStringList>& rows, std::vector<ClientRef>& clients, const SortOrder& sort) {
     if (sort.Column < 0)
         return;
@@ -250,9 +289,9 @@ void SortRows(std::vector<QStringList>& rows, std::vector<ClientRef>& clients, c
         if (!x.isEmpty() && !y.isEmpty() && x[0].isDigit() && y[0].isDigit()) {
             const double dx = LeadingNumber(x), dy = LeadingNumber(y);
             compared = dx < dy ? -1 : (dx > dy ? 1 : 0);
-        } else {
-            compared = x.compare(y, Qt::CaseInsensitive);
         }
+        if (compared == 0)
+            compared = CompareNatural(x, y);
         return sort.Descending ? compared > 0 : compared < 0;
     });
     std::vector<QStringList> sortedRows;

@@ -98,8 +98,8 @@ TableContent AirportBoardContent(int network, const network::NetworkData& data, 
                                  const ReferenceData& reference, int pageIndex, int rowsPerPage,
                                  const SortOrder& sort = {}, const QString& weather = {});
 
-// Sorts rows (and the clients beside them) by a column: numbers by their value, texts ignoring case;
-// equal rows keep their order.
+// Sorts rows (and the clients beside them) by a column: numbers by their value, texts ignoring case
+// with the numbers inside them by value (AAL198 before AAL1784); equal rows keep their order.
 void SortRows(std::vector<QStringList>& rows, std::vector<ClientRef>& clients, const SortOrder& sort);
 
 // Texts longer than width characters, broken at blanks into lines.

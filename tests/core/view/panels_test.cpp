@@ -70,6 +70,35 @@ TEST(WrapText, BreaksAtBlanksAndCutsOverlongWords) {
     EXPECT_TRUE(WrapText(u"   "_s, 10).isEmpty());
 }
 
+TEST(SortRows, NumbersInsideTextsCompareByValueAndEqualRowsKeepTheirOrder) {
+    const struct {
+        const char* name;
+        QStringList cells, sorted;
+    } rows[] = {
+        {"callsigns",
+         {u"AAL1784"_s, u"AAL198"_s, u"aal20"_s, u"AAL2"_s},
+         {u"AAL2"_s, u"aal20"_s, u"AAL198"_s, u"AAL1784"_s}},
+        {"member numbers",
+         {u"Member 123456"_s, u"Member 99"_s, u"Member 0100"_s},
+         {u"Member 99"_s, u"Member 0100"_s, u"Member 123456"_s}},
+        {"numbers and equal texts",
+         {u"12.5 nm"_s, u"3.25 nm"_s, u"EDDF"_s, u"eddf"_s, u"3.5 nm"_s},
+         {u"3.25 nm"_s, u"3.5 nm"_s, u"12.5 nm"_s, u"EDDF"_s, u"eddf"_s}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        std::vector<QStringList> table;
+        for (const QString& cell : row.cells)
+            table.push_back({cell});
+        std::vector<ClientRef> clients(table.size());
+        SortRows(table, clients, {0, false});
+        QStringList sorted;
+        for (const QStringList& line : table)
+            sorted.append(line[0]);
+        EXPECT_EQ(sorted, row.sorted);
+    }
+}
+
 class PanelContent : public ::testing::Test {
 protected:
     void SetUp() override {
