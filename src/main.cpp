@@ -1,7 +1,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 
-#include "common/numbers.h"
+#include "geo/view_option.h"
 #include "console_mode.h"
 #include "launch.h"
 #include "window_run.h"
@@ -17,19 +17,6 @@ QStringList Arguments(int argc, char* argv[]) {
     for (int i = 0; i < argc; ++i)
         arguments.append(QString::fromLocal8Bit(argv[i]));
     return arguments;
-}
-
-// "LON,LAT,ZOOM" as a view, or nullopt.
-std::optional<sky::geo::ViewState> ParseView(const QString& text) {
-    const QStringList parts = text.split(u',');
-    if (parts.size() != 3)
-        return std::nullopt;
-    bool ok[3] = {};
-    const double lon = parts[0].toDouble(&ok[0]), lat = parts[1].toDouble(&ok[1]),
-                 zoom = parts[2].toDouble(&ok[2]);
-    if (!ok[0] || !ok[1] || !ok[2])
-        return std::nullopt;
-    return sky::geo::ViewState{sky::ToSingle(lon), sky::ToSingle(-lat), sky::ToSingle(zoom)};
 }
 
 } // namespace
@@ -65,7 +52,10 @@ int main(int argc, char* argv[]) {
     const QCommandLineOption consoleOption(
         u"console"_s,
         u"The Companion in this terminal: commands from standard input, answers on standard output."_s);
-    const QCommandLineOption viewOption(u"view"_s, u"Start with the view LON,LAT,ZOOM."_s, u"LON,LAT,ZOOM"_s);
+    const QCommandLineOption viewOption(
+        u"view"_s,
+        u"Start with the view LON,LAT,ZOOM (longitude -180 to 180, latitude -90 to 90, zoom 0.3 to 50)."_s,
+        u"LON,LAT,ZOOM"_s);
     const QCommandLineOption helpOption(QStringList{u"h"_s, u"help"_s}, u"Show this help and exit."_s);
     const QCommandLineOption versionOption(u"version"_s, u"Show the version and exit."_s);
     parser.addOptions({homeOption, demoOption, ivaoStatusOption, vatsimStatusOption, downloadOption,
@@ -103,11 +93,17 @@ int main(int argc, char* argv[]) {
         return 2;
     }
     if (parser.isSet(viewOption)) {
-        launch.View = ParseView(parser.value(viewOption));
-        if (!launch.View) {
+        const QString text = parser.value(viewOption);
+        const std::optional<sky::geo::ViewOption> view = sky::geo::ParseViewOption(text);
+        if (!view) {
             PrintLine(stderr, u"--view takes LON,LAT,ZOOM, e.g. 8.5,50,2."_s);
             return 2;
         }
+        // Out of range is no reason to refuse: the map starts at the nearest view it can show.
+        if (view->Clamped)
+            PrintLine(stderr, u"Skylantra: --view "_s + text + u" is out of range; starting at "_s +
+                                  sky::geo::ViewOptionText(view->View) + u"."_s);
+        launch.View = view->View;
     }
 
     if (parser.isSet(consoleOption)) {
