@@ -9,6 +9,7 @@
 #include <QScreen>
 
 #include "app/colour_theme.h"
+#include "close_on_signals.h"
 #include "map_window.h"
 
 using namespace Qt::StringLiterals;
@@ -89,6 +90,9 @@ int RunWindow(const LaunchOptions& launch) {
     options.PrintPanel = launch.PrintPanel;
     options.HistoryFile = launch.HistoryFile;
     MapWindow window(std::move(options));
+    // Log-out (SIGTERM), Ctrl+C (SIGINT) and a closed terminal (SIGHUP) close the map as its own close
+    // button does: settings, friends and history written, the lock released on the way out.
+    const CloseOnSignals closer([&window] { window.close(); });
     window.show();
     return QApplication::exec();
 }

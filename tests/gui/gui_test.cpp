@@ -1,3 +1,5 @@
+#include <csignal>
+
 #include "gui_fixture.h"
 
 using namespace Qt::StringLiterals;
@@ -23,6 +25,25 @@ TEST_F(Gui, KeysChangeTheMapAndClosingSavesTheView) {
     EXPECT_EQ(Setting(u"Zoom", u"X1"), u"2005");
     EXPECT_EQ(Setting(u"Zoom", u"Y1"), u"-5751");
     EXPECT_EQ(Setting(u"Zoom", u"Z1"), u"149");
+}
+
+// Log-out (SIGTERM), Ctrl+C (SIGINT) and a closed terminal (SIGHUP) close the map as its close button
+// does: the settings written, the lock released.
+TEST_F(Gui, TermIntAndHangUpSignalsSaveTheSettingsAndReleaseTheLock) {
+    for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
+        SCOPED_TRACE(number);
+        // Only closing writes the settings file; a value out of range comes back clamped.
+        Write(u"skln.ini"_s, "[Network]\nDownloadMinutes=1\n");
+        QProcess program;
+        ASSERT_FALSE(Start(program, {}).isEmpty()) << "the map window did not appear";
+        ASSERT_EQ(::kill(pid_t(program.processId()), number), 0);
+        ASSERT_TRUE(program.waitForFinished(20000));
+        EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(program.exitCode(), 0);
+        EXPECT_EQ(Setting(u"Network", u"DownloadMinutes"), u"3");
+        EXPECT_EQ(Setting(u"Zoom", u"X1"), u"1334");
+        EXPECT_FALSE(QFile::exists(m_home.filePath(u"skylantra.lock"_s)));
+    }
 }
 
 TEST_F(Gui, TheCompanionAnswersAndRecallsItsLastCommand) {
