@@ -38,8 +38,11 @@ private:
 } // namespace
 
 int RunConsole(const LaunchOptions& launch) {
-    const Folders folders =
-        PrepareFolders(launch, [](const QString& text) { PrintLine(stderr, u"Skylantra: "_s + text); });
+    const auto report = [](const QString& text) { PrintLine(stderr, u"Skylantra: "_s + text); };
+    QString downloadNotice;
+    const Folders folders = PrepareFolders(launch, report, &downloadNotice);
+    if (!downloadNotice.isEmpty())
+        report(downloadNotice);
     Friends friends;
     Settings config = LoadSettings(folders.Home, ScreenMetrics{}, friends);
     UseDemoWeather(launch, folders, config);

@@ -34,15 +34,29 @@ void UseDemoWeather(const LaunchOptions& launch, const Folders& folders, Setting
     settings.WeatherServer = QUrl::fromLocalFile(QDir(folders.Holding(weather)).filePath(weather)).toString();
 }
 
-Folders PrepareFolders(const LaunchOptions& launch, const std::function<void(const QString&)>& report) {
+Folders PrepareFolders(const LaunchOptions& launch, const std::function<void(const QString&)>& report,
+                       QString* downloadNotice) {
     Folders folders = FindFolders(launch.HomeOption, qEnvironmentVariable("SKYLANTRA_HOME"),
                                   QCoreApplication::applicationDirPath());
+    const QString temporary = QDir(QStandardPaths::writableLocation(QStandardPaths::TempLocation))
+                                  .filePath(u"skylantra-%1"_s.arg(QCoreApplication::applicationPid()));
     if (!QDir().mkpath(QDir(folders.Home).filePath(u"data"_s))) {
         report(u"Skylantra cannot make its home folder "_s + QDir::toNativeSeparators(folders.Home) +
                u". Settings, friends and downloads of this run will not be kept."_s);
-        folders.Home = QDir(QStandardPaths::writableLocation(QStandardPaths::TempLocation))
-                           .filePath(u"skylantra-%1"_s.arg(QCoreApplication::applicationPid()));
+        folders.Home = temporary;
         QDir().mkpath(QDir(folders.Home).filePath(u"data"_s));
+    }
+    // A data folder that exists but cannot be written (a read-only mount, another user's folder) would
+    // fail every download: they go to the cache instead, and the map still shows traffic.
+    const QString data = folders.DownloadFolder();
+    if (FirstWritableFolder({data}).isEmpty()) {
+        folders.Downloads =
+            FirstWritableFolder({QStandardPaths::writableLocation(QStandardPaths::CacheLocation),
+                                 QDir(temporary).filePath(u"data"_s)});
+        if (downloadNotice)
+            *downloadNotice =
+                QDir::toNativeSeparators(data) + u" cannot be written: downloads go to "_s +
+                (folders.Downloads.isEmpty() ? u"no folder"_s : QDir::toNativeSeparators(folders.Downloads));
     }
     return folders;
 }

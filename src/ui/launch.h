@@ -37,8 +37,11 @@ void UseDemoWeather(const LaunchOptions& launch, const Folders& folders, Setting
 
 // The folders of a run, the home folder made when it is missing. A problem is said through report
 // (what and where); a home folder that cannot be made is replaced by a temporary one, so the program
-// still runs.
-Folders PrepareFolders(const LaunchOptions& launch, const std::function<void(const QString&)>& report);
+// still runs. When the home folder's data/ cannot be written, the downloads go to the user's cache
+// folder (else a temporary one), and downloadNotice says which folder could not be written and where
+// the files go.
+Folders PrepareFolders(const LaunchOptions& launch, const std::function<void(const QString&)>& report,
+                       QString* downloadNotice = nullptr);
 
 // Writes text to a stream of the terminal as UTF-8, with the terminal's line ends, at once.
 void PrintText(std::FILE* stream, const QString& text);

@@ -227,6 +227,10 @@ void MapWindow::StartUp() {
     const QString missing = m_session->StartUp();
     if (!missing.isEmpty())
         Report(u"Cannot read "_s + QDir::toNativeSeparators(missing) + u": the map is drawn without it."_s);
+    if (!m_options.StartNotice.isEmpty()) {
+        m_session->Scene().SetStatus(m_options.StartNotice);
+        m_session->Scene().Redraw();
+    }
     m_downloadTimer.start();
     m_minuteTimer.start();
     m_session->DownloadOnStart(m_options.DownloadNetworks);

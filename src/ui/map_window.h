@@ -36,6 +36,7 @@ struct MapOptions {
     std::function<void(const QString&)> Report; // a problem the program runs on with
     bool PrintPanel = false; // with the snapshot, the open list or board as text on standard output
     QString HistoryFile;     // a store to replay, read only; empty: the home folder's own
+    QString StartNotice;     // said once in the status line when the map is ready (e.g. where downloads go)
 };
 
 // The map window frmMap: a frameless window with its own title strip, drawing the globe with OpenGL.

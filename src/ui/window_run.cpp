@@ -53,7 +53,10 @@ void CheckSettingsFiles(const Folders& folders, const Settings& settings, const 
 
 int RunWindow(const LaunchOptions& launch) {
     const Reporter report(launch.SnapshotPath.isEmpty());
-    const Folders folders = PrepareFolders(launch, report);
+    QString downloadNotice;
+    const Folders folders = PrepareFolders(launch, report, &downloadNotice);
+    if (!downloadNotice.isEmpty())
+        PrintLine(stderr, u"Skylantra: "_s + downloadNotice);
     // One program per home folder: a second start ends at once, silently, and the first stays as it is.
     // A lock that cannot be made at all is no second program: it is said, and the map runs.
     QLockFile lock(QDir(folders.Home).filePath(u"skylantra.lock"_s));
@@ -89,6 +92,7 @@ int RunWindow(const LaunchOptions& launch) {
     options.Report = report;
     options.PrintPanel = launch.PrintPanel;
     options.HistoryFile = launch.HistoryFile;
+    options.StartNotice = downloadNotice;
     MapWindow window(std::move(options));
     // Log-out (SIGTERM), Ctrl+C (SIGINT) and a closed terminal (SIGHUP) close the map as its own close
     // button does: settings, friends and history written, the lock released on the way out.

@@ -33,6 +33,21 @@ as_user xvfb-run -a -s "-screen 0 1280x1024x24" bash -c '
     wait $program' "$work/root/usr/bin/skylantra"
 grep -q "^\[Map\]" "$data/skln.ini" || { echo "no settings written to $data"; exit 1; }
 
+# A home folder whose data/ belongs to another user: the downloads go to the user's cache folder, the
+# status line and standard error say so, and the map shows the traffic (the list has its rows).
+locked="$work/locked"
+mkdir -p "$locked/.local/share/Skylantra/data" # root's, so not the user's to write
+chown nobody:nogroup "$locked"
+runuser -u nobody -- mkdir -m 700 "$locked/run"
+runuser -u nobody -- env HOME="$locked" XDG_RUNTIME_DIR="$locked/run" xvfb-run -a \
+    "$work/root/usr/bin/skylantra" --demo --download ivao --keys L --print-panel --snapshot "$locked/shot.png" \
+    >"$work/panel.txt" 2>"$work/errors.txt"
+grep -q "data cannot be written: downloads go to $locked/.cache/Skylantra" "$work/errors.txt" \
+    || { echo "the moved downloads were not said:"; cat "$work/errors.txt"; exit 1; }
+[ -f "$locked/.cache/Skylantra/whazzup.txt.gz" ] || { echo "the download is not in the cache folder"; exit 1; }
+rows=$(($(wc -l <"$work/panel.txt") - 2))
+[ "$rows" -ge 10 ] || { echo "no traffic in the list ($rows rows):"; cat "$work/panel.txt"; exit 1; }
+
 # The package holds what the install does.
 (cd "$build" && cpack -G DEB -B "$work/package" >/dev/null)
 contents="$(dpkg-deb -c "$work"/package/skylantra_*.deb)"

@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QStandardPaths>
+#include <QTemporaryFile>
 
 using namespace Qt::StringLiterals;
 
@@ -23,6 +24,22 @@ QString Folders::HomeFile(const QString& relative) const {
     return QDir(Home).filePath(relative);
 }
 
+QString Folders::DownloadFolder() const {
+    return Downloads.isEmpty() ? HomeFile(u"data"_s) : Downloads;
+}
+
+QString FirstWritableFolder(const QStringList& candidates) {
+    for (const QString& folder : candidates) {
+        if (folder.isEmpty() || !QDir().mkpath(folder))
+            continue;
+        // Permissions say too little (a read-only mount, access lists): a file is made to be sure.
+        QTemporaryFile probe(QDir(folder).filePath(u".probe-XXXXXX"_s));
+        if (probe.open())
+            return Absolute(folder);
+    }
+    return {};
+}
+
 QString ResolveHomeFolder(const QString& homeOption, const QString& homeEnvironment,
                           const QString& executableFolder) {
     const QString& chosen = !homeOption.isEmpty()        ? homeOption
@@ -41,7 +58,7 @@ Folders ResolveFolders(const FolderFacts& f) {
         home = f.ExecutableFolder;
     else
         home = f.UserDataFolder.isEmpty() ? f.ExecutableFolder : f.UserDataFolder;
-    return {Absolute(home), Absolute(shipped)};
+    return {Absolute(home), Absolute(shipped), {}};
 }
 
 Folders FindFolders(const QString& homeOption, const QString& homeEnvironment, const QString& executableFolder) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 namespace sky {
 
@@ -11,12 +12,14 @@ namespace sky {
 struct Folders {
     QString Home;
     QString Shipped;
+    QString Downloads; // where the downloaded network files go; empty: the home folder's data/
 
-    static Folders OneFolder(const QString& folder) { return {folder, folder}; }
+    static Folders OneFolder(const QString& folder) { return {folder, folder, {}}; }
     // The folder to read relative (a shipped file) from: the home folder when it holds it, else the
     // shipped folder.
     QString Holding(const QString& relative) const;
     QString HomeFile(const QString& relative) const;
+    QString DownloadFolder() const;
 };
 
 // What the choice of the folders rests on, read from the command line, the environment and the disk.
@@ -42,5 +45,9 @@ Folders FindFolders(const QString& homeOption, const QString& homeEnvironment, c
 // The home folder of a run that is given one: --home, else SKYLANTRA_HOME, else executableFolder.
 QString ResolveHomeFolder(const QString& homeOption, const QString& homeEnvironment,
                           const QString& executableFolder);
+
+// The first of the folders that can be made and written in (a file is made there and removed again),
+// or empty when none can.
+QString FirstWritableFolder(const QStringList& candidates);
 
 } // namespace sky

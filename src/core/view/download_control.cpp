@@ -22,7 +22,7 @@ network::DownloadContext DownloadControl::Context() {
                                     m_state.Reference,
                                     m_http,
                                     *this,
-                                    QDir(m_state.Home).filePath(u"data"_s),
+                                    m_state.Files.DownloadFolder(),
                                     m_state.Config.TextForce,
                                     Now,
                                     Random};

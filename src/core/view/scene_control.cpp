@@ -126,7 +126,7 @@ void SceneControl::BuildTrafficScene(int network) {
                                  network::StampTime(data.UpdateStamp) + u"Z displayed"_s;
         // The IVAO data file is not kept once it is drawn.
         if (network == 0)
-            QFile::remove(QDir(m_state.Home).filePath(u"data/whazzup.txt"_s));
+            QFile::remove(QDir(m_state.Files.DownloadFolder()).filePath(u"whazzup.txt"_s));
     } else {
         display.StatusText = u"No data to display"_s;
     }

@@ -1,6 +1,8 @@
 #include "app/home_folder.h"
 
 #include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -35,6 +37,17 @@ TEST(ResolveFolders, HomeByOptionEnvironmentProgramFolderOrTheUsersDataFolder) {
         EXPECT_EQ(f.Shipped, QDir::cleanPath(row.shipped));
     }
     EXPECT_EQ(ResolveHomeFolder(u"rel"_s, QString(), exe), QDir::current().absoluteFilePath(u"rel"_s));
+}
+
+TEST(FirstWritableFolder, PassesOverFoldersThatCannotBeMadeOrWritten) {
+    QTemporaryDir dir;
+    ASSERT_TRUE(dir.isValid());
+    QFile file(dir.filePath(u"file"_s));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly)); // a file where a folder would be
+    const QString blocked = dir.filePath(u"file/data"_s), cache = dir.filePath(u"cache/Skylantra"_s);
+    EXPECT_EQ(FirstWritableFolder({blocked, QString(), cache}), cache);
+    EXPECT_TRUE(QDir(cache).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot)); // no probe left
+    EXPECT_EQ(FirstWritableFolder({blocked}), QString());
 }
 
 } // namespace
