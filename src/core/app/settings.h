@@ -41,9 +41,10 @@ struct Settings {
     QString VATSIMJsonURL;
     // How many hours of what it saw the program keeps in its history (0: none). Read, never written.
     std::int16_t HistoryHours = 24;
-    // The most pilots and controllers kept per network (defaults 1400 and 700); the Preferences write them.
-    std::int16_t MaxPilots = 1400;
-    std::int16_t MaxControllers = 700;
+    // The most pilots and controllers (observers included) kept per network: by default what today's
+    // feeds carry, at least 1400 and 700; the Preferences write them.
+    std::int16_t MaxPilots = 10000;
+    std::int16_t MaxControllers = 3000;
     // Member profile pages where a status file names none: "{id}" stands for the member number, else
     // "?ID=" and it follow. Empty: the network's own page. Read, never written.
     QString IVAOProfileURL;

@@ -1,5 +1,7 @@
 #include "network/client_records.h"
 
+#include <QStringList>
+
 using namespace Qt::StringLiterals;
 
 namespace sky::network {
@@ -20,6 +22,19 @@ ClientSummary Summarise(const ClientTables& tables, const ClientRef& client) {
 
 QString StampTime(const QString& updateStamp) {
     return updateStamp.mid(8, 4);
+}
+
+QString LimitNotice(const NetworkData& data, int network) {
+    QStringList cut;
+    if (data.DroppedPilots > 0)
+        cut.append(u"%1 of %2 pilots"_s.arg(data.PilotCount).arg(data.PilotCount + data.DroppedPilots));
+    if (data.DroppedControllers > 0)
+        cut.append(u"%1 of %2 controllers and observers"_s.arg(data.ControllerCount)
+                       .arg(data.ControllerCount + data.DroppedControllers));
+    if (cut.isEmpty())
+        return {};
+    return NetworkName(network) + u": only "_s + cut.join(u" and "_s) +
+           u" kept; the Preferences raise the limits"_s;
 }
 
 } // namespace sky::network

@@ -11,8 +11,10 @@
 namespace sky::network {
 
 inline constexpr int kNetworkCount = 2; // 0 IVAO, 1 VATSIM
-inline constexpr int kMaxPilots = 1400;
-inline constexpr int kMaxControllers = 700;
+// The tables' default sizes hold today's busiest feeds (a few thousand pilots) with room to spare; the
+// settings' MaxPilots and MaxControllers change them (down to the classic 1400 and 700).
+inline constexpr int kMaxPilots = 10000;
+inline constexpr int kMaxControllers = 3000;
 
 // The network's name as shown in status texts: "IVAO" or "VATSIM".
 QString NetworkName(int network);
@@ -106,6 +108,8 @@ struct NetworkData {
     void SetLimits(int maxPilots, int maxControllers) {
         Pilots.resize(size_t(maxPilots) + 2);
         Controllers.resize(size_t(maxControllers) + 2);
+        Pilots.back() = {}; // a lowered limit leaves the slot past it empty too
+        Controllers.back() = {};
         PilotCount = std::int16_t(std::min<int>(PilotCount, maxPilots));
         ControllerCount = std::int16_t(std::min<int>(ControllerCount, maxControllers));
     }
@@ -125,6 +129,10 @@ struct NetworkData {
 };
 
 using ClientTables = std::array<NetworkData, kNetworkCount>;
+
+// What the last file brought that full tables left out, as the status line says it: e.g. "VATSIM:
+// only 1400 of 3900 pilots kept; the Preferences raise the limits"; empty when nothing was left out.
+QString LimitNotice(const NetworkData& data, int network);
 
 // One client of a network's tables: a pilot or a controller slot.
 struct ClientRef {

@@ -59,6 +59,14 @@ void DownloadControl::BtnDownload(int network) {
     // The old traffic is drawn again after a failed download; the failure stays in the status line.
     if (!failure.isEmpty())
         m_scene.SetStatus(failure);
+    // Clients left out by full tables are said once a run for each network; the count panel marks it.
+    for (int n : interpreted) {
+        const QString notice = network::LimitNotice(m_state.AllTables()[n], n);
+        if (!notice.isEmpty() && !m_limitSaid[size_t(n)]) {
+            m_limitSaid[size_t(n)] = true;
+            m_scene.SetStatus(notice);
+        }
+    }
     m_scene.ClientCountChanged();
     if (attempted)
         m_autoCountdown = std::int16_t(m_state.Config.DownloadMinutes * 60);

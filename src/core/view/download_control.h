@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <functional>
 
@@ -60,6 +61,7 @@ private:
     MapHost& m_host;
     network::HttpClient& m_http;
     std::int16_t m_autoCountdown = 0;
+    std::array<bool, 2> m_limitSaid{}; // a network's full tables were said in the status line
 };
 
 } // namespace sky::view

@@ -269,29 +269,32 @@ TEST_F(Whazzup, DecrementsBeforeTheClientCountAreLost) {
 }
 
 TEST_F(Whazzup, FullTablesDropFurtherLinesAndOldSlotsStayStale) {
-    QStringList lines = {u"CONNECTED CLIENTS = 2500"_s, u"UPDATE = 20261121142305"_s};
-    for (int i = 1; i <= kMaxPilots + 5; ++i)
+    // A busy evening of today's VATSIM fits the default tables; the classic limits cut it.
+    QStringList lines = {u"CONNECTED CLIENTS = 5400"_s, u"UPDATE = 20261121142305"_s};
+    for (int i = 1; i <= 3900; ++i)
         lines.append(PilotLine(1, {{0, u"P%1"_s.arg(i)}}));
-    for (int i = 1; i <= kMaxControllers + 5; ++i)
+    for (int i = 1; i <= 1500; ++i)
         lines.append(AtcLine(1, {{0, u"C%1_CTR"_s.arg(i)}}));
     Interpret(1, File(lines));
-    EXPECT_EQ(m_data.PilotCount, kMaxPilots);
-    EXPECT_EQ(m_data.ControllerCount, kMaxControllers);
-    EXPECT_EQ(m_data.DroppedPilots, 5); // counted, so the map can say that figures were cut
-    EXPECT_EQ(m_data.DroppedControllers, 5);
-    EXPECT_EQ(m_data.Pilots[kMaxPilots].Callsign, u"P1400");
-    EXPECT_TRUE(m_data.Pilots[kMaxPilots + 1].Callsign.isEmpty());
+    EXPECT_EQ(m_data.PilotCount, 3900);
+    EXPECT_EQ(m_data.ControllerCount, 1500);
+    EXPECT_EQ(LimitNotice(m_data, 1), u"");
+
+    m_data.SetLimits(1400, 700);
+    Interpret(1, File(lines));
+    EXPECT_EQ(m_data.PilotCount, 1400);
+    EXPECT_EQ(m_data.ControllerCount, 700);
+    EXPECT_EQ(m_data.DroppedPilots, 2500); // counted, so the map can say that figures were cut
+    EXPECT_EQ(m_data.DroppedControllers, 800);
+    EXPECT_EQ(LimitNotice(m_data, 1), u"VATSIM: only 1400 of 3900 pilots and 700 of 1500 controllers and "
+                                      u"observers kept; the Preferences raise the limits");
+    EXPECT_EQ(m_data.Pilots[1400].Callsign, u"P1400");
+    EXPECT_TRUE(m_data.Pilots[1401].Callsign.isEmpty());
 
     Interpret(1, File({u"CONNECTED CLIENTS = 1"_s, PilotLine(1, {{0, u"NEW"_s}}), u""_s, u""_s, u""_s}));
     EXPECT_EQ(m_data.PilotCount, 1);
     EXPECT_EQ(m_data.Pilots[1].Callsign, u"NEW");
     EXPECT_EQ(m_data.Pilots[2].Callsign, u"P2"); // stale, above the counter
-    EXPECT_EQ(m_data.DroppedPilots, 0);
-
-    // Raised limits, for users who want every client.
-    m_data.SetLimits(kMaxPilots + 5, kMaxControllers);
-    Interpret(1, File(lines));
-    EXPECT_EQ(m_data.PilotCount, kMaxPilots + 5);
     EXPECT_EQ(m_data.DroppedPilots, 0);
 }
 

@@ -14,6 +14,7 @@
 #include "view/keys.h"
 #include "view/panels.h"
 #include "testing/fakes.h"
+#include "testing/gzip.h"
 #include "network/whazzup_lines.h"
 
 using namespace Qt::StringLiterals;
@@ -352,6 +353,34 @@ TEST_F(Session, AFriendOrAWatchedStationComingOnlineIsToldEveryWayAndIsOneClickA
     DownloadOwnFeed(u"20261121140600"_s, {stranger});
     EXPECT_EQ(m_host.Notified.size(), 3);
     EXPECT_EQ(m_host.Notified.back(), u"0|DLH1|Friend Anna Berg (DLH1) went offline on IVAO");
+}
+
+// A home folder that cannot be written sends the downloads elsewhere (the cache); full tables are said
+// in the status line once a run.
+TEST_F(Session, DownloadsGoToTheirOwnFolderAndFullTablesAreSaidOnce) {
+    Folders folders = Folders::OneFolder(m_home.path());
+    folders.Downloads = m_home.filePath(u"cache"_s);
+    m_session = std::make_unique<MapSession>(folders, Settings{}, Friends{}, m_gl, m_host, m_server);
+    m_session->Downloads().Networks[0].StatusFileAddress = u"http://demo.example/ivao/status.txt"_s;
+    m_session->Downloader().Now = [this] { return m_now; };
+    m_session->Downloader().Random = [](int) { return 0; };
+    m_session->Tables()[0].SetLimits(800, 700);
+    StartAndDownload(0);
+    EXPECT_EQ(m_session->Display().StatusText,
+              u"IVAO: only 800 of 900 pilots kept; the Preferences raise the limits");
+    EXPECT_TRUE(QFile::exists(m_home.filePath(u"cache/whazzup.txt.gz"_s)));
+    EXPECT_FALSE(QFile::exists(m_home.filePath(u"cache/whazzup.txt"_s))); // not kept once drawn
+    EXPECT_FALSE(QFile::exists(m_home.filePath(u"data/whazzup.txt.gz"_s)));
+
+    const QString gz = u"http://demo.example/ivao/whazzup.txt.gz"_s;
+    QByteArray newer = ReadWholeFile(QStringLiteral(SKYLANTRA_SOURCE_DIR) + u"/data/demo/ivao/whazzup.txt"_s)
+                           .value_or(QByteArray());
+    newer.replace("UPDATE = 20261121142300", "UPDATE = 20261121143000");
+    m_server.Answers[gz] = sky::testing::Gzip(newer);
+    m_now = m_now.addSecs(3600);
+    m_session->Downloader().BtnDownload(0);
+    EXPECT_EQ(m_session->Display().StatusText, u"IVAO data of 1430Z displayed");
+    EXPECT_EQ(m_session->Tables()[0].DroppedPilots, 100);
 }
 
 TEST_F(Session, AutomaticDownloadRunsFromStartUp) {
