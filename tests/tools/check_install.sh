@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Installs the build into a folder of its own, makes it read-only, and runs the installed program there
 # as an unprivileged user under Xvfb: it must show the map, write the user's files into the desktop's
-# per-user data folder (settings on closing), and the Debian package must carry the program, its data,
-# the menu entry, the icon and the AppStream file. Needs root (to act as another user): skipped without.
+# per-user data folder (settings on closing), show traffic when that folder belongs to another user, and
+# the Debian package must carry the program, its data and their licences, the menu entry, the icon, the
+# AppStream file and the manual page. Needs root (to act as another user): skipped without.
 set -euo pipefail
 build="$1"
 [ "$(id -u)" -eq 0 ] && command -v runuser >/dev/null && command -v xdotool >/dev/null || exit 77
@@ -53,7 +54,9 @@ rows=$(($(wc -l <"$work/panel.txt") - 2))
 contents="$(dpkg-deb -c "$work"/package/skylantra_*.deb)"
 for file in ./usr/bin/skylantra ./usr/share/skylantra/data/airports.dat ./usr/share/skylantra/colours/default.dc \
     ./usr/share/applications/skylantra.desktop ./usr/share/icons/hicolor/scalable/apps/skylantra.svg \
-    ./usr/share/metainfo/io.github.skylantra.Skylantra.metainfo.xml ./usr/share/skylantra/companion.txt; do
+    ./usr/share/metainfo/io.github.skylantra.Skylantra.metainfo.xml ./usr/share/skylantra/companion.txt \
+    ./usr/share/doc/skylantra/copyright ./usr/share/man/man1/skylantra.1.gz ./usr/share/skylantra/data/FORMATS.md \
+    ./usr/share/skylantra/data/SOURCES.md; do
     grep -q " $file\$" <<<"$contents" || { echo "the package lacks $file"; exit 1; }
 done
 echo "installed program ran as $(id -un nobody) from a read-only prefix; package complete"
