@@ -360,11 +360,14 @@ TEST_F(Session, AFriendOrAWatchedStationComingOnlineIsToldEveryWayAndIsOneClickA
 TEST_F(Session, DownloadsGoToTheirOwnFolderAndFullTablesAreSaidOnce) {
     Folders folders = Folders::OneFolder(m_home.path());
     folders.Downloads = m_home.filePath(u"cache"_s);
-    m_session = std::make_unique<MapSession>(folders, Settings{}, Friends{}, m_gl, m_host, m_server);
-    m_session->Downloads().Networks[0].StatusFileAddress = u"http://demo.example/ivao/status.txt"_s;
+    Settings settings;
+    settings.MaxPilots = 800;
+    network::FeedAddresses demo;
+    demo.Status[0] = u"http://demo.example/ivao/status.txt"_s;
+    m_session =
+        std::make_unique<MapSession>(folders, settings, Friends{}, m_gl, m_host, m_server, nullptr, demo);
     m_session->Downloader().Now = [this] { return m_now; };
     m_session->Downloader().Random = [](int) { return 0; };
-    m_session->Tables()[0].SetLimits(800, 700);
     StartAndDownload(0);
     EXPECT_EQ(m_session->Display().StatusText,
               u"IVAO: only 800 of 900 pilots kept; the Preferences raise the limits");
