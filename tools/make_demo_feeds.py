@@ -4,7 +4,8 @@
     tools/make_demo_feeds.py DATA_DIR
 
 Each network gets a status.txt naming the data files beside it, whazzup.txt in that network's field
-layout and whazzup.txt.gz. The traffic is drawn from DATA_DIR/airports.dat and firlist.dat with a
+layout and whazzup.txt.gz; VATSIM also its v3 data with prefiled flights, and the answers of its
+bookings and events services (bookings.json, events.json). The traffic is drawn from DATA_DIR/airports.dat and firlist.dat with a
 fixed seed, so the same reference data always give the same bytes.
 """
 
@@ -336,6 +337,96 @@ def number(text, default=0):
     return int(value) if value == int(value) else value
 
 
+def shifted(minutes):
+    """The whole hour of the demo's data time moved by so many minutes, as yyyymmddhhmmss."""
+    day, hh = int(UPDATE[6:8]), int(UPDATE[8:10])
+    total = (day * 24 + hh) * 60 + minutes
+    return "%s%02d%02d%02d00" % (UPDATE[:6], total // (24 * 60), total // 60 % 24, total % 60)
+
+
+def spaced(stamp):
+    """yyyymmddhhmmss as the bookings service writes a time: "2026-11-21 18:00:00", in UTC."""
+    return "%s-%s-%s %s:%s:%s" % (stamp[0:4], stamp[4:6], stamp[6:8], stamp[8:10], stamp[10:12], stamp[12:14])
+
+
+def prefiles(rng, hubs, used):
+    """Flight plans filed by members not yet connected: some from every hub, three from EDDF."""
+    plans = []
+    for i in range(14):
+        dep = "EDDF" if i < 3 and "EDDF" in hubs else rng.choice(hubs)
+        dest = rng.choice([h for h in hubs if h != dep])
+        callsign = "%s%d" % (rng.choice(AIRLINES), rng.randint(10, 9999))
+        while callsign in used:
+            callsign = "%s%d" % (rng.choice(AIRLINES), rng.randint(10, 9999))
+        used.add(callsign)
+        leave = shifted(rng.randrange(40, 8 * 60, 5))
+        minutes = rng.randint(50, 600)
+        plans.append({"cid": 1500000 + rng.randint(1, 99999), "name": "%s %s" % (rng.choice(FIRST), rng.choice(LAST)),
+                      "callsign": callsign,
+                      "flight_plan": {"flight_rules": "I", "aircraft": rng.choice(AIRCRAFT[:20]), "departure": dep,
+                                      "arrival": dest, "alternate": rng.choice(hubs), "cruise_tas": "450",
+                                      "altitude": str(rng.choice([310, 350, 390]) * 100), "deptime": leave[8:12],
+                                      "enroute_time": "%02d%02d" % (minutes // 60, minutes % 60),
+                                      "fuel_time": "%02d%02d" % (minutes // 60 + 1, minutes % 60),
+                                      "remarks": "PBN/A1B1C1D1 /v/",
+                                      "route": "DCT %s DCT" % rng.choice(["ABTAL", "NIVNU", "BELUS", "TOMPA", "KERAX"]),
+                                      "revision_id": 1, "assigned_transponder": "0000"},
+                      "last_updated": iso(UPDATE)})
+    return plans
+
+
+def bookings(rng, lines, hubs):
+    """Controller bookings round the demo's time. At EDDF each position online is booked now and one
+    that is not online too; the others later. Elsewhere positions booked today and tomorrow."""
+    online = {f[0] for f in client_lines(lines, "ATC")}
+    plan = []
+    late = False
+    for suffix in ("DEL", "GND", "TWR", "APP"):
+        callsign = "EDDF_" + suffix
+        if callsign in online:
+            plan.append((callsign, -30, 120))
+        elif not late:
+            plan.append((callsign, 0, 120))
+            late = True
+        else:
+            plan.append((callsign, 4 * 60, 120))
+    places = sorted(f[0] for f in client_lines(lines, "ATC")
+                    if f[0][:4] in hubs and f[0].rsplit("_", 1)[-1] in ("DEL", "GND", "TWR", "APP"))
+    for callsign in rng.sample(places, 6) + ["EGLL_APP", "LFPG_TWR"]:
+        plan.append((callsign, rng.randrange(-60, 24 * 60, 30), rng.choice([90, 120, 180])))
+    entries = []
+    for i, (callsign, start, length) in enumerate(plan):
+        entries.append({"id": 4000 + i, "callsign": callsign, "cid": 1200000 + rng.randint(1, 99999),
+                        "type": rng.choice(["booking", "booking", "booking", "event", "training"]),
+                        "start": spaced(shifted(start)), "end": spaced(shifted(start + length)),
+                        "division": "EUD", "subdivision": ""})
+    return sorted(entries, key=lambda b: b["start"])
+
+
+def events(rng, hubs):
+    """Events of the demo's week: one running now at EDDF and EDDM, the others later; the last beyond
+    the week the events page shows. Names and addresses are made up."""
+    plan = [("Rhine Valley Evening Rush", ["EDDF", "EDDM"], -60, 240),
+            ("Alpine Crossings", ["LSZH", "LOWW", "LIMC"], 5 * 60, 180),
+            ("Northern Lights Shuttle", ["ENGM", "ESSA", "EKCH"], 26 * 60, 180),
+            ("Transatlantic Tuesday", ["EGLL", "KJFK"], 3 * 24 * 60, 360),
+            ("Island Hopping", ["TNCM", "MKJP"], 5 * 24 * 60, 240),
+            ("Southern Cross Overnight", ["YSSY", "NZAA"], 9 * 24 * 60, 300)]
+    data = []
+    for i, (name, airports, start, length) in enumerate(plan):
+        first, last = shifted(start), shifted(start + length)
+        data.append({"id": 9000 + i, "type": "Event", "name": name,
+                     "link": "https://example.org/demo-events/%d" % (9000 + i),
+                     "organisers": [{"region": "EMEA", "division": "EUD", "subdivision": None,
+                                     "organised_by_vatsim": False}],
+                     "airports": [{"icao": a} for a in airports if a in hubs],
+                     "routes": [{"departure": airports[0], "arrival": airports[-1], "route": "DCT"}],
+                     "start_time": iso(first)[:-1] + ".000000Z", "end_time": iso(last)[:-1] + ".000000Z",
+                     "short_description": "Demo event: made up for the demo.", "description": "",
+                     "banner": "https://example.org/demo-events/%d.png" % (9000 + i)})
+    return {"data": data}
+
+
 def vatsim_json(lines, clients):
     """The demo traffic as VATSIM's v3 data file and its transceivers file."""
     pilots, controllers, atis, transceivers = [], [], [], []
@@ -431,8 +522,13 @@ def write_network(folder, name, feed, pilots, controllers, encoding, message):
     clients = int([l for l in lines if l.startswith("CONNECTED CLIENTS")][0].split("=")[1])
     if name == "VATSIM":
         data, transceivers = vatsim_json(lines, clients)
+        # What is coming: drawn from a random source of their own, so the traffic stays as it was.
+        coming = random.Random(SEED + 2)
+        data["prefiles"] = prefiles(coming, feed.hubs, {f[0] for f in client_lines(lines, "PILOT")})
         write_json(os.path.join(folder, "vatsim-data.json"), data)
         write_json(os.path.join(folder, "transceivers-data.json"), transceivers)
+        write_json(os.path.join(folder, "bookings.json"), bookings(coming, lines, feed.hubs))
+        write_json(os.path.join(folder, "events.json"), events(coming, feed.hubs))
     else:
         write_json(os.path.join(folder, "whazzup.json"), ivao_json(lines))
     status = ["; %s demo status file: the data files beside it" % name, "url0=whazzup.txt",

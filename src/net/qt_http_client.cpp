@@ -25,7 +25,7 @@ QtHttpClient::QtHttpClient(int timeoutMs, const QString& proxy, qint64 maxBytes)
     }
 }
 
-network::FetchResult QtHttpClient::Fetch(const QString& url) {
+network::FetchResult QtHttpClient::Get(const QString& url, const network::Validators& known) {
     const QUrl address(url);
     if (!address.isValid() || address.scheme().isEmpty())
         return {false, {}, u"not an address: "_s + url};
@@ -35,6 +35,10 @@ network::FetchResult QtHttpClient::Fetch(const QString& url) {
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                          QNetworkRequest::UserVerifiedRedirectPolicy);
     request.setMaximumRedirectsAllowed(kMostRedirects);
+    if (!known.ETag.isEmpty())
+        request.setRawHeader("If-None-Match", known.ETag.toLatin1());
+    if (!known.LastModified.isEmpty())
+        request.setRawHeader("If-Modified-Since", known.LastModified.toLatin1());
     QNetworkReply* reply = m_manager.get(request);
     reply->setReadBufferSize(qint64(1) << 20);
 
@@ -89,6 +93,10 @@ network::FetchResult QtHttpClient::Fetch(const QString& url) {
     const int httpStatus = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     if (!refused.isEmpty()) {
         result.Error = refused;
+    } else if (httpStatus == 304 && (!known.ETag.isEmpty() || !known.LastModified.isEmpty())) {
+        result.Ok = true; // the copy the caller holds is still the server's
+        result.NotModified = true;
+        result.Version = known;
     } else if (reply->error() != QNetworkReply::NoError) {
         result.Error = reply->errorString();
     } else if (reply->url().scheme().startsWith(u"http"_s, Qt::CaseInsensitive) &&
@@ -99,6 +107,8 @@ network::FetchResult QtHttpClient::Fetch(const QString& url) {
     } else {
         result.Ok = true;
         result.Body = std::move(body);
+        result.Version = {QString::fromLatin1(reply->rawHeader("ETag")),
+                          QString::fromLatin1(reply->rawHeader("Last-Modified"))};
     }
     reply->deleteLater();
     return result;

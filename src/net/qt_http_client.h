@@ -24,10 +24,16 @@ public:
 
     QtHttpClient(int timeoutMs, const QString& proxy, qint64 maxBytes = kDefaultMaxBytes);
 
-    network::FetchResult Fetch(const QString& url) override;
+    network::FetchResult Fetch(const QString& url) override { return Get(url, {}); }
+    // Sends the validators known as If-None-Match and If-Modified-Since; a 304 answer is NotModified.
+    network::FetchResult FetchIfChanged(const QString& url, const network::Validators& known) override {
+        return Get(url, known);
+    }
     void SetTimeout(int timeoutMs) { m_timeoutMs = timeoutMs; }
 
 private:
+    network::FetchResult Get(const QString& url, const network::Validators& known);
+
     QNetworkAccessManager m_manager;
     int m_timeoutMs;
     qint64 m_maxBytes;

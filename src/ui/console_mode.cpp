@@ -49,8 +49,11 @@ int RunConsole(const LaunchOptions& launch) {
     render::NullGl gl;
     TerminalHost host;
     net::QtHttpClient http(config.Timeout * 1000, config.Proxy);
-    view::MapSession session(folders, config, friends, gl, host, http, nullptr,
-                             ChooseAddresses(launch, config, folders));
+    // The terminal shows no board, list or map: bookings and events are not fetched.
+    network::FeedAddresses addresses = ChooseAddresses(launch, config, folders);
+    addresses.Bookings.clear();
+    addresses.Events.clear();
+    view::MapSession session(folders, config, friends, gl, host, http, nullptr, addresses);
     host.Watch(&session.Display());
     const QString missing = session.StartUp();
     if (!missing.isEmpty())

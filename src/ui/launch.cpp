@@ -22,8 +22,16 @@ network::FeedAddresses ChooseAddresses(const LaunchOptions& launch, const Settin
         a.Status[size_t(n)] = network::ChooseStatusFileAddress(n, launch.StatusOptions[size_t(n)],
                                                                launch.Demo, status, demoFolder);
         a.Json[size_t(n)] = network::ChooseJsonAddress(
-            n, !launch.StatusOptions[size_t(n)].trimmed().isEmpty(), launch.Demo, json);
+            n, !launch.StatusOptions[size_t(n)].trimmed().isEmpty(), launch.Demo, json, demoFolder);
     }
+    const bool ownFeeds =
+        !launch.StatusOptions[0].trimmed().isEmpty() || !launch.StatusOptions[1].trimmed().isEmpty();
+    const QString demo = QDir(folders.Holding(u"data/demo/vatsim"_s)).filePath(u"data/demo/vatsim/"_s);
+    a.Bookings =
+        network::ChooseServiceAddress(settings.VATSIMBookingsURL, launch.Demo, demo + u"bookings.json"_s,
+                                      ownFeeds, network::DefaultBookingsAddress());
+    a.Events = network::ChooseServiceAddress(settings.VATSIMEventsURL, launch.Demo, demo + u"events.json"_s,
+                                             ownFeeds, network::DefaultEventsAddress());
     return a;
 }
 

@@ -91,6 +91,7 @@ MapWindow::MapWindow(MapOptions options)
     connect(&m_downloadTimer, &QTimer::timeout, this, [this] {
         makeCurrent();
         m_session->Downloader().DownloadTimerTick();
+        m_session->Coming().Tick();
     });
     PlaceFromSettings();
     auto* preferences = new QShortcut(QKeySequence(u"Ctrl+,"_s), this);

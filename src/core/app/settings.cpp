@@ -89,6 +89,8 @@ Settings ReadSettings(const IniFile& ini, const ScreenMetrics& screen) {
     s.VATSIMStatusURL = ini.Value(u"Network", u"VATSIMStatusURL", QString()).trimmed();
     s.IVAOJsonURL = ini.Value(u"Network", u"IVAOJsonURL", QString()).trimmed();
     s.VATSIMJsonURL = ini.Value(u"Network", u"VATSIMJsonURL", QString()).trimmed();
+    s.VATSIMBookingsURL = ini.Value(u"Network", u"VATSIMBookingsURL", QString()).trimmed();
+    s.VATSIMEventsURL = ini.Value(u"Network", u"VATSIMEventsURL", QString()).trimmed();
     s.MaxPilots = WholeInRange(Number(ini, u"Network", u"MaxPilots", u"10000"_s), 1400, 30000);
     s.MaxControllers = WholeInRange(Number(ini, u"Network", u"MaxControllers", u"3000"_s), 700, 30000);
     s.IVAOProfileURL = ini.Value(u"Network", u"IVAOProfileURL", QString()).trimmed();

@@ -39,6 +39,9 @@ struct Settings {
     // JSON feeds read directly, without a status file; empty: the built-in choice. Read, never written.
     QString IVAOJsonURL;
     QString VATSIMJsonURL;
+    // VATSIM's controller bookings and events services; empty: the built-in addresses. Read, never written.
+    QString VATSIMBookingsURL;
+    QString VATSIMEventsURL;
     // How many hours of what it saw the program keeps in its history (0: none). Read, never written.
     std::int16_t HistoryHours = 24;
     // The most pilots and controllers (observers included) kept per network: by default what today's

@@ -57,12 +57,32 @@ std::optional<int> NetworkNamed(const QString& name) {
     return std::nullopt;
 }
 
-QString ChooseJsonAddress(int network, bool statusFromCommandLine, bool demo, const QString& setting) {
+QString ChooseJsonAddress(int network, bool statusFromCommandLine, bool demo, const QString& setting,
+                          const QString& home) {
     if (!setting.trimmed().isEmpty())
         return setting.trimmed();
+    if (demo && network == 1 && !statusFromCommandLine)
+        return QUrl::fromLocalFile(QDir(home).filePath(u"data/demo/vatsim/vatsim-data.json"_s)).toString();
     if (statusFromCommandLine || demo)
         return {};
     return DefaultJsonAddress(network);
+}
+
+QString DefaultBookingsAddress() {
+    return u"https://atc-bookings.vatsim.net/api/booking"_s;
+}
+
+QString DefaultEventsAddress() {
+    return u"https://my.vatsim.net/api/v2/events/latest"_s;
+}
+
+QString ChooseServiceAddress(const QString& setting, bool demo, const QString& demoFile,
+                             bool statusFromCommandLine, const QString& defaultAddress) {
+    if (!setting.trimmed().isEmpty())
+        return setting.trimmed();
+    if (demo)
+        return QUrl::fromLocalFile(demoFile).toString();
+    return statusFromCommandLine ? QString() : defaultAddress;
 }
 
 QString ChooseStatusFileAddress(int network, const QString& commandLine, bool demo, const QString& setting,
@@ -174,7 +194,10 @@ DownloadOutcome Attempt(DownloadContext& context, int network, const QString& ad
                         u"Z is the newest"_s,
                     DownloadOutcome::Unchanged);
     }
-    return Interpret(context, network, feed.Text, now);
+    const DownloadOutcome outcome = Interpret(context, network, feed.Text, now);
+    if (outcome == DownloadOutcome::Interpreted && kind == FeedKind::VatsimV3)
+        context.View.PrefilesRead(network, std::move(feed.Prefiles));
+    return outcome;
 }
 
 } // namespace

@@ -8,6 +8,7 @@
 #include <QString>
 
 #include "network/client_records.h"
+#include "network/prefiles.h"
 #include "network/status_file.h"
 
 namespace sky {
@@ -54,10 +55,13 @@ private:
 QString DefaultStatusFileAddress(int network);
 QString DefaultJsonAddress(int network);
 
-// Where each network's data come from: its status file, and a JSON feed read directly (empty: none).
+// Where each network's data come from: its status file, and a JSON feed read directly (empty: none);
+// and VATSIM's bookings and events services (empty: none read).
 struct FeedAddresses {
     std::array<QString, kNetworkCount> Status;
     std::array<QString, kNetworkCount> Json;
+    QString Bookings;
+    QString Events;
 };
 // The networks' default status files and no feed read directly.
 FeedAddresses DefaultStatusFiles();
@@ -66,8 +70,19 @@ FeedAddresses DefaultStatusFiles();
 std::optional<int> NetworkNamed(const QString& name);
 
 // The JSON feed a network reads directly: the address of the settings file, else the default, but
-// none when the status file was chosen on the command line or the demo feeds are used.
-QString ChooseJsonAddress(int network, bool statusFromCommandLine, bool demo, const QString& setting);
+// none when the status file was chosen on the command line; with the demo feeds, VATSIM's demo data
+// under home (so the demo reads VATSIM as today's network is read) and none for IVAO.
+QString ChooseJsonAddress(int network, bool statusFromCommandLine, bool demo, const QString& setting,
+                          const QString& home = {});
+
+// VATSIM's bookings and events services today.
+QString DefaultBookingsAddress();
+QString DefaultEventsAddress();
+// Where one of them is read from: the address of the settings file, else the demo's file when demo is
+// set, else none when a status file was chosen on the command line (a run on feeds of its own reads no
+// live service beside them), else the default.
+QString ChooseServiceAddress(const QString& setting, bool demo, const QString& demoFile,
+                             bool statusFromCommandLine, const QString& defaultAddress);
 
 // Where a network's status file is read from: an address given on the command line, else the bundled
 // demo feed under home when demo is set, else the address of the settings file, else the default.
@@ -91,6 +106,11 @@ public:
     virtual void Interpreted(int network, const QString& text) {
         (void)network;
         (void)text;
+    }
+    // The feed just interpreted for network also listed these prefiles (VATSIM's v3 data).
+    virtual void PrefilesRead(int network, std::vector<Prefile> prefiles) {
+        (void)network;
+        (void)prefiles;
     }
 };
 

@@ -264,6 +264,7 @@ TranslatedFeed TranslateVatsimV3(const QByteArray& json, const QHash<QString, ge
     const int counted = clients > 0 ? clients : int(lines.size());
     feed.Text =
         HeaderLines(feed.UpdateStamp, feed.ReloadMinutes, counted) + lines.join(u"\r\n"_s) + u"\r\n"_s;
+    feed.Prefiles = ParsePrefiles(root.value(u"prefiles"_s));
     feed.Ok = true;
     return feed;
 }

@@ -5,6 +5,7 @@
 #include <QString>
 
 #include "geo/geodesy.h"
+#include "network/prefiles.h"
 
 // Today's networks publish JSON. These translations turn a feed into the lines of that network's
 // whazzup text layout, so the one interpreter reads both.
@@ -17,10 +18,11 @@ enum class FeedKind { Text, VatsimV3, IvaoV2, UnknownJson, Unreadable };
 FeedKind DetectFeed(const QByteArray& body);
 
 struct TranslatedFeed {
-    bool Ok = false;       // the document was a feed of its kind
-    QString Text;          // whazzup lines, CR LF between them
-    QString UpdateStamp;   // yyyymmddhhmmss of the feed's own time
-    int ReloadMinutes = 1; // the feed's reload, else 1
+    bool Ok = false;               // the document was a feed of its kind
+    QString Text;                  // whazzup lines, CR LF between them
+    QString UpdateStamp;           // yyyymmddhhmmss of the feed's own time
+    int ReloadMinutes = 1;         // the feed's reload, else 1
+    std::vector<Prefile> Prefiles; // VATSIM's flight plans of members not yet connected
 };
 
 // Station positions from VATSIM's transceivers file: the centre of each callsign's transceivers.

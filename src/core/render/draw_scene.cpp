@@ -62,7 +62,8 @@ void DrawCore(GlApi& gl, const FrameInputs& in) {
     const Settings& s = in.Config;
     const int base = lists::TrafficBase(in.ShownNetwork);
     gl.Enable(Capability::PointSmooth);
-    gl.PointSize(float(3.0 * std::pow(2.0 * in.View.ViewZ, 0.2)));
+    const float pointSize = float(3.0 * std::pow(2.0 * in.View.ViewZ, 0.2));
+    gl.PointSize(pointSize);
     if (!s.DisableSmooth)
         gl.Enable(Capability::LineSmooth);
     gl.CallList(lists::kGlobe);
@@ -86,6 +87,11 @@ void DrawCore(GlApi& gl, const FrameInputs& in) {
         gl.CallList(base + lists::kAirports);
         if (s.ShowAirportLabels)
             gl.CallList(base + lists::kAirportLabels);
+        // VATSIM's events, where its traffic shows.
+        if (in.ShownNetwork != 0) {
+            gl.CallList(lists::kEventMarks);
+            gl.PointSize(pointSize);
+        }
     }
     if (s.ShowATC) {
         if (s.ShowATCLabels)

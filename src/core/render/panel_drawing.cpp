@@ -168,7 +168,8 @@ void BuildTablePanel(GlApi& gl, const ColourTable& colours, const PanelLayout& l
             p.Text(r.X + 4, r.Y, Fit(gl, cells[0], r.Width - 8));
             continue;
         }
-        const bool go = content.GoButtons && client;
+        const bool go =
+            content.GoButtons && row < content.RowClients.size() && content.RowClients[row].Slot != 0;
         if (go)
             p.Button(PanelLayout::GoButton(r), u"Go"_s);
         for (qsizetype cell = 0; cell < cells.size() && cell < 4; ++cell) {

@@ -38,7 +38,7 @@ struct PanelLayout {
     PixelRect CentreButton, ProfileButton, FriendButton;
     PixelRect WatchButton; // in a station's title bar
     PixelRect ListPanel;
-    std::vector<PixelRect> Tabs;    // friends, controllers, pilots, observers
+    std::vector<PixelRect> Tabs;    // friends, controllers, pilots, observers, events
     std::vector<PixelRect> Headers; // the column headers above the rows
     std::vector<PixelRect> Rows;
     PixelRect PreviousPage, NextPage;
@@ -74,10 +74,11 @@ struct TableContent {
     QStringList Headers; // the columns' names
     int SortColumn = -1; // the column the rows are sorted by, or -1 in table order
     bool Descending = false;
-    std::vector<QStringList> Rows;              // a row of one cell spans the whole width
-    std::vector<network::ClientRef> RowClients; // slot 0: a row that stands for no client
+    std::vector<QStringList> Rows; // a row of one cell spans the whole width
+    std::vector<network::ClientRef>
+        RowClients; // slot 0: a row that stands for no client; below 0: an entry of another list
     QString PageText;
-    bool GoButtons = false; // each client's row ends in a Go button
+    bool GoButtons = false; // each client's (or entry's) row ends in a Go button
 };
 
 } // namespace sky::render

@@ -92,6 +92,22 @@ void SearchIndex::SetClients(const network::ClientTables& tables, const std::vec
     }
 }
 
+void SearchIndex::SetPrefiles(const std::vector<network::Prefile>& prefiles, const ReferenceData& reference) {
+    m_prefiles.clear();
+    for (const network::Prefile& f : prefiles) {
+        const Airport* departure = reference.FindAirport(f.Departure);
+        SearchResult r{ResultKind::Prefile,
+                       {},
+                       f.Callsign,
+                       f.Callsign + u"  "_s + f.Name + u"  "_s + f.Departure + u'-' + f.Arrival +
+                           u"  prefiled"_s,
+                       1,
+                       departure ? departure->Latitude : 0.0f,
+                       departure ? departure->Longitude : 0.0f};
+        m_prefiles.push_back({r, CodeKey(f.Callsign), CodeKey(f.Member), Words(Fold(f.Name))});
+    }
+}
+
 std::vector<SearchResult> SearchIndex::Find(const QString& query, int limit) const {
     const QString typed = Fold(query);
     if (typed.isEmpty() || limit <= 0)
@@ -106,21 +122,22 @@ std::vector<SearchResult> SearchIndex::Find(const QString& query, int limit) con
     std::vector<Hit> hits;
     const auto rate = [&](const Entry& e) {
         bool whole = false;
+        const bool flight = e.Result.Kind == ResultKind::Client || e.Result.Kind == ResultKind::Prefile;
         if (e.Key == joined)
             return kExact;
         if (!e.OtherKey.isEmpty() && e.OtherKey == joined)
             return kOtherExact;
         if (e.Key.startsWith(joined))
-            return e.Result.Kind == ResultKind::Client ? kPrefix : kCodePrefix;
+            return flight ? kPrefix : kCodePrefix;
         if (joined.size() >= 3 && !e.OtherKey.isEmpty() && e.OtherKey.startsWith(joined))
             return kCodePrefix;
         if (WordsMatch(typedWords, e.Words, whole))
             return whole ? kWholeWords : kWordPrefixes;
-        if (joined.size() >= 2 && e.Result.Kind == ResultKind::Client && e.Key.contains(joined))
+        if (joined.size() >= 2 && flight && e.Key.contains(joined))
             return kInside;
         return kNone;
     };
-    for (const auto* list : {&m_clients, &m_places}) {
+    for (const auto* list : {&m_clients, &m_prefiles, &m_places}) {
         for (const Entry& e : *list) {
             const int rank = rate(e);
             if (rank != kNone)

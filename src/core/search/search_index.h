@@ -7,6 +7,7 @@
 #include <QStringList>
 
 #include "network/client_records.h"
+#include "network/prefiles.h"
 
 namespace sky {
 class ReferenceData;
@@ -14,8 +15,9 @@ class ReferenceData;
 
 namespace sky::search {
 
-// What a search result stands for: a client of a network, an airport or a FIR.
-enum class ResultKind { Client, Airport, Fir };
+// What a search result stands for: a client of a network, an airport, a FIR, or a flight VATSIM's
+// members filed before connecting (its line marked "prefiled").
+enum class ResultKind { Client, Airport, Fir, Prefile };
 
 struct SearchResult {
     ResultKind Kind = ResultKind::Client;
@@ -39,9 +41,11 @@ public:
     void SetPlaces(const ReferenceData& reference);
     // The clients of these networks (0, 1, or both); again after every change of the data.
     void SetClients(const network::ClientTables& tables, const std::vector<int>& networks);
+    // VATSIM's prefiles (none: pass an empty list), found like its clients, placed at their departure.
+    void SetPrefiles(const std::vector<network::Prefile>& prefiles, const ReferenceData& reference);
 
     std::vector<SearchResult> Find(const QString& query, int limit = 12) const;
-    int Size() const { return int(m_clients.size() + m_places.size()); }
+    int Size() const { return int(m_clients.size() + m_prefiles.size() + m_places.size()); }
 
 private:
     struct Entry {
@@ -52,6 +56,7 @@ private:
     };
 
     std::vector<Entry> m_clients;
+    std::vector<Entry> m_prefiles;
     std::vector<Entry> m_places;
     QSet<QString> m_busyAirports; // in use by the clients' flight plans
 };

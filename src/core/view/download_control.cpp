@@ -122,6 +122,11 @@ void DownloadControl::Interpreted(int network, const QString& text) {
         OnInterpreted(network, text);
 }
 
+void DownloadControl::PrefilesRead(int network, std::vector<network::Prefile> prefiles) {
+    if (OnPrefiles)
+        OnPrefiles(network, std::move(prefiles));
+}
+
 void DownloadControl::MarksChanged() {
     m_scene.MarksChanged();
 }

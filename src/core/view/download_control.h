@@ -45,9 +45,12 @@ public:
     void ClearTraffic(int network) override;
     void MarksChanged() override;
     void Interpreted(int network, const QString& text) override;
+    void PrefilesRead(int network, std::vector<network::Prefile> prefiles) override;
 
     // Told of every snapshot the downloads interpret (a replay ends with it).
     std::function<void(int network, const QString& text)> OnInterpreted;
+    // Told of the prefiles a download's feed listed.
+    std::function<void(int network, std::vector<network::Prefile> prefiles)> OnPrefiles;
     // Told when a downloaded network's new data shows, after the download's own status text.
     std::function<void(int network)> OnShown;
 

@@ -4,9 +4,11 @@
 
 #include "render/frame.h"
 #include "render/geography.h"
+#include "coming/whats_on.h"
 #include "common/text_codec.h"
 #include "companion/weather_commands.h"
 #include "network/http_client.h"
+#include "route/route_resolver.h"
 
 using namespace Qt::StringLiterals;
 
@@ -46,12 +48,34 @@ MapSession::MapSession(Folders files, Settings settings, Friends friends, render
                           if (!problem.isEmpty())
                               m_host.Report(problem);
                       },
-                      [this](const network::ClientRef& c) { GoTo(c); }}),
+                      [this](const network::ClientRef& c) { GoTo(c); }, [this] { return m_coming.Moment(); },
+                      [this](const QString& callsign) { return MarkPlan(callsign); },
+                      [this](const QString& address) { m_host.OpenUrl(address); }}),
       m_download(m_state, m_scene, m_panelControl, host, http),
       m_pointer(m_state, m_scene, m_panelControl, gl),
       m_history(m_state, m_scene, history, m_state.NavaidList),
-      m_alerts(m_state, [this](const alerts::OnlineChange& change) { Tell(change); }) {
-    m_download.OnShown = [this](int network) { m_alerts.Downloaded(network); };
+      m_alerts(m_state,
+               [this](const alerts::OnlineChange& change) {
+                   Tell(change.Network, change.Client.Callsign, change.Text());
+               }),
+      m_coming(m_state, m_scene, gl, http, [this](int network, const QString& callsign, const QString& text) {
+          Tell(network, callsign, text);
+      }) {
+    m_download.OnShown = [this](int network) {
+        m_alerts.Downloaded(network);
+        if (network == 1)
+            m_coming.VatsimShown(
+                [this](const QString& callsign) { return m_alerts.Watches().Matches(callsign); });
+    };
+    m_download.OnPrefiles = [this](int network, std::vector<network::Prefile> prefiles) {
+        if (network == 1)
+            m_coming.PrefilesRead(std::move(prefiles));
+    };
+    m_coming.SetAddresses(addresses.Bookings, addresses.Events);
+    m_coming.OnChanged = [this] {
+        m_panelControl.RecordAgain();
+        m_scene.Redraw();
+    };
     m_scene.SetPathSource([this](const network::ClientRef& client) { return m_history.Paths(client); });
     m_download.OnInterpreted = [this](int network, const QString& text) {
         m_history.Interpreted(network, text, m_download.Now());
@@ -108,6 +132,7 @@ QString MapSession::StartUp() {
     // Automatic download runs from the start, so alerts come without a first download by hand.
     if (m_state.Config.AutoDownload)
         m_host.EnableAutoDownload(true);
+    m_coming.StartUp();
     return geography.MissingFile;
 }
 
@@ -120,6 +145,7 @@ void MapSession::RecordAllLists() {
     if (m_state.Display.ShowTrails)
         m_scene.RecordAllTrails(m_history.AllTracks());
     m_panelControl.RecordAgain();
+    m_coming.RecordMarks();
 }
 
 void MapSession::DownloadOnStart(const QString& networks) {
@@ -195,9 +221,12 @@ std::vector<search::SearchResult> MapSession::Search(const QString& text) {
     const QString data = QString::number(shown) + u'/' + tables[0].UpdateStamp + u'/' +
                          QString::number(tables[0].PilotCount) + u'/' + tables[1].UpdateStamp + u'/' +
                          QString::number(tables[1].PilotCount) + u'/' + tables[0].LastDownload.toString() +
-                         tables[1].LastDownload.toString();
+                         tables[1].LastDownload.toString() + u'/' +
+                         QString::number(m_state.Coming.PrefilesRevision);
     if (data != m_searchData) {
         m_search.SetClients(tables, shown == 2 ? std::vector<int>{0, 1} : std::vector<int>{shown});
+        m_search.SetPrefiles(shown == 0 ? std::vector<network::Prefile>() : m_state.Coming.Prefiles,
+                             m_state.Reference);
         m_searchData = data;
     }
     m_panelControl.SetFilter(text);
@@ -221,6 +250,10 @@ void MapSession::ChooseSearchResult(const search::SearchResult& result) {
         break;
     case search::ResultKind::Fir:
         CentreAndClose(result.Latitude, result.Longitude, result.Code, kFirZoom);
+        break;
+    case search::ResultKind::Prefile:
+        CentreAndClose(result.Latitude, result.Longitude, result.Code, kFirZoom);
+        m_panelControl.OpenPrefileBox(result.Code);
         break;
     }
 }
@@ -257,11 +290,26 @@ void MapSession::GoTo(const network::ClientRef& client) {
     m_scene.Redraw();
 }
 
-void MapSession::Tell(const alerts::OnlineChange& change) {
-    const QString text = change.Text();
+void MapSession::Tell(int network, const QString& callsign, const QString& text) {
     m_companion.AddText(text);
     m_scene.SetStatus(text);
-    m_host.Notify(change.Network, change.Client.Callsign, text);
+    m_host.Notify(network, callsign, text);
+}
+
+int MapSession::MarkPlan(const QString& callsign) {
+    const network::Prefile* prefile = coming::FindPrefile(m_state.Coming.Prefiles, callsign);
+    const Airport* departure = prefile ? m_state.Reference.FindAirport(prefile->Departure) : nullptr;
+    if (!departure)
+        return 0;
+    const auto route = route::ResolveRoute(prefile->Departure, prefile->Arrival, prefile->Route,
+                                           m_state.Reference, m_state.NavaidList);
+    render::FlightPaths paths;
+    paths.RoutePoints = int(route.size());
+    paths.Ahead.push_back({departure->Latitude, departure->Longitude});
+    for (const route::RoutePoint& point : route)
+        paths.Ahead.push_back({point.Latitude, point.Longitude});
+    m_scene.MarkPlan({departure->Latitude, departure->Longitude}, prefile->Callsign, paths);
+    return paths.RoutePoints;
 }
 
 QStringList MapSession::Watch(const QString& line) {

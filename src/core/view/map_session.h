@@ -6,6 +6,7 @@
 #include "companion/console.h"
 #include "search/search_index.h"
 #include "view/alert_control.h"
+#include "view/coming_control.h"
 #include "view/download_control.h"
 #include "view/history_control.h"
 #include "view/keyboard.h"
@@ -74,6 +75,7 @@ public:
     PointerControl& Pointer() { return m_pointer; }
     HistoryControl& History() { return m_history; }
     AlertControl& Alerts() { return m_alerts; }
+    ComingControl& Coming() { return m_coming; }
     companion::CompanionConsole& Companion() { return m_companion; }
 
     // The state, read by the window and the tests; changed only through the parts above.
@@ -86,6 +88,7 @@ public:
     const ColourTable& Colours() const { return m_state.Colours; }
     const network::ClientTables& Tables() const { return m_state.AllTables(); }
     const network::DownloadState& Downloads() const { return m_state.Downloads; }
+    const coming::ComingState& ComingLists() const { return m_state.Coming; }
     const ReferenceData& Reference() const { return m_state.Reference; }
     const std::optional<Selection>& Selected() const { return m_state.Selected; }
     const PanelState& Panels() const { return m_state.Panels; }
@@ -115,7 +118,9 @@ private:
     // Closes the panels and turns the map to face the point, so it shows where it went.
     void CentreAndClose(float latitude, float longitude, const QString& name, float zoom = 16.0f);
     void SaveFriends();
-    void Tell(const alerts::OnlineChange& change);
+    void Tell(int network, const QString& callsign, const QString& text);
+    // A prefile's route drawn as a flight's; the number of its places found.
+    int MarkPlan(const QString& callsign);
     QString Metar(const QString& icao); // from the weather server, while no other fetch runs; or empty
 
     MapState m_state;
@@ -128,6 +133,7 @@ private:
     PointerControl m_pointer;
     HistoryControl m_history;
     AlertControl m_alerts;
+    ComingControl m_coming;
     companion::CompanionConsole m_companion;
     search::SearchIndex m_search;
     QString m_searchData; // what the search's clients were taken from

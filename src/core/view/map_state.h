@@ -9,6 +9,7 @@
 #include "app/friends.h"
 #include "app/home_folder.h"
 #include "app/settings.h"
+#include "coming/coming_state.h"
 #include "geo/geodesy.h"
 #include "network/client_records.h"
 #include "network/download.h"
@@ -51,6 +52,8 @@ struct MapState {
     std::unique_ptr<network::ClientTables> Tables;
     // DownloadControl, through the download pipeline; DownloadIdle only through network::BusyGuard.
     network::DownloadState Downloads;
+    // ComingControl: VATSIM's prefiles (from the downloads), bookings and events (from their services).
+    coming::ComingState Coming;
     // Each field names its writer (display_state.h).
     DisplayState Display;
     // SceneControl, the camera: SetView, CentreOn, and the clamp before each frame.

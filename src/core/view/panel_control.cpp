@@ -1,6 +1,8 @@
 #include "view/panel_control.h"
 
+#include "coming/whats_on.h"
 #include "render/panel_drawing.h"
+#include "view/coming_panels.h"
 #include "view/keys.h"
 #include "view/map_state.h"
 #include "view/scene_control.h"
@@ -19,6 +21,7 @@ PanelMode PanelControl::Mode() const {
 void PanelControl::CloseAll() {
     PanelState& p = m_state.Panels;
     p.InfoClient.reset();
+    p.InfoPrefile.clear();
     p.ListOpen = false;
     p.BoardOpen = false;
 }
@@ -29,9 +32,10 @@ void PanelControl::Ready() {
 }
 
 bool PanelControl::CloseInfoBox() {
-    if (!m_state.Panels.InfoClient)
+    if (!m_state.Panels.InfoClient && m_state.Panels.InfoPrefile.isEmpty())
         return false;
     m_state.Panels.InfoClient.reset();
+    m_state.Panels.InfoPrefile.clear();
     return true;
 }
 
@@ -52,7 +56,14 @@ void PanelControl::OpenList() {
 
 void PanelControl::OpenInfoBox(const ClientRef& client) {
     m_state.Panels.InfoClient = client;
+    m_state.Panels.InfoPrefile.clear();
     Show();
+}
+
+void PanelControl::OpenPrefileBox(const QString& callsign) {
+    m_state.Panels.InfoClient.reset();
+    m_state.Panels.InfoPrefile = callsign;
+    Show(); // which draws its route too
 }
 
 void PanelControl::OpenBoard(const QString& airport) {
@@ -60,6 +71,7 @@ void PanelControl::OpenBoard(const QString& airport) {
     p.BoardOpen = true;
     p.ListOpen = false;
     p.InfoClient.reset();
+    p.InfoPrefile.clear();
     p.BoardAirport = airport;
     p.PageIndex = 0;
     p.BoardWeather = m_actions.Weather ? m_actions.Weather(airport) : QString();
@@ -81,11 +93,20 @@ TableContent PanelControl::Table(int rowsPerPage, int pageIndex) const {
     const int shown = m_state.Display.ShownNetwork == 1 ? 1 : 0;
     const network::NetworkData& data = m_state.AllTables()[shown];
     const PanelState& p = m_state.Panels;
-    if (p.ListOpen)
-        return ListPageContent(shown, data, p.Page, pageIndex, rowsPerPage, m_state.FriendList,
-                               p.Sorts[size_t(p.Page)], p.Filter);
+    const QDateTime moment = m_actions.Moment ? m_actions.Moment() : QDateTime::currentDateTimeUtc();
+    if (p.ListOpen) {
+        TableContent table = ListPageContent(shown, data, p.Page, pageIndex, rowsPerPage, m_state.FriendList,
+                                             p.Sorts[size_t(p.Page)], p.Filter);
+        if (p.Page == ListPage::Events)
+            FillEventsPage(table, m_state.Coming, moment, QDateTime::currentDateTimeUtc(), pageIndex,
+                           rowsPerPage, p.Sorts[size_t(p.Page)], p.Filter);
+        return table;
+    }
+    // What is coming is VATSIM's, on its own board.
+    const BoardExtras extras =
+        shown == 1 ? ComingAtAirport(m_state.Coming, data, p.BoardAirport, moment) : BoardExtras();
     return AirportBoardContent(shown, data, p.BoardAirport, m_state.Reference, pageIndex, rowsPerPage,
-                               p.Sorts[kBoardSort], p.BoardWeather);
+                               p.Sorts[kBoardSort], p.BoardWeather, extras);
 }
 
 TableContent PanelControl::ShownTable() {
@@ -102,6 +123,14 @@ void PanelControl::Rebuild() {
     if (p.ListOpen || p.BoardOpen)
         render::BuildTablePanel(m_gl, m_state.Colours, layout, w, h,
                                 Table(int(layout.Rows.size()), p.PageIndex));
+    if (const network::Prefile* prefile = coming::FindPrefile(m_state.Coming.Prefiles, p.InfoPrefile);
+        prefile && !p.InfoPrefile.isEmpty()) {
+        InfoBoxContent info = PrefileInfo(*prefile, m_state.Reference, m_state.FriendList);
+        if (m_actions.MarkPlan)
+            info.Lines.append(u"Route points found: "_s +
+                              QString::number(m_actions.MarkPlan(prefile->Callsign)));
+        render::BuildInfoBox(m_gl, m_state.Colours, layout, w, h, info);
+    }
     if (p.InfoClient) {
         const ClientRef& c = *p.InfoClient;
         const network::NetworkData& data = m_state.AllTables()[c.Network];
@@ -114,14 +143,22 @@ void PanelControl::Rebuild() {
             info.Watchable = true;
             info.Watched = m_actions.IsWatched(data.Controllers[size_t(c.Slot)].Callsign);
         }
+        if (!c.IsPilot && c.Network == 1)
+            info.Lines.append(
+                BookingLines(m_state.Coming.Bookings, data.Controllers[size_t(c.Slot)].Callsign,
+                             m_actions.Moment ? m_actions.Moment() : QDateTime::currentDateTimeUtc()));
         render::BuildInfoBox(m_gl, m_state.Colours, layout, w, h, info);
     }
 }
 
 void PanelControl::ToggleInfoClientFriend() {
-    if (!m_state.Panels.InfoClient)
+    const network::Prefile* prefile =
+        coming::FindPrefile(m_state.Coming.Prefiles, m_state.Panels.InfoPrefile);
+    if (!m_state.Panels.InfoClient && !prefile)
         return;
-    const network::ClientSummary client = network::Summarise(m_state.AllTables(), *m_state.Panels.InfoClient);
+    const network::ClientSummary client =
+        prefile ? network::ClientSummary{prefile->Callsign, prefile->Member, prefile->Name}
+                : network::Summarise(m_state.AllTables(), *m_state.Panels.InfoClient);
     const FriendToggle toggle = ToggleFriend(m_state.FriendList, client.RealName, client.VID);
     if (m_actions.FriendsChanged)
         m_actions.FriendsChanged();
@@ -134,7 +171,69 @@ void PanelControl::ToggleInfoClientFriend() {
     m_scene.Redraw();
 }
 
+void PanelControl::PrefileClick(const PanelHit& hit) {
+    const network::Prefile* prefile =
+        coming::FindPrefile(m_state.Coming.Prefiles, m_state.Panels.InfoPrefile);
+    if (!prefile)
+        return;
+    const network::Prefile f = *prefile;
+    switch (hit.Kind) {
+    case PanelHitKind::Centre:
+        if (const Airport* departure = m_state.Reference.FindAirport(f.Departure)) {
+            CloseAll();
+            m_scene.CentreOn(departure->Latitude, departure->Longitude, f.Callsign);
+        }
+        break;
+    case PanelHitKind::Profile:
+        m_actions.OpenProfile(1, f.Member);
+        break;
+    case PanelHitKind::Friend:
+        ToggleInfoClientFriend();
+        break;
+    case PanelHitKind::InfoLine: {
+        const InfoBoxContent info = PrefileInfo(f, m_state.Reference, m_state.FriendList);
+        if (hit.Index == info.DepartureLine)
+            OpenBoard(info.DepartureAirport);
+        else if (hit.Index == info.DestinationLine)
+            OpenBoard(info.DestinationAirport);
+        break;
+    }
+    default:
+        break;
+    }
+}
+
+void PanelControl::ItemClick(const ClientRef& row, bool go) {
+    const int item = RowItem(row);
+    const PanelState& p = m_state.Panels;
+    if (p.BoardOpen && item < int(m_state.Coming.Prefiles.size())) {
+        OpenPrefileBox(m_state.Coming.Prefiles[size_t(item)].Callsign);
+        return;
+    }
+    if (!p.ListOpen || item >= int(m_state.Coming.Events.size()))
+        return;
+    const coming::Event& event = m_state.Coming.Events[size_t(item)];
+    // Go: the map goes to the event's first airport; the row: its page, when it has a web address.
+    const Airport* first =
+        event.Airports.isEmpty() ? nullptr : m_state.Reference.FindAirport(event.Airports[0]);
+    if (go && first) {
+        CloseAll();
+        m_scene.CentreOn(first->Latitude, first->Longitude, event.Airports[0], 8.0f);
+    } else if (!go && coming::IsWebAddress(event.Link) && m_actions.OpenWeb) {
+        m_actions.OpenWeb(event.Link.trimmed());
+        m_scene.SetStatus(u"Opened "_s + event.Link.trimmed());
+        m_scene.Redraw();
+    } else if (!go) {
+        m_scene.SetStatus(event.Name + u": no web page"_s);
+        m_scene.Redraw();
+    }
+}
+
 void PanelControl::ClientClick(const PanelHit& hit) {
+    if (!m_state.Panels.InfoClient) {
+        PrefileClick(hit);
+        return;
+    }
     const ClientRef c = *m_state.Panels.InfoClient;
     const network::NetworkData& data = m_state.AllTables()[c.Network];
     switch (hit.Kind) {
@@ -211,6 +310,8 @@ bool PanelControl::Click(int x, int y) {
             const ClientRef row = table.RowClients[size_t(hit.Index)];
             m_scene.Select(row);
             OpenInfoBox(row);
+        } else if (hit.Index < int(table.RowClients.size()) && table.RowClients[size_t(hit.Index)].Slot < 0) {
+            ItemClick(table.RowClients[size_t(hit.Index)], false);
         }
         break;
     }
@@ -219,6 +320,8 @@ bool PanelControl::Click(int x, int y) {
         if (hit.Index < int(table.RowClients.size()) && table.RowClients[size_t(hit.Index)].Slot > 0 &&
             m_actions.Go)
             m_actions.Go(table.RowClients[size_t(hit.Index)]);
+        else if (hit.Index < int(table.RowClients.size()) && table.RowClients[size_t(hit.Index)].Slot < 0)
+            ItemClick(table.RowClients[size_t(hit.Index)], true);
         break;
     }
     default:
@@ -247,7 +350,7 @@ bool PanelControl::Key(int keyCode) {
     case keys::kDown:
         if (!p.ListOpen)
             return false;
-        p.Page = ListPage((int(p.Page) + (keyCode == keys::kDown ? 1 : 3)) % 4);
+        p.Page = ListPage((int(p.Page) + (keyCode == keys::kDown ? 1 : kListPages - 1)) % kListPages);
         p.PageIndex = 0;
         break;
     default:

@@ -2,6 +2,7 @@
 
 #include <functional>
 
+#include <QDateTime>
 #include <QString>
 
 #include "view/panels.h"
@@ -29,10 +30,17 @@ public:
         std::function<bool(const QString& callsign)> IsWatched;           // a station's watch button
         std::function<void(const QString& callsign)> ToggleWatch;
         std::function<void(const ClientRef&)> Go; // select and centre on a client
+        // VATSIM's coming traffic: the moment its lists are read for, a prefile's route drawn on the
+        // map (the places found), and an event's page opened in the browser.
+        std::function<QDateTime()> Moment;
+        std::function<int(const QString& callsign)> MarkPlan;
+        std::function<void(const QString& address)> OpenWeb;
     };
     PanelControl(MapState& state, SceneControl& scene, render::GlApi& gl, Actions actions);
 
     void OpenInfoBox(const ClientRef& client);
+    // The box of VATSIM's prefiled flight of this callsign, its route drawn on the map.
+    void OpenPrefileBox(const QString& callsign);
     void OpenBoard(const QString& airport); // with its METAR when the weather can be fetched
     void OpenList();                        // the pilots' page of the shown network
     // The search field's text filters the list's rows (from its first page) while it is open.
@@ -61,6 +69,8 @@ private:
     void Rebuild();
     TableContent Table(int rowsPerPage, int pageIndex) const; // the open list's or board's page
     void ClientClick(const PanelHit& hit);
+    void PrefileClick(const PanelHit& hit);
+    void ItemClick(const ClientRef& row, bool go); // a row of a prefile or an event
 
     MapState& m_state;
     SceneControl& m_scene;

@@ -65,20 +65,20 @@ PanelMode PanelModeOf(const PanelState& p) {
     if (p.Starting)
         return PanelMode::Starting;
     const bool table = p.ListOpen || p.BoardOpen;
-    if (p.InfoClient)
+    if (p.InfoClient || !p.InfoPrefile.isEmpty())
         return table ? PanelMode::TableAndInfoBox : PanelMode::InfoBox;
     return table ? PanelMode::Table : PanelMode::None;
 }
 
 PanelHit HitTestPanels(const PanelLayout& l, const PanelState& p, int x, int y) {
-    if (p.InfoClient && l.InfoBox.Contains(x, y)) {
+    if ((p.InfoClient || !p.InfoPrefile.isEmpty()) && l.InfoBox.Contains(x, y)) {
         if (l.CentreButton.Contains(x, y))
             return {PanelHitKind::Centre};
         if (l.ProfileButton.Contains(x, y))
             return {PanelHitKind::Profile};
         if (l.FriendButton.Contains(x, y))
             return {PanelHitKind::Friend};
-        if (!p.InfoClient->IsPilot && l.WatchButton.Contains(x, y))
+        if (p.InfoClient && !p.InfoClient->IsPilot && l.WatchButton.Contains(x, y))
             return {PanelHitKind::Watch};
         const int line = (y - l.InfoBox.Y - 24) / PanelLayout::kLineHeight;
         if (y >= l.InfoBox.Y + 24)
@@ -103,7 +103,7 @@ PanelHit HitTestPanels(const PanelLayout& l, const PanelState& p, int x, int y) 
         for (size_t row = 0; row < l.Rows.size(); ++row) {
             if (!l.Rows[row].Contains(x, y))
                 continue;
-            const bool go = p.ListOpen && p.Page == ListPage::Friends &&
+            const bool go = p.ListOpen && (p.Page == ListPage::Friends || p.Page == ListPage::Events) &&
                             PanelLayout::GoButton(l.Rows[row]).Contains(x, y);
             return {go ? PanelHitKind::Go : PanelHitKind::Row, int(row)};
         }
@@ -346,6 +346,11 @@ TableContent ListPageContent(int network, const NetworkData& data, ListPage page
         if (pages[i] == page)
             table.ActiveTab = i;
     }
+    table.Tabs.append(u"Events"_s);
+    if (page == ListPage::Events) {
+        table.ActiveTab = 4;
+        return table;
+    }
     table.Headers = page == ListPage::Pilots ? QStringList{u"Callsign"_s, u"Name"_s, u"Route"_s, u"Status"_s}
                     : page == ListPage::Friends
                         ? QStringList{u"Callsign"_s, u"Name"_s, u"Route / frequency"_s, u"Status / rating"_s}
@@ -386,7 +391,7 @@ TableContent ListPageContent(int network, const NetworkData& data, ListPage page
 
 TableContent AirportBoardContent(int network, const NetworkData& data, const QString& airport,
                                  const ReferenceData& reference, int pageIndex, int rowsPerPage,
-                                 const SortOrder& sort, const QString& weather) {
+                                 const SortOrder& sort, const QString& weather, const BoardExtras& extras) {
     TableContent table;
     table.Title = u"Traffic at "_s + AirportText(airport, reference);
     table.Headers = {u"Callsign"_s, u"From / to"_s, u"Status"_s, u"ETA / distance"_s};
@@ -408,6 +413,8 @@ TableContent AirportBoardContent(int network, const NetworkData& data, const QSt
             clients.push_back({network, true, slot});
         }
     }
+    rows.insert(rows.end(), extras.Filed.begin(), extras.Filed.end());
+    clients.insert(clients.end(), extras.FiledRows.begin(), extras.FiledRows.end());
     for (int slot = 1; slot <= data.PilotCount; ++slot) {
         const PilotRecord& p = data.Pilots[size_t(slot)];
         if (p.DestAirport == airport && within(p)) {
@@ -431,6 +438,10 @@ TableContent AirportBoardContent(int network, const NetworkData& data, const QSt
             top.push_back({c.Callsign, c.Frequency, FacilityName(c.FacilityType), c.RealName});
             topClients.push_back({network, false, slot});
         }
+    }
+    for (const QStringList& row : extras.Top) {
+        top.push_back(row);
+        topClients.push_back({network, false, 0});
     }
     if (rows.empty()) {
         rows.push_back({u"No arrivals or departures within 100 nm"_s});

@@ -322,6 +322,12 @@ void SceneControl::MarkAirport(float latitude, float longitude, const QString& c
     render::BuildAirportMark(m_gl, m_state.Colours, {latitude, longitude}, code);
 }
 
+void SceneControl::MarkPlan(geo::LatLon where, const QString& callsign, const render::FlightPaths& paths) {
+    m_state.Selected.reset();
+    render::BuildHighlight(m_gl, m_state.Colours,
+                           {where, callsign, 1.8 * render::SymbolSize(m_state.View.ViewZ), 1, &paths});
+}
+
 void SceneControl::SetView(const geo::ViewState& view) {
     m_state.View = view;
 }

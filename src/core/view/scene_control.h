@@ -70,6 +70,9 @@ public:
     void DeleteHighlight(); // the selection goes with it
     // Marks an airport with its code in the highlight list; the selection goes.
     void MarkAirport(float latitude, float longitude, const QString& code);
+    // Marks a flight filed but not flying in the highlight list: a ring at where (its departure), its
+    // callsign and its route dashed, as a selected flight's; the selection goes.
+    void MarkPlan(geo::LatLon where, const QString& callsign, const render::FlightPaths& paths);
     // Moves the camera; the next frame clamps it.
     void SetView(const geo::ViewState& view);
     // Turns the map to face the point at zoom 16 (or another) and says "Centered on " + name. The

@@ -46,9 +46,9 @@ TEST_F(Frame, DrawsEveryLayerInItsFixedOrder) {
     m_settings.ShowInbounds = true;
     Draw();
     EXPECT_EQ(CalledLists(), (std::vector<int>{lists::kGlobe, lists::kNight, lists::kGrid, lists::kBorders,
-                                               25, 26, lists::kCoastlines, 22, 23, 27, 28, lists::kHighlight,
-                                               24, 20, 21, lists::kFrame, lists::kNetworkMarks,
-                                               lists::kStatusLine, lists::kClientCount}));
+                                               25, 26, lists::kCoastlines, 22, 23, lists::kEventMarks, 27, 28,
+                                               lists::kHighlight, 24, 20, 21, lists::kFrame,
+                                               lists::kNetworkMarks, lists::kStatusLine, lists::kClientCount}));
 }
 
 TEST_F(Frame, SwitchesGateTheirLayers) {

@@ -150,7 +150,8 @@ TEST_F(PanelContent, TheListPagesThroughEachKindOfClient) {
     const TableContent last = ListPageContent(1, m_data, ListPage::Pilots, 2, 40, m_friends);
     EXPECT_EQ(last.Rows.size(), 15u);
     EXPECT_EQ(last.PageText, u"Page 3/3");
-    EXPECT_EQ(last.Tabs, (QStringList{u"Friends (2)"_s, u"ATC (1)"_s, u"Pilots (95)"_s, u"Observers (1)"_s}));
+    EXPECT_EQ(last.Tabs, (QStringList{u"Friends (2)"_s, u"ATC (1)"_s, u"Pilots (95)"_s, u"Observers (1)"_s,
+                                      u"Events"_s}));
     EXPECT_EQ(ListPageContent(1, m_data, ListPage::Pilots, 99, 40, m_friends).PageText, u"Page 3/3");
     const TableContent friends = ListPageContent(1, m_data, ListPage::Friends, 0, 40, m_friends);
     ASSERT_EQ(friends.Rows.size(), 2u);
