@@ -10,6 +10,7 @@
     /bomb.gz           a gzip bomb: 240 KB that unpack to 240 MB
     /status-10k.txt    a status file of 10,000 url0 lines, all to /whazzup.txt
     /whazzup.txt       a small valid IVAO feed
+    /versioned         an empty JSON list with the ETag "v1", and "not modified" to a request naming it
 
 With --tls CERT KEY it speaks https with that certificate.
 """
@@ -32,7 +33,7 @@ def bomb():
     return b"".join(packer.compress(zeros) for _ in range(240)) + packer.flush()
 
 
-BOMB = bomb()
+BOMB = []  # made when first asked for: it takes seconds
 
 
 class Hostile(http.server.BaseHTTPRequestHandler):
@@ -79,13 +80,20 @@ class Hostile(http.server.BaseHTTPRequestHandler):
             elif path == "/to-ftp":
                 self.redirect("ftp://127.0.0.1/whazzup.txt")
             elif path == "/bomb.gz":
-                self.answer(BOMB)
+                if not BOMB:
+                    BOMB.append(bomb())
+                self.answer(BOMB[0])
             elif path == "/status-10k.txt":
                 port = self.server.server_address[1]
                 line = "url0=http://127.0.0.1:%d/whazzup.txt\n" % port
                 self.answer((line * 10000).encode())
             elif path == "/whazzup.txt":
                 self.answer(FEED)
+            elif path == "/versioned":
+                if self.headers.get("If-None-Match") == '"v1"':
+                    self.answer(b"", 304)
+                else:
+                    self.answer(b"[]", 200, [("ETag", '"v1"')])
             else:
                 self.answer(b"not here", 404)
         except (BrokenPipeError, ConnectionResetError):

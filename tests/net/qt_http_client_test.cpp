@@ -34,5 +34,24 @@ TEST(QtHttpClient, FetchesFromARealServerAndFilesAndReportsWhatFails) {
     }
 }
 
+// A version known (an ETag, a Last-Modified time) is sent, and "not modified" comes back as such.
+TEST(QtHttpClient, AsksWhetherAVersionItHoldsIsStillCurrent) {
+    testing::LocalHttpServer files;
+    testing::LocalHttpServer tagged(
+        {QStringLiteral(SKYLANTRA_SOURCE_DIR) + u"/tests/net/hostile_server.py"_s});
+    ASSERT_TRUE(files.IsRunning() && tagged.IsRunning());
+    files.Serve(u"bookings.json"_s, "[]");
+    QtHttpClient client(5000, u"0"_s);
+    for (const QString& address :
+         {files.Url(u"bookings.json"_s), u"http://127.0.0.1:%1/versioned"_s.arg(tagged.Port())}) {
+        SCOPED_TRACE(address.toStdString());
+        const network::FetchResult first = client.FetchIfChanged(address, {});
+        ASSERT_TRUE(first.Ok && !first.NotModified);
+        EXPECT_FALSE(first.Version.ETag.isEmpty() && first.Version.LastModified.isEmpty());
+        const network::FetchResult again = client.FetchIfChanged(address, first.Version);
+        EXPECT_TRUE(again.Ok && again.NotModified && again.Body.isEmpty());
+    }
+}
+
 } // namespace
 } // namespace sky::net

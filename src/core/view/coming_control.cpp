@@ -34,8 +34,13 @@ ComingControl::ComingControl(MapState& state, SceneControl& scene, render::GlApi
     : m_state(state), m_scene(scene), m_gl(gl), m_http(http), m_tell(std::move(tell)) {}
 
 void ComingControl::SetAddresses(const QString& bookings, const QString& events) {
-    m_bookings.Address = bookings.trimmed();
-    m_events.Address = events.trimmed();
+    for (auto [service, address] :
+         {std::pair{&m_bookings, bookings.trimmed()}, std::pair{&m_events, events.trimmed()}}) {
+        // A version of another address says nothing of this one's.
+        if (service->Address != address)
+            service->Known = {};
+        service->Address = address;
+    }
 }
 
 QDateTime& ComingControl::Fetched(Kind kind) {
