@@ -5,7 +5,10 @@
 #include "app/friends.h"
 #include "app/ini_file.h"
 #include "app/settings.h"
+#include "coming/answer_cache.h"
+#include "coming/coming_lists.h"
 #include "common/file_io.h"
+#include "common/json_values.h"
 #include "common/text_codec.h"
 #include "companion/console.h"
 #include "network/download.h"
@@ -153,11 +156,20 @@ void Search(const std::uint8_t* data, std::size_t size) {
     index.Find(Text(data, size));
 }
 
+void Coming(const std::uint8_t* data, std::size_t size) {
+    const QByteArray body = Bytes(data, size);
+    coming::ParseBookings(body);
+    coming::ParseEvents(body);
+    if (const auto kept = coming::ReadCache(body))
+        coming::ParseEvents(kept->Body);
+    ServiceTime(Text(data, size));
+}
+
 Target TargetNamed(const QString& name) {
     const std::pair<const char16_t*, Target> targets[] = {
         {u"whazzup", Whazzup}, {u"json_feeds", JsonFeeds},   {u"status_file", StatusFile},
         {u"gunzip", Gunzip},   {u"settings", SettingsFiles}, {u"companion", Companion},
-        {u"route", Route},     {u"search", Search},
+        {u"route", Route},     {u"search", Search},          {u"coming", Coming},
     };
     for (const auto& [known, target] : targets)
         if (name == QStringView(known))

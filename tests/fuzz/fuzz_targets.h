@@ -17,6 +17,7 @@ void SettingsFiles(const std::uint8_t* data, std::size_t size); // skln.ini, a t
 void Companion(const std::uint8_t* data, std::size_t size);     // command lines against the demo feed
 void Route(const std::uint8_t* data, std::size_t size);         // "DEP DEST route..."
 void Search(const std::uint8_t* data, std::size_t size);
+void Coming(const std::uint8_t* data, std::size_t size); // VATSIM's bookings, events, their kept copies
 
 // The targets by name, as the fuzz programs and the reproducer folders are named.
 using Target = void (*)(const std::uint8_t*, std::size_t);

@@ -29,9 +29,10 @@ struct Prefile {
 // The most prefiles kept; a feed with more is cut there.
 inline constexpr int kMostPrefiles = 5000;
 
-// The prefiles of the feed's prefiles[] array in its order: an entry without a callsign (a text) or
-// without a flight plan object that names a departure is left out; "hhmm" times that are not four
-// digits of a time of day read as none. Anything that is no array gives none.
+// The prefiles of the feed's prefiles[] array in its order, at most kMostPrefiles: an entry without a
+// callsign (a text) or without a flight plan object that names a departure is left out; a departure
+// time that is no time of day, or a time en route that is no hhmm, reads as none. Anything that is no
+// array gives none.
 std::vector<Prefile> ParsePrefiles(const QJsonValue& prefiles);
 
 } // namespace sky::network

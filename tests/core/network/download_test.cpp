@@ -202,12 +202,21 @@ TEST(ChooseStatusFileAddress, CommandLineBeatsDemoBeatsSettingsBeatsTheDefault) 
     EXPECT_EQ(ChooseStatusFileAddress(0, QString(), false, QString(), home), DefaultStatusFileAddress(0));
 }
 
-TEST(ChooseJsonAddress, TheSettingElseTheDefaultUnlessAStatusFileWasChosen) {
+TEST(ChooseJsonAddress, TheSettingElseTheDefaultUnlessAStatusFileWasChosenAndTheServicesLikewise) {
     EXPECT_EQ(ChooseJsonAddress(0, false, false, QString()), DefaultJsonAddress(0));
     EXPECT_EQ(ChooseJsonAddress(1, false, false, QString()), u""); // VATSIM's comes from its status file
     EXPECT_EQ(ChooseJsonAddress(0, true, false, QString()), u"");
     EXPECT_EQ(ChooseJsonAddress(0, false, true, QString()), u"");
     EXPECT_EQ(ChooseJsonAddress(1, true, true, u" http://mine/feed.json "_s), u"http://mine/feed.json");
+    // The demo reads VATSIM as today's network is read: its v3 data.
+    EXPECT_EQ(ChooseJsonAddress(1, false, true, QString(), u"/opt/sky"_s),
+              u"file:///opt/sky/data/demo/vatsim/vatsim-data.json");
+    // Bookings and events likewise, but a run on feeds of its own reads no live service beside them.
+    const QString live = DefaultBookingsAddress();
+    EXPECT_EQ(ChooseServiceAddress(QString(), false, u"/d/b.json"_s, false, live), live);
+    EXPECT_EQ(ChooseServiceAddress(QString(), false, u"/d/b.json"_s, true, live), u"");
+    EXPECT_EQ(ChooseServiceAddress(QString(), true, u"/d/b.json"_s, true, live), u"file:///d/b.json");
+    EXPECT_EQ(ChooseServiceAddress(u" http://mine/b "_s, true, u"/d/b.json"_s, true, live), u"http://mine/b");
 }
 
 QByteArray TestCapture(const QString& name) {
