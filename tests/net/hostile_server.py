@@ -33,7 +33,7 @@ def bomb():
     return b"".join(packer.compress(zeros) for _ in range(240)) + packer.flush()
 
 
-BOMB = []  # made when first asked for: it takes seconds
+BOMB = bomb()
 
 
 class Hostile(http.server.BaseHTTPRequestHandler):
@@ -80,9 +80,7 @@ class Hostile(http.server.BaseHTTPRequestHandler):
             elif path == "/to-ftp":
                 self.redirect("ftp://127.0.0.1/whazzup.txt")
             elif path == "/bomb.gz":
-                if not BOMB:
-                    BOMB.append(bomb())
-                self.answer(BOMB[0])
+                self.answer(BOMB)
             elif path == "/status-10k.txt":
                 port = self.server.server_address[1]
                 line = "url0=http://127.0.0.1:%d/whazzup.txt\n" % port
