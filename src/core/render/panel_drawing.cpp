@@ -125,6 +125,8 @@ void BuildInfoBox(GlApi& gl, const ColourTable& colours, const PanelLayout& layo
     p.Button(layout.FriendButton, content.IsFriend ? u"Unfriend"_s : u"Add friend"_s);
     if (content.Watchable)
         p.Button(layout.WatchButton, content.Watched ? u"Unwatch"_s : u"Watch"_s);
+    else if (content.Chartable)
+        p.Button(layout.ChartButton, u"Chart"_s);
     gl.EndList();
 }
 
@@ -136,7 +138,10 @@ void BuildTablePanel(GlApi& gl, const ColourTable& colours, const PanelLayout& l
     if (content.Tabs.isEmpty()) {
         p.Shade({panel.X, panel.Y, panel.Width, 22});
         p.Colour(kSlotScreenBorder, 1.0f);
-        p.Text(panel.X + 8, panel.Y + 5, Fit(gl, content.Title, panel.Width - 16, true), true);
+        const int button = content.ChartButton ? layout.BoardChartButton.Width : 0;
+        p.Text(panel.X + 8, panel.Y + 5, Fit(gl, content.Title, panel.Width - 16 - button, true), true);
+        if (content.ChartButton)
+            p.Button(layout.BoardChartButton, u"Chart"_s);
     } else {
         for (qsizetype tab = 0; tab < content.Tabs.size() && tab < qsizetype(layout.Tabs.size()); ++tab) {
             const PixelRect& r = layout.Tabs[size_t(tab)];

@@ -19,6 +19,7 @@ PanelLayout LayoutPanels(int width, int height) {
     l.ProfileButton = {l.InfoBox.X + 110, buttonY, 80, kButtonHeight};
     l.FriendButton = {l.InfoBox.X + 210, buttonY, 80, kButtonHeight};
     l.WatchButton = {l.InfoBox.X + kInfoWidth - 72, l.InfoBox.Y + 1, 70, kButtonHeight};
+    l.ChartButton = l.WatchButton;
     l.ListPanel = {10, 30, std::min(width - 20, 520), std::max(100, height - 60)};
     for (int tab = 0; tab < 5; ++tab)
         l.Tabs.push_back({l.ListPanel.X + 6 + tab * 102, l.ListPanel.Y + 4, 98, 16});
@@ -37,6 +38,7 @@ PanelLayout LayoutPanels(int width, int height) {
     const int pagerY = l.ListPanel.Y + l.ListPanel.Height - kButtonHeight - 4;
     l.PreviousPage = {l.ListPanel.X + 6, pagerY, 70, kButtonHeight};
     l.NextPage = {l.ListPanel.X + l.ListPanel.Width - 76, pagerY, 70, kButtonHeight};
+    l.BoardChartButton = {l.ListPanel.X + l.ListPanel.Width - 62, l.ListPanel.Y + 2, 58, kButtonHeight};
     return l;
 }
 

@@ -37,11 +37,13 @@ struct PanelLayout {
     PixelRect InfoBox;
     PixelRect CentreButton, ProfileButton, FriendButton;
     PixelRect WatchButton; // in a station's title bar
+    PixelRect ChartButton; // in a pilot's title bar, where a station's Watch is
     PixelRect ListPanel;
     std::vector<PixelRect> Tabs;    // friends, controllers, pilots, observers, events
     std::vector<PixelRect> Headers; // the column headers above the rows
     std::vector<PixelRect> Rows;
     PixelRect PreviousPage, NextPage;
+    PixelRect BoardChartButton; // in the airport board's title bar
     static constexpr int kLineHeight = 13;
     static constexpr int kColumns[4] = {0, 86, 250, 360}; // where the columns of a row begin
     // The Go button at the right end of a row of the friends page.
@@ -63,6 +65,7 @@ struct InfoBoxContent {
     bool IsFriend = false;
     bool Watchable = false; // a station: its title bar has a watch button
     bool Watched = false;
+    bool Chartable = false; // a pilot whose profile can be charted: its title bar has a chart button
 };
 
 // One page of the list panel or the airport board: a title, column texts per row, the clients the rows
@@ -78,7 +81,8 @@ struct TableContent {
     std::vector<network::ClientRef>
         RowClients; // slot 0: a row that stands for no client; below 0: an entry of another list
     QString PageText;
-    bool GoButtons = false; // each client's (or entry's) row ends in a Go button
+    bool GoButtons = false;   // each client's (or entry's) row ends in a Go button
+    bool ChartButton = false; // an airport board whose movements can be charted
 };
 
 } // namespace sky::render

@@ -1,5 +1,7 @@
 #include "view/history_control.h"
 
+#include <algorithm>
+
 #include "history/history_store.h"
 #include "network/whazzup.h"
 #include "route/route_resolver.h"
@@ -121,6 +123,21 @@ bool HistoryControl::Step(int direction) {
         return direction < 0 && Show(count - 2);
     }
     return Show(m_index + direction);
+}
+
+bool HistoryControl::ShowSnapshot(int network, qint64 snapshotId) {
+    if (!m_store || (network != 0 && network != 1))
+        return false;
+    m_store->Flush();
+    const std::vector<history::StoredSnapshot> snapshots = m_store->Snapshots(network);
+    const auto found = std::find_if(snapshots.begin(), snapshots.end(),
+                                    [&](const history::StoredSnapshot& s) { return s.Id == snapshotId; });
+    if (found == snapshots.end())
+        return false;
+    if (m_state.Display.ShownNetwork != network)
+        m_scene.ShowNetwork(network);
+    m_network = network;
+    return Show(int(found - snapshots.begin()));
 }
 
 void HistoryControl::Live() {

@@ -43,6 +43,8 @@ public:
     // past the last returns to live. Live reads the newest again. False when there is nothing to step to.
     bool Step(int direction);
     void Live();
+    // Shows network (0 or 1) as in its stored snapshot of this id; false when it is not kept.
+    bool ShowSnapshot(int network, qint64 snapshotId);
     bool Replaying() const { return m_index >= 0; }
     // Why there is no history, said once; empty when there is one or it was said before.
     QString TakeProblem();

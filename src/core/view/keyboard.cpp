@@ -208,7 +208,7 @@ void KeyUp(KeyContext& c, int key, int modifiers) {
         c.Commands.ReplayStep(key == keys::F(7) ? -1 : 1);
     } else if (key == keys::F(9)) {
         c.Commands.ReplayLive();
-    } else if (key == keys::Letter('T')) {
+    } else if (key == keys::Letter('T') && modifiers == 0) { // Ctrl+T is the window's Statistics
         c.Commands.ToggleTrails();
     } else if (key == keys::Letter('L')) {
         c.Commands.OpenListPanel();

@@ -24,6 +24,12 @@ public:
     virtual void Notify(int network, const QString& callsign, const QString& text) {
         (void)network, (void)callsign, (void)text;
     }
+    // The chart buttons: the movements per hour at an airport, the profile of a flight (a callsign and
+    // member number), from the history; the network is the one shown.
+    virtual void ShowAirportChart(int network, const QString& airport) { (void)network, (void)airport; }
+    virtual void ShowFlightChart(int network, const QString& callsign, const QString& member) {
+        (void)network, (void)callsign, (void)member;
+    }
 };
 
 } // namespace sky::view

@@ -50,7 +50,9 @@ MapSession::MapSession(Folders files, Settings settings, Friends friends, render
                       },
                       [this](const network::ClientRef& c) { GoTo(c); }, [this] { return m_coming.Moment(); },
                       [this](const QString& callsign) { return MarkPlan(callsign); },
-                      [this](const QString& address) { m_host.OpenUrl(address); }}),
+                      [this](const QString& address) { m_host.OpenUrl(address); },
+                      [this](const network::ClientRef& c) { ChartFlight(c); },
+                      [this](const QString& airport) { ChartAirport(airport); }}),
       m_download(m_state, m_scene, m_panelControl, host, http),
       m_pointer(m_state, m_scene, m_panelControl, gl),
       m_history(m_state, m_scene, history, m_state.NavaidList),
@@ -335,6 +337,21 @@ void MapSession::ReplayStep(int direction) {
     if (!m_history.Step(direction))
         m_scene.SetStatus(direction < 0 ? u"No earlier data kept"_s : u"Showing the newest data"_s);
     m_scene.Redraw();
+}
+
+void MapSession::ReplaySnapshot(int network, qint64 snapshotId) {
+    if (!m_history.ShowSnapshot(network, snapshotId))
+        m_scene.SetStatus(u"That moment is no longer kept"_s);
+    m_scene.Redraw();
+}
+
+void MapSession::ChartFlight(const network::ClientRef& client) {
+    const network::PilotRecord& p = m_state.AllTables()[client.Network].Pilots[size_t(client.Slot)];
+    m_host.ShowFlightChart(client.Network, p.Callsign, p.VID);
+}
+
+void MapSession::ChartAirport(const QString& airport) {
+    m_host.ShowAirportChart(m_state.Display.ShownNetwork == 1 ? 1 : 0, airport);
 }
 
 void MapSession::ReplayLive() {

@@ -67,6 +67,9 @@ public:
     // that network when another one is shown); false when it is not online.
     bool GoTo(int network, const QString& callsign);
     void GoTo(const network::ClientRef& client);
+    // The chart of the history was clicked: the stored snapshot of network with this id is replayed
+    // (shown live when it is the newest), showing that network.
+    void ReplaySnapshot(int network, qint64 snapshotId);
 
     // The parts, whose methods change what they own.
     SceneControl& Scene() { return m_scene; }
@@ -112,6 +115,9 @@ private:
     void ReplayStep(int direction) override;
     void ReplayLive() override;
     void ToggleTrails() override;
+    // The chart buttons of the panels, handed to the window.
+    void ChartFlight(const network::ClientRef& client);
+    void ChartAirport(const QString& airport);
 
     KeyContext Keys();
     QString DataFolder() const; // where the reference data and geography are read from

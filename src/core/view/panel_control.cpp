@@ -105,8 +105,10 @@ TableContent PanelControl::Table(int rowsPerPage, int pageIndex) const {
     // What is coming is VATSIM's, on its own board.
     const BoardExtras extras =
         shown == 1 ? ComingAtAirport(m_state.Coming, data, p.BoardAirport, moment) : BoardExtras();
-    return AirportBoardContent(shown, data, p.BoardAirport, m_state.Reference, pageIndex, rowsPerPage,
-                               p.Sorts[kBoardSort], p.BoardWeather, extras);
+    TableContent board = AirportBoardContent(shown, data, p.BoardAirport, m_state.Reference, pageIndex,
+                                             rowsPerPage, p.Sorts[kBoardSort], p.BoardWeather, extras);
+    board.ChartButton = bool(m_actions.ChartAirport);
+    return board;
 }
 
 TableContent PanelControl::ShownTable() {
@@ -139,6 +141,7 @@ void PanelControl::Rebuild() {
                                   : ControllerInfo(c.Network, data, c.Slot, m_state.FriendList);
         if (c.IsPilot && m_actions.RoutePoints && !data.Pilots[size_t(c.Slot)].DestAirport.isEmpty())
             info.Lines.append(u"Route points found: "_s + QString::number(m_actions.RoutePoints(c)));
+        info.Chartable = c.IsPilot && m_actions.ChartFlight;
         if (!c.IsPilot && m_actions.IsWatched) {
             info.Watchable = true;
             info.Watched = m_actions.IsWatched(data.Controllers[size_t(c.Slot)].Callsign);
@@ -256,6 +259,10 @@ void PanelControl::ClientClick(const PanelHit& hit) {
             m_scene.Redraw();
         }
         break;
+    case PanelHitKind::Chart:
+        if (c.IsPilot && m_actions.ChartFlight)
+            m_actions.ChartFlight(c);
+        break;
     case PanelHitKind::InfoLine:
         if (c.IsPilot) {
             const InfoBoxContent info =
@@ -284,6 +291,12 @@ bool PanelControl::Click(int x, int y) {
     case PanelHitKind::Watch:
     case PanelHitKind::InfoLine:
         ClientClick(hit);
+        break;
+    case PanelHitKind::Chart: // the info box's, or else the board's
+        if (p.InfoClient && layout.InfoBox.Contains(x, y))
+            ClientClick(hit);
+        else if (m_actions.ChartAirport)
+            m_actions.ChartAirport(p.BoardAirport);
         break;
     case PanelHitKind::Tab:
         p.Page = ListPage(hit.Index);

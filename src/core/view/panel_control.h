@@ -35,6 +35,9 @@ public:
         std::function<QDateTime()> Moment;
         std::function<int(const QString& callsign)> MarkPlan;
         std::function<void(const QString& address)> OpenWeb;
+        // The chart buttons (shown only where these are given): a pilot's profile, an airport's movements.
+        std::function<void(const ClientRef&)> ChartFlight;
+        std::function<void(const QString& airport)> ChartAirport;
     };
     PanelControl(MapState& state, SceneControl& scene, render::GlApi& gl, Actions actions);
 

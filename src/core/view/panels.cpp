@@ -80,12 +80,16 @@ PanelHit HitTestPanels(const PanelLayout& l, const PanelState& p, int x, int y) 
             return {PanelHitKind::Friend};
         if (p.InfoClient && !p.InfoClient->IsPilot && l.WatchButton.Contains(x, y))
             return {PanelHitKind::Watch};
+        if (p.InfoClient->IsPilot && l.ChartButton.Contains(x, y))
+            return {PanelHitKind::Chart};
         const int line = (y - l.InfoBox.Y - 24) / PanelLayout::kLineHeight;
         if (y >= l.InfoBox.Y + 24)
             return {PanelHitKind::InfoLine, line};
         return {PanelHitKind::InfoBox};
     }
     if ((p.ListOpen || p.BoardOpen) && l.ListPanel.Contains(x, y)) {
+        if (!p.ListOpen && l.BoardChartButton.Contains(x, y))
+            return {PanelHitKind::Chart};
         if (p.ListOpen) {
             for (size_t tab = 0; tab < l.Tabs.size(); ++tab) {
                 if (l.Tabs[tab].Contains(x, y))

@@ -62,6 +62,7 @@ enum class PanelHitKind {
     Profile,
     Friend,
     Watch,
+    Chart, // the chart button of a pilot's info box or of the airport board
     Go,
     InfoLine,
     ListPanel,

@@ -49,7 +49,11 @@ public:
     void Notify(int network, const QString& callsign, const QString& text) override {
         Notified.append(QString::number(network) + u'|' + callsign + u'|' + text);
     }
+    void ShowFlightChart(int network, const QString& callsign, const QString& member) override {
+        Charts.append(QString::number(network) + u'|' + callsign + u'|' + member);
+    }
     QStringList Opened;
+    QStringList Charts;   // "network|callsign|member"
     QStringList Notified; // "network|callsign|text"
     QStringList Messages;
     int Redraws = 0;

@@ -306,6 +306,14 @@ TEST_F(Session, TheHistoryKeepsEachDownloadTrailsTheSelectionAndReplaysIt) {
     EXPECT_TRUE(Answer(u"stat"_s).contains(u"IVAO data of 1420Z"_s));
     EXPECT_FALSE(m_session->Display().Replaying);
     EXPECT_NE(counted().find("1 pilots"), std::string::npos);
+    // A click on the chart replays that moment; the info box's chart button asks for the flight's chart.
+    m_session->ReplaySnapshot(0, 2);
+    EXPECT_EQ(m_session->Display().StatusText, u"IVAO data of 1410Z (replay 2/3)");
+    m_session->PanelController().OpenInfoBox({0, true, 1});
+    const render::PixelRect chart =
+        render::LayoutPanels(m_session->State().WidthPx, m_session->State().HeightPx).ChartButton;
+    m_session->Pointer().Click(chart.X + 5, chart.Y + 5);
+    EXPECT_EQ(m_host.Charts, QStringList{u"0|DLH1|200001"_s});
 }
 
 // Two downloads of a feed; a friend and a watched tower come online in the second.

@@ -52,6 +52,7 @@ TEST(HitTestPanels, FindsButtonsTabsRowsAndPagersTheInfoBoxOnTop) {
         EXPECT_EQ(at(l.CentreButton).Kind, PanelHitKind::Centre);
         EXPECT_EQ(at(l.ProfileButton).Kind, PanelHitKind::Profile);
         EXPECT_EQ(at(l.FriendButton).Kind, PanelHitKind::Friend);
+        EXPECT_EQ(at(l.ChartButton).Kind, PanelHitKind::Chart); // a pilot's; a station has Watch there
         EXPECT_EQ(at(l.Tabs[3]).Kind, PanelHitKind::Tab);
         EXPECT_EQ(at(l.Tabs[3]).Index, 3);
         EXPECT_EQ(at(l.Rows[5]).Index, 5);
@@ -60,7 +61,11 @@ TEST(HitTestPanels, FindsButtonsTabsRowsAndPagersTheInfoBoxOnTop) {
         EXPECT_EQ(HitTestPanels(l, p, l.InfoBox.X + 10, l.InfoBox.Y + 24 + 3 * 13 + 5).Index, 3);
         EXPECT_EQ(HitTestPanels(l, p, w - 2, h - 2).Kind, PanelHitKind::None);
         p.InfoClient.reset();
-        EXPECT_EQ(at(l.FriendButton).Kind, PanelHitKind::None); // no box open, nothing there
+        EXPECT_EQ(at(l.FriendButton).Kind, PanelHitKind::None);          // no box open, nothing there
+        EXPECT_EQ(at(l.BoardChartButton).Kind, PanelHitKind::ListPanel); // only the board has one
+        p.ListOpen = false;
+        p.BoardOpen = true;
+        EXPECT_EQ(at(l.BoardChartButton).Kind, PanelHitKind::Chart);
     }
 }
 
