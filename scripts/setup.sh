@@ -9,7 +9,7 @@ build="${SKYLANTRA_BUILD_DIR:-$root/build}"
 
 packages=(
     cmake ninja-build g++ pkg-config
-    qt6-base-dev libqt6opengl6-dev libqt6sql6-sqlite dbus-daemon libgl-dev libgl1-mesa-dri zlib1g-dev
+    qt6-base-dev libqt6opengl6-dev qt6-charts-dev libqt6sql6-sqlite dbus-daemon libgl-dev libgl1-mesa-dri zlib1g-dev
     libgtest-dev libgmock-dev libbenchmark-dev clang libclang-rt-14-dev openssl
     xvfb xauth xdotool x11-xkb-utils fonts-dejavu-core fonts-liberation2 python3
     help2man desktop-file-utils appstream python3-debian

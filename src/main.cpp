@@ -46,6 +46,10 @@ int main(int argc, char* argv[]) {
     const QCommandLineOption historyOption(
         u"history"_s, u"Replay the history kept in FILE (read only, e.g. copied from another machine)."_s,
         u"FILE"_s);
+    const QCommandLineOption demoHistoryOption(
+        u"demo-history"_s,
+        u"With the demo feeds, replay and chart a made-up day of both networks (written to demo-history.db "
+        u"in the home folder, apart from your own history)."_s);
     const QCommandLineOption keysOption(
         u"keys"_s, u"Once the map is ready, press these keys and clicks, e.g. \"V;L;click 400 300\"."_s,
         u"SEQUENCE"_s);
@@ -59,8 +63,8 @@ int main(int argc, char* argv[]) {
     const QCommandLineOption helpOption(QStringList{u"h"_s, u"help"_s}, u"Show this help and exit."_s);
     const QCommandLineOption versionOption(u"version"_s, u"Show the version and exit."_s);
     parser.addOptions({homeOption, demoOption, ivaoStatusOption, vatsimStatusOption, downloadOption,
-                       snapshotOption, viewOption, keysOption, printPanelOption, historyOption, consoleOption,
-                       helpOption, versionOption});
+                       snapshotOption, viewOption, keysOption, printPanelOption, historyOption,
+                       demoHistoryOption, consoleOption, helpOption, versionOption});
     // Help and version need no display, so they are answered before any window system is touched.
     if (!parser.parse(Arguments(argc, argv))) {
         PrintLine(stderr, parser.errorText() + u"\nTry skylantra --help."_s);
@@ -88,6 +92,8 @@ int main(int argc, char* argv[]) {
     launch.Input = parser.value(keysOption);
     launch.PrintPanel = parser.isSet(printPanelOption);
     launch.HistoryFile = parser.value(historyOption);
+    launch.DemoHistory = parser.isSet(demoHistoryOption);
+    launch.Demo = launch.Demo || launch.DemoHistory;
     if (parser.isSet(downloadOption) && !sky::network::NetworkNamed(launch.DownloadNetworks)) {
         PrintLine(stderr, u"--download takes ivao, vatsim or both."_s);
         return 2;

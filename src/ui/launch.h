@@ -24,6 +24,7 @@ struct LaunchOptions {
     std::optional<geo::ViewState> View;   // --view
     bool PrintPanel = false;              // --print-panel
     QString HistoryFile;                  // --history: another store, read only
+    bool DemoHistory = false;             // --demo-history: a made-up day, charted and replayed
 };
 
 // Where each network's data come from, as the map and the terminal both read them: the status file

@@ -24,6 +24,7 @@
 #include "render/draw_scene.h"
 #include "render/frame.h"
 #include "sql_history_store.h"
+#include "statistics_window.h"
 
 using namespace Qt::StringLiterals;
 
@@ -114,6 +115,11 @@ MapWindow::MapWindow(MapOptions options)
             call();
         },
         this);
+    auto* statistics = new QShortcut(QKeySequence(u"Ctrl+T"_s), this);
+    connect(statistics, &QShortcut::activated, this, [this] {
+        if (m_started)
+            Statistics().ShowTraffic();
+    });
     auto* find = new QShortcut(QKeySequence::Find, this);
     connect(find, &QShortcut::activated, this, [this] { OpenSearch(); });
     m_hoverTimer.setSingleShot(true);
@@ -143,6 +149,34 @@ void MapWindow::OpenPreferences() {
 
 MapWindow::~MapWindow() {
     ReleaseGl();
+}
+
+StatisticsWindow& MapWindow::Statistics() {
+    if (!m_statistics) {
+        // The file the map keeps its history in, or replays; none when it keeps none.
+        const QString path = !m_options.HistoryFile.isEmpty()    ? m_options.HistoryFile
+                             : m_options.Config.HistoryHours > 0 ? m_options.Files.HomeFile(u"history.db"_s)
+                                                                 : QString();
+        m_statistics = std::make_unique<StatisticsWindow>(
+            *m_session, path, m_options.DemoHistory, [this](const std::function<void()>& call, bool bringUp) {
+                makeCurrent();
+                call();
+                update();
+                if (bringUp) {
+                    raise();
+                    activateWindow();
+                }
+            });
+    }
+    return *m_statistics;
+}
+
+void MapWindow::ShowAirportChart(int network, const QString& airport) {
+    Statistics().ShowAirport(network, airport);
+}
+
+void MapWindow::ShowFlightChart(int network, const QString& callsign, const QString& member) {
+    Statistics().ShowFlight(network, callsign, member);
 }
 
 void MapWindow::PlaceFromSettings() {

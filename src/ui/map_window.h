@@ -21,6 +21,7 @@
 namespace sky::ui {
 
 class DesktopNotifications;
+class StatisticsWindow;
 
 // How the map window starts.
 struct MapOptions {
@@ -34,9 +35,10 @@ struct MapOptions {
     std::optional<geo::ViewState> View; // instead of stored view 1
     QString Input; // keys and clicks to apply once ready, e.g. "L;Right;click 400 300;shift+1"
     std::function<void(const QString&)> Report; // a problem the program runs on with
-    bool PrintPanel = false; // with the snapshot, the open list or board as text on standard output
-    QString HistoryFile;     // a store to replay, read only; empty: the home folder's own
-    QString StartNotice;     // said once in the status line when the map is ready (e.g. where downloads go)
+    bool PrintPanel = false;  // with the snapshot, the open list or board as text on standard output
+    QString HistoryFile;      // a store to replay, read only; empty: the home folder's own
+    QString StartNotice;      // said once in the status line when the map is ready (e.g. where downloads go)
+    bool DemoHistory = false; // HistoryFile holds a made-up demo day: the charts say so
 };
 
 // The map window frmMap: a frameless window with its own title strip, drawing the globe with OpenGL.
@@ -56,6 +58,8 @@ public:
     void OpenUrl(const QString& address) override;
     void Report(const QString& text) override;
     void Notify(int network, const QString& callsign, const QString& text) override;
+    void ShowAirportChart(int network, const QString& airport) override;
+    void ShowFlightChart(int network, const QString& callsign, const QString& member) override;
 
 protected:
     void initializeGL() override;
@@ -90,6 +94,7 @@ private:
     void PlaceFromSettings();
     void OpenPreferences();
     void OpenSearch();
+    StatisticsWindow& Statistics(); // made on first use
     void ResizeBy(const QPoint& moved);
 
     MapOptions m_options;
@@ -98,6 +103,7 @@ private:
     std::unique_ptr<history::HistoryStore> m_history; // before the session, which uses it
     std::unique_ptr<view::MapSession> m_session;
     std::unique_ptr<CompanionWindow> m_companion;    // made on first use
+    std::unique_ptr<StatisticsWindow> m_statistics;  // made on first use
     SearchField* m_search = nullptr;                 // a child of the window
     DesktopNotifications* m_notifications = nullptr; // a child of the window
     QTimer m_hoverTimer;                             // the pointer has rested: the card under it

@@ -12,6 +12,7 @@
 
 #include "app/window_geometry.h"
 #include "key_codes.h"
+#include "statistics_window.h"
 #include "view/keys.h"
 #include "view/physical_keys.h"
 
@@ -333,6 +334,7 @@ void MapWindow::contextMenuEvent(QContextMenuEvent* event) {
     key(&menu, u"Centre on myself\t4"_s, keys::Digit(4));
     key(&menu, u"Companion\tSpace"_s, keys::kSpace);
     menu.addAction(u"Search...\tCtrl+F"_s, this, [this] { OpenSearch(); });
+    menu.addAction(u"Statistics...\tCtrl+T"_s, this, [this] { Statistics().ShowTraffic(); });
     menu.addAction(u"Preferences...\tCtrl+,"_s, this, [this] { OpenPreferences(); });
     menu.addSeparator();
     menu.addAction(u"Exit"_s, this, [this] { close(); });

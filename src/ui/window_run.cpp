@@ -10,7 +10,11 @@
 
 #include "app/colour_theme.h"
 #include "close_on_signals.h"
+#include "common/file_io.h"
+#include "demo_history.h"
+#include "geo/text_format.h"
 #include "map_window.h"
+#include "refdata/reference_data.h"
 
 using namespace Qt::StringLiterals;
 
@@ -47,6 +51,30 @@ void CheckSettingsFiles(const Folders& folders, const Settings& settings, const 
     if (!QFileInfo(QDir(folders.Holding(theme)).filePath(theme)).isFile())
         report(u"The colour theme "_s + settings.ColourTheme +
                u" is not there: the built-in colours are used."_s);
+}
+
+// --demo-history: a made-up day of both networks from the demo feeds, up to the demo feeds' own time,
+// a snapshot every ten minutes, in a file of its own. Its path, or empty when it could not be written.
+QString WriteDemoDay(const Folders& folders, const Reporter& report) {
+    std::array<QString, 2> feeds;
+    for (int n = 0; n < 2; ++n) {
+        const QString file = n == 0 ? u"data/demo/ivao/whazzup.txt"_s : u"data/demo/vatsim/whazzup.txt"_s;
+        feeds[size_t(n)] = QString::fromUtf8(
+            ReadWholeFile(QDir(folders.Holding(file)).filePath(file)).value_or(QByteArray()));
+    }
+    QDateTime end = QDateTime::currentDateTimeUtc();
+    for (QStringView line : QStringView(feeds[0]).split(u'\n'))
+        if (line.startsWith(u"UPDATE"))
+            end = geo::ParseTimeStamp(line.trimmed().right(14)).value_or(end);
+    const QString data = QDir(folders.Holding(u"data/airports.dat"_s)).filePath(u"data"_s);
+    const QString path = folders.HomeFile(u"demo-history.db"_s);
+    const QString problem =
+        store::WriteDemoHistory(path, feeds, ReferenceData::Load(data), end.toSecsSinceEpoch(), 600);
+    if (!problem.isEmpty()) {
+        report(u"The demo history cannot be written: "_s + problem);
+        return {};
+    }
+    return path;
 }
 
 } // namespace
@@ -93,6 +121,10 @@ int RunWindow(const LaunchOptions& launch) {
     options.PrintPanel = launch.PrintPanel;
     options.HistoryFile = launch.HistoryFile;
     options.StartNotice = downloadNotice;
+    if (launch.DemoHistory) {
+        options.HistoryFile = WriteDemoDay(folders, report);
+        options.DemoHistory = !options.HistoryFile.isEmpty();
+    }
     MapWindow window(std::move(options));
     // Log-out (SIGTERM), Ctrl+C (SIGINT) and a closed terminal (SIGHUP) close the map as its own close
     // button does: settings, friends and history written, the lock released on the way out.
