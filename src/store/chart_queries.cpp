@@ -1,6 +1,7 @@
 #include "chart_queries.h"
 
 #include <algorithm>
+#include <set>
 
 #include <QHash>
 #include <QSet>
@@ -65,13 +66,22 @@ QString IdList(const QList<qint64>& ids, qsizetype from, qsizetype count) {
 } // namespace
 
 std::vector<stats::SnapshotCount> ChartQueries::ClientCounts() {
-    std::vector<stats::SnapshotCount> counts;
-    std::vector<std::vector<qint64>> stations; // each snapshot's station lines
-    QSet<qint64> wanted;
     QSqlQuery q(m_db);
     q.setForwardOnly(true);
-    if (!q.exec(u"SELECT id, network, stamp, taken, frame FROM snapshots ORDER BY id"_s))
-        return counts;
+    // The snapshots counted before and pruned since go; only those written since are read.
+    if (!q.exec(u"SELECT id FROM snapshots"_s))
+        return {};
+    std::set<qint64> kept;
+    while (q.next())
+        kept.insert(q.value(0).toLongLong());
+    std::erase_if(m_counted, [&](const auto& counted) { return !kept.contains(counted.first); });
+    std::vector<stats::SnapshotCount> counts;
+    std::vector<std::vector<qint64>> stations; // each new snapshot's station lines
+    QSet<qint64> wanted;
+    q.prepare(u"SELECT id, network, stamp, taken, frame FROM snapshots WHERE id > ? ORDER BY id"_s);
+    q.addBindValue(m_counted.empty() ? qint64(-1) : m_counted.rbegin()->first);
+    if (!q.exec())
+        return {};
     while (q.next()) {
         stats::SnapshotCount c{q.value(0).toLongLong(),
                                q.value(1).toInt(),
@@ -105,10 +115,15 @@ std::vector<stats::SnapshotCount> ChartQueries::ClientCounts() {
             if (stats::IsControllerLine(q.value(1).toString()))
                 controllers.insert(q.value(0).toLongLong());
     }
-    for (size_t i = 0; i < counts.size(); ++i)
+    for (size_t i = 0; i < counts.size(); ++i) {
         for (qint64 line : stations[i])
             counts[i].Controllers += controllers.contains(line) ? 1 : 0;
-    // Read in the order of the file, as a sort in the database would copy every frame once more.
+        m_counted.emplace(counts[i].SnapshotId, counts[i]);
+    }
+    // In time order; read in the order of the file, as a sort in the database would copy every frame.
+    counts.clear();
+    for (const auto& [id, count] : m_counted)
+        counts.push_back(count);
     std::stable_sort(
         counts.begin(), counts.end(),
         [](const stats::SnapshotCount& a, const stats::SnapshotCount& b) { return a.TakenUtc < b.TakenUtc; });

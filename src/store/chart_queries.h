@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <vector>
 
 #include <QSqlDatabase>
@@ -24,7 +25,8 @@ class ChartQueries {
 public:
     explicit ChartQueries(QSqlDatabase db) : m_db(std::move(db)) {}
 
-    // Every kept snapshot of both networks with its pilots and controllers, oldest first.
+    // Every kept snapshot of both networks with its pilots and controllers, oldest first. The snapshots
+    // counted before are remembered: again, only those written since are read.
     std::vector<stats::SnapshotCount> ClientCounts();
     // The positions the airport's movements are counted from, in network's snapshots.
     AirportHistory Airport(int network, const QString& airport);
@@ -33,6 +35,7 @@ public:
 
 private:
     QSqlDatabase m_db;
+    std::map<qint64, stats::SnapshotCount> m_counted; // by snapshot id
 };
 
 } // namespace sky::store

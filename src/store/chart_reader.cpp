@@ -13,26 +13,27 @@ public:
     explicit Worker(QString path)
         : m_path(std::move(path)), m_connection(u"skylantra-charts-%1"_s.arg(quintptr(this))) {}
     ~Worker() override {
-        if (!m_opened)
+        if (!m_queries)
             return;
+        m_queries.reset();
         QSqlDatabase::database(m_connection, false).close();
         QSqlDatabase::removeDatabase(m_connection);
     }
-    ChartQueries Queries() {
-        if (!m_opened) {
-            m_opened = true;
+    ChartQueries& Queries() {
+        if (!m_queries) {
             QSqlDatabase db = QSqlDatabase::addDatabase(u"QSQLITE"_s, m_connection);
             db.setDatabaseName(m_path);
             db.setConnectOptions(u"QSQLITE_OPEN_READONLY;QSQLITE_BUSY_TIMEOUT=2000"_s);
             db.open(); // a file that is not there answers nothing
+            m_queries = std::make_unique<ChartQueries>(db);
         }
-        return ChartQueries(QSqlDatabase::database(m_connection, false));
+        return *m_queries;
     }
 
 private:
     QString m_path;
     QString m_connection;
-    bool m_opened = false;
+    std::unique_ptr<ChartQueries> m_queries; // made at the first read; remembers what it counted
 };
 
 } // namespace
@@ -42,7 +43,7 @@ ChartReader::ChartReader(QString path) {
     worker->moveToThread(&m_thread);
     QObject::connect(&m_thread, &QThread::finished, worker, &QObject::deleteLater);
     m_worker = worker;
-    m_thread.start();
+    m_thread.start(QThread::LowPriority); // the map's thread comes first
 }
 
 ChartReader::~ChartReader() {
@@ -57,8 +58,7 @@ void ChartReader::Run(std::function<std::function<void()>(ChartQueries&)> work, 
         [worker = static_cast<Worker*>(m_worker), work = std::move(work), context] {
             if (QThread::currentThread()->isInterruptionRequested())
                 return;
-            ChartQueries queries = worker->Queries();
-            QMetaObject::invokeMethod(context, work(queries), Qt::QueuedConnection);
+            QMetaObject::invokeMethod(context, work(worker->Queries()), Qt::QueuedConnection);
         },
         Qt::QueuedConnection);
 }

@@ -270,8 +270,15 @@ void MapWindow::StartUp() {
     m_minuteTimer.start();
     m_session->DownloadOnStart(m_options.DownloadNetworks);
     ApplyInput(m_options.Input);
-    if (!m_options.SnapshotPath.isEmpty())
+    if (!m_options.SnapshotPath.isEmpty()) {
         SaveSnapshotAndExit();
+        return;
+    }
+    // The kept traffic is counted in the background a little after start-up, so Ctrl+T opens at once.
+    QTimer::singleShot(3000, this, [this] {
+        if (!m_shutDown)
+            Statistics().Prepare();
+    });
 }
 
 void MapWindow::SaveSnapshotAndExit() {

@@ -76,8 +76,13 @@ StatisticsWindow::StatisticsWindow(view::MapSession& session, const QString& his
     airportLayout->addLayout(airportRow);
     m_airport = NewView(airportPage);
     airportLayout->addWidget(m_airport);
-    connect(show, &QPushButton::clicked, this, [this] { ReadAirport(); });
-    connect(m_airportCode, &QLineEdit::returnPressed, this, [this] { ReadAirport(); });
+    // A code typed in: the airport's movements on the network the map shows.
+    const auto typed = [this] {
+        m_airportNetwork = m_session.Display().ShownNetwork == 1 ? 1 : 0;
+        ReadAirport();
+    };
+    connect(show, &QPushButton::clicked, this, typed);
+    connect(m_airportCode, &QLineEdit::returnPressed, this, typed);
     m_tabs->addTab(airportPage, u"Airport"_s);
 
     m_flight = NewView(m_tabs);
@@ -177,13 +182,21 @@ void StatisticsWindow::Note(QChartView& view, const QString& text) {
     ShowChart(view, NoteChart(text, ChartColours::From(m_session.Colours())));
 }
 
+void StatisticsWindow::Prepare() {
+    if (m_reader && m_counts.empty())
+        ReadTraffic();
+}
+
 void StatisticsWindow::ReadTraffic() {
     if (!m_reader) {
         Note(*m_traffic, u"Skylantra keeps no history: HistoryHours in skln.ini is 0"_s);
         return;
     }
     const int ask = ++m_asked[kTraffic];
-    m_status->setText(u"Reading the history..."_s);
+    if (m_counts.empty())
+        m_status->setText(u"Reading the history..."_s);
+    else if (isVisible())
+        DrawTraffic(); // what was read before at once, then what came since
     m_reader->Ask<std::vector<stats::SnapshotCount>>(
         [](store::ChartQueries& queries) { return queries.ClientCounts(); }, this,
         [this, ask](std::vector<stats::SnapshotCount> counts) {
@@ -336,7 +349,7 @@ void StatisticsWindow::DrawBusiest() {
     else
         ShowChart(*m_busiestAirports,
                   BusiestChart(m_busyAirports, colours, Titled(u"Busiest airports"_s + when),
-                               u"flights within 100 nm to or from it"_s, [this, go](int i) {
+                               u"flights on its board"_s, [this, go](int i) {
                                    go(m_busyAirports[size_t(i)], search::ResultKind::Airport);
                                }));
     if (m_busyFirs.empty())

@@ -46,6 +46,8 @@ public:
     void ShowAirport(int network, const QString& airport);
     void ShowFlight(int network, const QString& callsign, const QString& member);
     void ShowBusiest();
+    // Counts the kept traffic in the background, so the traffic chart opens at once later.
+    void Prepare();
 
 private:
     enum Tab { kTraffic, kAirport, kFlight, kBusiest, kTabs };

@@ -111,6 +111,17 @@ TEST(ChartQueries, SeriesOfACraftedHistoryAreTheHandCountedOnes) {
         EXPECT_EQ(counts[i].TakenUtc, counted[i].TakenUtc);
     }
     EXPECT_EQ(stats::ShownSnapshot(counts, 0, u"20261121135200"_s), 2);
+    {
+        // One more download: read again, the counts of before are kept and the new one comes last.
+        SqlHistoryStore store(path, 24, false);
+        store.Record(0, network::testing::WhazzupText({Pilot(0, dlh, {50, 8, 0, 0})}),
+                     QDateTime::fromSecsSinceEpoch(t0 + 6000, Qt::UTC));
+    }
+    const auto again =
+        Read<std::vector<stats::SnapshotCount>>(reader, [](ChartQueries& q) { return q.ClientCounts(); });
+    ASSERT_EQ(again.size(), counts.size() + 1);
+    EXPECT_EQ(again[3].Controllers, counted[3].Controllers);
+    EXPECT_EQ(again.back().Pilots, 1);
 
     const auto history =
         Read<AirportHistory>(reader, [](ChartQueries& q) { return q.Airport(1, u"EDDF"_s); });
