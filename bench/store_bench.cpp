@@ -4,13 +4,17 @@
 #include <benchmark/benchmark.h>
 
 #include <QFileInfo>
+#include <QSqlDatabase>
 #include <QTemporaryDir>
 
+#include "chart_queries.h"
 #include "common/file_io.h"
 #include "history/snapshot_codec.h"
+#include "network/fields.h"
 #include "network/whazzup.h"
 #include "refdata/reference_data.h"
 #include "sql_history_store.h"
+#include "stats/airport_movements.h"
 
 using namespace Qt::StringLiterals;
 
@@ -42,6 +46,38 @@ DemoFeed Demo(int network) {
 
 double Milliseconds(std::chrono::steady_clock::duration d) {
     return std::chrono::duration<double, std::milli>(d).count();
+}
+
+// The charts of the Statistics window, read as it reads them (on a connection of its own): the traffic
+// of both networks over the kept hours (first and again), the movements per hour at the airport a VATSIM
+// pilot flies to (its place as good as any for the time), and that pilot's profile.
+void Charts(benchmark::State& state, const QString& path, const DemoFeed& vatsim) {
+    const auto pilot = std::find_if(vatsim.Split.Positions.begin(), vatsim.Split.Positions.end(),
+                                    [](const sky::history::ClientPosition& p) { return p.Pilot; });
+    const QString airport =
+        sky::network::GetField(vatsim.Split.StaticLines[pilot - vatsim.Split.Positions.begin()], 13);
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"charts"_s);
+        db.setDatabaseName(path);
+        db.setConnectOptions(u"QSQLITE_OPEN_READONLY"_s);
+        db.open();
+        sky::store::ChartQueries charts(db);
+        auto begin = std::chrono::steady_clock::now();
+        state.counters["chart_points"] = double(charts.ClientCounts().size());
+        state.counters["chart_traffic_ms"] = Milliseconds(std::chrono::steady_clock::now() - begin);
+        begin = std::chrono::steady_clock::now(); // again, as the open window does at each download
+        charts.ClientCounts();
+        state.counters["chart_traffic_again_ms"] = Milliseconds(std::chrono::steady_clock::now() - begin);
+        begin = std::chrono::steady_clock::now();
+        const sky::store::AirportHistory history = charts.Airport(1, airport);
+        sky::stats::MovementsPerHour(history.Samples, 50, 8, history.FirstUtc, history.LastUtc);
+        state.counters["chart_airport_ms"] = Milliseconds(std::chrono::steady_clock::now() - begin);
+        begin = std::chrono::steady_clock::now();
+        charts.Profile(1, pilot->Callsign, pilot->Member);
+        state.counters["chart_profile_ms"] = Milliseconds(std::chrono::steady_clock::now() - begin);
+        db.close();
+    }
+    QSqlDatabase::removeDatabase(u"charts"_s);
 }
 
 // range(0) hours of downloads: the file's size, the time to write one VATSIM snapshot (off the map's
@@ -81,6 +117,7 @@ void BM_HistoryOfADay(benchmark::State& state) {
         begin = std::chrono::steady_clock::now();
         sky::network::InterpretWhazzup(1, store.SnapshotText(kept[kept.size() / 2].Id), reference, data, {});
         state.counters["step_ms"] = Milliseconds(std::chrono::steady_clock::now() - begin);
+        Charts(state, path, feeds[1]);
     }
 }
 BENCHMARK(BM_HistoryOfADay)->ArgName("hours")->Arg(24)->Arg(2)->Iterations(1)->Unit(benchmark::kSecond);
