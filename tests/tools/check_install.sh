@@ -28,7 +28,7 @@ data="$home/.local/share/Skylantra"
 # A run closed with its own close button writes the settings there too.
 as_user xvfb-run -a -s "-screen 0 1280x1024x24" bash -c '
     "$0" --demo & program=$!
-    window=$(xdotool search --sync --name "^Skylantra$" | head -n 1)
+    window=$(xdotool search --sync --onlyvisible --name "^Skylantra$" | head -n 1)
     sleep 2
     xdotool mousemove --window "$window" 795 8 click 1
     wait $program' "$work/root/usr/bin/skylantra"
