@@ -119,6 +119,7 @@ Settings ReadSettings(const IniFile& ini, const ScreenMetrics& screen) {
     s.ShowActualHeading = Boolean(ini, u"Map", u"ShowActualHeading", false);
     s.DeclutterLabels = Boolean(ini, u"Map", u"DeclutterLabels", true);
     s.ShowNight = Boolean(ini, u"Map", u"ShowNight", true);
+    s.FriendNamesInstead = Boolean(ini, u"Map", u"FriendNamesInstead", false);
     return s;
 }
 
@@ -160,6 +161,7 @@ void WriteSettings(const Settings& s, const WindowPlacement& window, float twips
     ini.SetValue(u"Map"_s, u"ShowActualHeading"_s, BooleanText(s.ShowActualHeading));
     ini.SetValue(u"Map"_s, u"DeclutterLabels"_s, BooleanText(s.DeclutterLabels));
     ini.SetValue(u"Map"_s, u"ShowNight"_s, BooleanText(s.ShowNight));
+    ini.SetValue(u"Map"_s, u"FriendNamesInstead"_s, BooleanText(s.FriendNamesInstead));
 }
 
 void WriteChangedPreferences(const Settings& before, const Settings& after, IniFile& ini) {
@@ -181,6 +183,7 @@ void WriteChangedPreferences(const Settings& before, const Settings& after, IniF
     write(&Settings::MaxPilots, u"Network"_s, u"MaxPilots"_s, number);
     write(&Settings::MaxControllers, u"Network"_s, u"MaxControllers"_s, number);
     write(&Settings::DeclutterLabels, u"Map"_s, u"DeclutterLabels"_s, BooleanText);
+    write(&Settings::FriendNamesInstead, u"Map"_s, u"FriendNamesInstead"_s, BooleanText);
 }
 
 QString SettingsPath(const QString& home) {

@@ -71,6 +71,8 @@ struct Settings {
     bool ShowNight = true; // the night side of the globe shaded (N)
     // Labels that would overlap are left out by priority (the D key); off, every label is drawn.
     bool DeclutterLabels = true;
+    // A friend's chosen name replaces the callsign in labels instead of standing beside it.
+    bool FriendNamesInstead = false;
 
     // The member number on network 0 (IVAO) or 1 (VATSIM).
     const QString& MemberId(int network) const { return network == 0 ? IVAO_ID : VATSIM_ID; }

@@ -39,7 +39,7 @@ void AircraftSymbols(GlApi& gl, const network::NetworkData& data, const TrafficI
     outlines.reserve(size_t(data.PilotCount) * kCorners);
     for (int slot = 1; slot <= data.PilotCount; ++slot) {
         const network::PilotRecord& p = data.Pilots[size_t(slot)];
-        if (!PassesFriendFilter(in, p.VID) || (in.Crowds && in.Crowds->IsGrouped(network, slot)))
+        if (!Shows(in, p) || (in.Crowds && in.Crowds->IsGrouped(network, slot)))
             continue;
         const double heading = (in.ShowActualHeading ? p.Course : p.Heading) * geo::DegToRad;
         const double lat = p.Latitude * geo::DegToRad, lon = p.Longitude * geo::DegToRad;
@@ -109,7 +109,7 @@ void AirportMarkers(GlApi& gl, const network::NetworkData& data, const TrafficIn
     gl.Begin(Primitive::Points);
     for (int slot = 1; slot <= data.PilotCount; ++slot) {
         const network::PilotRecord& p = data.Pilots[size_t(slot)];
-        if (!PassesFriendFilter(in, p.VID))
+        if (!Shows(in, p))
             continue;
         EmitAt(gl, p.DepLatitude, p.DepLongitude);
         EmitAt(gl, p.DestLatitude, p.DestLongitude);
@@ -123,7 +123,7 @@ void InboundLines(GlApi& gl, const network::NetworkData& data, const TrafficInpu
     std::vector<Vec3> arc;
     for (int slot = 1; slot <= data.PilotCount; ++slot) {
         const network::PilotRecord& p = data.Pilots[size_t(slot)];
-        if (!PassesFriendFilter(in, p.VID) || (p.DestLatitude == 0.0f && p.DestLongitude == 0.0f))
+        if (!Shows(in, p) || (p.DestLatitude == 0.0f && p.DestLongitude == 0.0f))
             continue;
         if (geo::Distance(p.Latitude, p.Longitude, p.DestLatitude, p.DestLongitude) < 2.0f)
             continue;

@@ -105,8 +105,8 @@ CrowdPlan PlanCrowds(const TrafficInputs& in, const std::vector<int>& networks) 
         std::vector<int> order;
         for (int slot = 1; slot <= data.PilotCount; ++slot) {
             const network::PilotRecord& p = data.Pilots[size_t(slot)];
-            if (p.GroundSpeed >= kGroundSpeedKts || !PassesFriendFilter(in, p.VID) ||
-                in.FriendList.Contains(p.VID) || (selected && *selected == network::ClientRef{n, true, slot}))
+            if (p.GroundSpeed >= kGroundSpeedKts || !Shows(in, p) || in.FriendList.Contains(p.VID) ||
+                (selected && *selected == network::ClientRef{n, true, slot}))
                 continue;
             const int airport = airports.Nearest(p.Latitude, p.Longitude, kCrowdRadiusNm);
             if (airport < 0)

@@ -48,6 +48,8 @@ void DrawScene(GlApi& gl, const FrameInputs& in) {
     gl.CallList(lists::kStatusLine);
     gl.LineWidth(1.0f);
     gl.CallList(lists::kClientCount);
+    if (in.Filtered)
+        gl.CallList(lists::kFilterMark);
     // The list or board first, a client's box over it.
     if (ShowsTable(in.Panels))
         gl.CallList(lists::kListPanel);
@@ -110,6 +112,8 @@ void DrawCore(GlApi& gl, const FrameInputs& in) {
         if (s.ShowPlaneLabels)
             gl.CallList(base + lists::kPlaneLabels);
     }
+    if (in.Measuring)
+        gl.CallList(lists::kMeasureLine);
 }
 
 } // namespace sky::render

@@ -27,6 +27,8 @@ struct FrameInputs {
     bool ShowTrails = false;
     int WidthPx = 800;
     int HeightPx = 600;
+    bool Filtered = false;  // the filter's marks (list 63)
+    bool Measuring = false; // the measuring line (list 64)
 };
 
 // Draws one frame: turns the view into one orthographic transform on a square viewport of twice the

@@ -23,10 +23,12 @@ inline constexpr int kInfoBox = 40;
 inline constexpr int kListPanel = 41;
 inline constexpr int kHighlight = 42;
 // Lists of our own, above the numbers of the map's fixed layers.
-inline constexpr int kAllTrails = 60;  // the tracks of every shown aircraft
-inline constexpr int kHoverCard = 61;  // the card of the client under the resting pointer
-inline constexpr int kEventMarks = 62; // VATSIM's airports with an event in progress
-inline constexpr int kNight = 64;      // the night side of the globe
+inline constexpr int kAllTrails = 60;    // the tracks of every shown aircraft
+inline constexpr int kHoverCard = 61;    // the card of the client under the resting pointer
+inline constexpr int kEventMarks = 62;   // VATSIM's airports with an event in progress
+inline constexpr int kFilterMark = 63;   // an active filter: its count and its mark in the status band
+inline constexpr int kNight = 64;        // the night side of the globe
+inline constexpr int kMeasureLine = 65;  // the measuring line and its figures
 inline constexpr int kFrame = 50;
 inline constexpr int kGrid = 51;
 inline constexpr int kGlobe = 52;

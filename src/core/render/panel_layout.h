@@ -80,6 +80,7 @@ struct TableContent {
     std::vector<QStringList> Rows; // a row of one cell spans the whole width
     std::vector<network::ClientRef>
         RowClients; // slot 0: a row that stands for no client; below 0: an entry of another list
+    QStringList RowMembers; // the friends page: each row's member number
     QString PageText;
     bool GoButtons = false;   // each client's (or entry's) row ends in a Go button
     bool ChartButton = false; // an airport board whose movements can be charted

@@ -59,7 +59,7 @@ template <typename Visit>
 void EachStation(const network::NetworkData& data, const TrafficInputs& in, Visit visit) {
     for (int slot = 1; slot <= data.ControllerCount; ++slot) {
         const ControllerRecord& s = data.Controllers[size_t(slot)];
-        if (PassesFriendFilter(in, s.VID))
+        if (Shows(in, s))
             visit(s);
     }
 }

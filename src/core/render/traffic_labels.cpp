@@ -61,9 +61,10 @@ void PlaneLabels(std::vector<Label>& labels, int n, const TrafficInputs& in) {
     const bool detailed = in.ViewZ >= kDetailedLabelZoom;
     for (int slot = 1; slot <= data.PilotCount; ++slot) {
         const PilotRecord& p = data.Pilots[size_t(slot)];
-        if (!PassesFriendFilter(in, p.VID) || Grouped(in, n, slot))
+        if (!Shows(in, p) || Grouped(in, n, slot))
             continue;
-        Label label{Kind::Plane, n, p.Latitude, p.Longitude, {p.Callsign}, false, kAirborne};
+        Label label{Kind::Plane, n,        p.Latitude, p.Longitude, {LabelName(in, p.Callsign, p.VID)},
+                    false,       kAirborne};
         if (detailed)
             label.Lines.append(LevelText(p.Altitude) + u' ' +
                                QString::number(int(std::lround(p.GroundSpeed))) + u"kt"_s);
@@ -96,7 +97,7 @@ void AirportLabels(std::vector<Label>& labels, int n, const TrafficInputs& in, c
     };
     for (int slot = 1; slot <= data.PilotCount; ++slot) {
         const PilotRecord& p = data.Pilots[size_t(slot)];
-        if (!PassesFriendFilter(in, p.VID))
+        if (!Shows(in, p))
             continue;
         add(p.DepAirport, p.DepLatitude, p.DepLongitude);
         add(p.DestAirport, p.DestLatitude, p.DestLongitude);
@@ -112,7 +113,7 @@ QSet<QString> StationLabels(std::vector<Label>& labels, int n, const TrafficInpu
     QHash<QString, size_t> groups; // airport -> its label
     for (int slot = 1; slot <= data.ControllerCount; ++slot) {
         const ControllerRecord& s = data.Controllers[size_t(slot)];
-        if (s.FacilityType <= 1 || !PassesFriendFilter(in, s.VID))
+        if (s.FacilityType <= 1 || !Shows(in, s))
             continue;
         const bool area = s.FacilityType > network::kFacilityApproach;
         int priority = area ? kAreaStation : kAirportStations;
@@ -124,8 +125,14 @@ QSet<QString> StationLabels(std::vector<Label>& labels, int n, const TrafficInpu
         else if (in.Labels && in.FriendList.Contains(s.VID))
             priority = kFriend;
         if (!in.Labels || area) {
-            labels.push_back(
-                {Kind::Station, n, s.DisplayLatitude, s.DisplayLongitude, {s.Callsign}, area, priority, 3});
+            labels.push_back({Kind::Station,
+                              n,
+                              s.DisplayLatitude,
+                              s.DisplayLongitude,
+                              {LabelName(in, s.Callsign, s.VID)},
+                              area,
+                              priority,
+                              3});
             continue;
         }
         const QString airport = s.Callsign.section(u'_', 0, 0);
@@ -172,12 +179,12 @@ std::vector<PixelRect> SymbolBoxes(const std::vector<int>& networks, const Traff
         const network::NetworkData& data = in.Tables[n];
         for (int slot = 1; v.Planes && slot <= data.PilotCount; ++slot) {
             const PilotRecord& p = data.Pilots[size_t(slot)];
-            if (PassesFriendFilter(in, p.VID) && !Grouped(in, n, slot))
+            if (Shows(in, p) && !Grouped(in, n, slot))
                 add(p.Latitude, p.Longitude, 6);
         }
         for (int slot = 1; v.Atc && slot <= data.ControllerCount; ++slot) {
             const ControllerRecord& s = data.Controllers[size_t(slot)];
-            if (s.FacilityType > 1 && PassesFriendFilter(in, s.VID))
+            if (s.FacilityType > 1 && Shows(in, s))
                 add(s.DisplayLatitude, s.DisplayLongitude, 2);
         }
     }

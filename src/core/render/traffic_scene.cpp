@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "app/colour_theme.h"
+#include "app/friend_names.h"
 #include "app/friends.h"
 #include "render/aircraft_layer.h"
 #include "render/list_numbers.h"
@@ -111,8 +112,21 @@ int SymbolBand(float viewZ) {
     return int(std::lround(std::log(std::clamp(viewZ, 0.3f, 50.0f)) / std::log(1.5)));
 }
 
-bool PassesFriendFilter(const TrafficInputs& in, const QString& vid) {
-    return !in.FriendsOnly || in.FriendList.Contains(vid);
+filter::Visibility VisibilityOf(const TrafficInputs& in) {
+    return {in.Filter, in.FriendsOnly, &in.FriendList};
+}
+
+bool Shows(const TrafficInputs& in, const network::PilotRecord& pilot) {
+    return VisibilityOf(in).Shows(pilot);
+}
+
+bool Shows(const TrafficInputs& in, const network::ControllerRecord& controller) {
+    return VisibilityOf(in).Shows(controller);
+}
+
+QString LabelName(const TrafficInputs& in, const QString& callsign, const QString& vid) {
+    const QString name = in.FriendNames ? in.FriendNames->Value(vid) : QString();
+    return NamedCallsign(callsign, name, in.NamesInstead);
 }
 
 LabelPlan BuildTrafficLists(GlApi& gl, int network, const TrafficInputs& in) {

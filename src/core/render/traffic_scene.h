@@ -5,6 +5,7 @@
 
 #include <QString>
 
+#include "filter/traffic_filter.h"
 #include "geo/geodesy.h"
 #include "network/client_records.h"
 #include "render/panel_layout.h"
@@ -13,6 +14,7 @@
 namespace sky {
 class Friends;
 class FirOutlines;
+class KeyedLines;
 struct ColourTable;
 } // namespace sky
 
@@ -47,6 +49,9 @@ struct TrafficInputs {
     const LabelView* Labels = nullptr; // decluttered labels; null: every label beside its symbol
     SectorShapes* Shapes = nullptr;    // the filled outlines of sectors, kept between builds
     const CrowdPlan* Crowds = nullptr; // parked aircraft drawn as one mark per airport; null: none
+    const filter::TrafficFilter* Filter = nullptr; // the filter bar's; null: none
+    const KeyedLines* FriendNames = nullptr;       // names the user gave friends, by member number
+    bool NamesInstead = false;                     // a friend's name in place of the callsign, not beside
 };
 
 // The zoom band the symbols were recorded for: a symbol list is rebuilt when the band changes.
@@ -59,8 +64,13 @@ inline constexpr float kGroundLabelZoom = 25.0f;
 // An aircraft's level as its label shows it: "FL350" from 10,000 ft, else "4000ft".
 QString LevelText(float altitudeFt);
 
-// True when a client with this member number is drawn: always, or only friends under FriendsOnly.
-bool PassesFriendFilter(const TrafficInputs& in, const QString& vid);
+// Who the inputs draw: what passes the filter, and only friends under FriendsOnly. Every builder asks
+// these for every client.
+filter::Visibility VisibilityOf(const TrafficInputs& in);
+bool Shows(const TrafficInputs& in, const network::PilotRecord& pilot);
+bool Shows(const TrafficInputs& in, const network::ControllerRecord& controller);
+// A client's label: its callsign, with the name the user gave a friend beside it or in its place.
+QString LabelName(const TrafficInputs& in, const QString& callsign, const QString& vid);
 
 // Records the nine traffic lists of one network (0 or 1) in their fixed order, deleting the
 // highlight (list 42) between the inbound lines and the sector fills. These builders return the labels

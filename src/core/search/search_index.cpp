@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "app/friend_names.h"
 #include "refdata/reference_data.h"
 #include "search/text_fold.h"
 
@@ -64,28 +65,40 @@ void SearchIndex::SetPlaces(const ReferenceData& reference) {
     }
 }
 
-void SearchIndex::SetClients(const network::ClientTables& tables, const std::vector<int>& networks) {
+void SearchIndex::SetClients(const network::ClientTables& tables, const std::vector<int>& networks,
+                             const filter::Visibility& shown, const KeyedLines* names) {
+    const auto person = [&](const QString& realName, const QString& vid) {
+        return names ? NamedPerson(realName, names->Value(vid)) : realName;
+    };
     m_clients.clear();
     m_busyAirports.clear();
     for (int n : networks) {
         const network::NetworkData& data = tables[size_t(n)];
         for (int slot = 1; slot <= data.ControllerCount; ++slot) {
             const network::ControllerRecord& c = data.Controllers[size_t(slot)];
+            if (!shown.Shows(c))
+                continue;
+            const QString name = person(c.RealName, c.VID);
             SearchResult r{ResultKind::Client,
                            {n, false, slot},
                            c.Callsign,
-                           c.Callsign + u"  "_s + c.RealName + (c.Frequency.isEmpty() ? QString() : u"  "_s + c.Frequency),
+                           c.Callsign + u"  "_s + name +
+                               (c.Frequency.isEmpty() ? QString() : u"  "_s + c.Frequency),
                            n,
                            c.DisplayLatitude,
                            c.DisplayLongitude};
-            m_clients.push_back({r, CodeKey(c.Callsign), CodeKey(c.VID), Words(Fold(c.RealName))});
+            m_clients.push_back({r, CodeKey(c.Callsign), CodeKey(c.VID), Words(Fold(name))});
         }
         for (int slot = 1; slot <= data.PilotCount; ++slot) {
             const network::PilotRecord& p = data.Pilots[size_t(slot)];
+            if (!shown.Shows(p))
+                continue;
+            const QString name = person(p.RealName, p.VID);
             const QString route = p.DestAirport.isEmpty() ? QString() : u"  "_s + p.DepAirport + u'-' + p.DestAirport;
-            SearchResult r{ResultKind::Client, {n, true, slot}, p.Callsign,
-                           p.Callsign + u"  "_s + p.RealName + route, n, p.Latitude, p.Longitude};
-            m_clients.push_back({r, CodeKey(p.Callsign), CodeKey(p.VID), Words(Fold(p.RealName))});
+            SearchResult r{
+                ResultKind::Client, {n, true, slot}, p.Callsign, p.Callsign + u"  "_s + name + route, n,
+                p.Latitude,         p.Longitude};
+            m_clients.push_back({r, CodeKey(p.Callsign), CodeKey(p.VID), Words(Fold(name))});
             m_busyAirports.insert(p.DepAirport.toUpper());
             m_busyAirports.insert(p.DestAirport.toUpper());
         }

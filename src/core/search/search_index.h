@@ -6,10 +6,12 @@
 #include <QString>
 #include <QStringList>
 
+#include "filter/traffic_filter.h"
 #include "network/client_records.h"
 #include "network/prefiles.h"
 
 namespace sky {
+class KeyedLines;
 class ReferenceData;
 }
 
@@ -39,8 +41,10 @@ class SearchIndex {
 public:
     // The airports and FIRs; once, as they never change.
     void SetPlaces(const ReferenceData& reference);
-    // The clients of these networks (0, 1, or both); again after every change of the data.
-    void SetClients(const network::ClientTables& tables, const std::vector<int>& networks);
+    // The clients of these networks (0, 1, or both) that the map shows; again after every change of
+    // the data, the filter or the friends' names, by which friends are found too.
+    void SetClients(const network::ClientTables& tables, const std::vector<int>& networks,
+                    const filter::Visibility& shown = {}, const KeyedLines* names = nullptr);
     // VATSIM's prefiles (none: pass an empty list), found like its clients, placed at their departure.
     void SetPrefiles(const std::vector<network::Prefile>& prefiles, const ReferenceData& reference);
 

@@ -24,8 +24,15 @@ void AlertControl::Downloaded(int network) {
     alerts::WatchedOnline now =
         alerts::WhoIsOnline(m_state.AllTables()[network], m_state.FriendList, m_watches);
     if (m_before[network]) {
-        for (const alerts::OnlineChange& change : alerts::CompareOnline(network, *m_before[network], now))
+        for (alerts::OnlineChange change : alerts::CompareOnline(network, *m_before[network], now)) {
+            // A friend goes by the name the user gave them.
+            const bool isFriend = change.Kind == alerts::ChangeKind::FriendOnline ||
+                                  change.Kind == alerts::ChangeKind::FriendOffline;
+            if (const QString name = m_state.FriendNames.Value(change.Client.Member);
+                isFriend && !name.isEmpty())
+                change.Client.Name = name;
             m_tell(change);
+        }
     }
     m_before[network] = std::move(now);
 }

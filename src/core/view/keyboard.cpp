@@ -77,6 +77,8 @@ bool LayerKey(KeyContext& c, int key, int modifiers) {
     return false;
 }
 
+} // namespace
+
 void FriendsFilter(KeyContext& c) {
     const int network = c.Display.ShownNetwork;
     if (c.Display.FriendsOnly) {
@@ -85,7 +87,10 @@ void FriendsFilter(KeyContext& c) {
         c.Commands.RebuildScene(network);
         return;
     }
-    const int online = FriendsOnline(c.Tables[network], c.FriendList);
+    // The filter bar turns it on in the comparison too, where both networks count.
+    int online = 0;
+    for (int n = 0; n < network::kNetworkCount; ++n)
+        online += n == network || network == 2 ? FriendsOnline(c.Tables[n], c.FriendList) : 0;
     if (online >= 1) {
         SetStatus(c, u"Friends toggle ("_s + QString::number(online) + u" online)"_s);
         c.Display.FriendsOnly = true;
@@ -94,8 +99,6 @@ void FriendsFilter(KeyContext& c) {
         SetStatus(c, u"No friends online"_s);
     }
 }
-
-} // namespace
 
 int FriendsOnline(const network::NetworkData& data, const Friends& friends) {
     int count = 0;

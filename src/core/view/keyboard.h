@@ -63,6 +63,10 @@ void KeyUp(KeyContext& context, int keyCode, int modifiers);
 // the last match winning. Nothing happens when the user is not online.
 void CentreOnMyself(KeyContext& context);
 
+// Friends only (F2), on or off: off at once; on when a friend is online on the shown network (either
+// in the comparison), else "No friends online". The scene is built again.
+void FriendsFilter(KeyContext& context);
+
 // The number of clients of a network whose member number is on the friends list.
 int FriendsOnline(const network::NetworkData& data, const Friends& friends);
 

@@ -30,6 +30,8 @@ public:
     virtual void ShowFlightChart(int network, const QString& callsign, const QString& member) {
         (void)network, (void)callsign, (void)member;
     }
+    // The filter changed (the bar, a key, a saved filter): what shows it besides the map catches up.
+    virtual void FilterChanged() {}
 };
 
 } // namespace sky::view

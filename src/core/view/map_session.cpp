@@ -2,6 +2,7 @@
 
 #include <QDir>
 
+#include "app/friend_names.h"
 #include "render/frame.h"
 #include "render/geography.h"
 #include "coming/whats_on.h"
@@ -9,6 +10,7 @@
 #include "companion/weather_commands.h"
 #include "network/http_client.h"
 #include "route/route_resolver.h"
+#include "view/keys.h"
 
 using namespace Qt::StringLiterals;
 
@@ -60,9 +62,24 @@ MapSession::MapSession(Folders files, Settings settings, Friends friends, render
                [this](const alerts::OnlineChange& change) {
                    Tell(change.Network, change.Client.Callsign, change.Text());
                }),
-      m_coming(m_state, m_scene, gl, http, [this](int network, const QString& callsign, const QString& text) {
-          Tell(network, callsign, text);
-      }) {
+      m_coming(m_state, m_scene, gl, http,
+               [this](int network, const QString& callsign, const QString& text) {
+                   Tell(network, callsign, text);
+               }),
+      m_filters(
+          m_state, m_scene,
+          [this] {
+              KeyContext keys = Keys();
+              FriendsFilter(keys);
+          },
+          [this] {
+              m_panelControl.RecordAgain();
+              m_host.FilterChanged();
+          }),
+      m_measure(m_state, m_scene, gl, m_pointer) {
+    m_state.FriendNames = KeyedLines::Load(FriendNamesPath(m_state.Home));
+    m_filters.Load();
+    m_pointer.ClickClears = [this] { return m_measure.Clear(); };
     m_download.OnShown = [this](int network) {
         m_alerts.Downloaded(network);
         if (network == 1)
@@ -144,6 +161,7 @@ void MapSession::RecordAllLists() {
         render::BuildTitleBox(m_gl, m_state.Colours, m_state.WidthPx, m_state.HeightPx);
     m_scene.ThemeChanged();
     m_scene.RecordNight(m_download.Now(), true);
+    m_measure.RecordAgain();
     if (m_state.Display.ShowTrails)
         m_scene.RecordAllTrails(m_history.AllTracks());
     m_panelControl.RecordAgain();
@@ -175,6 +193,15 @@ void MapSession::KeyUp(int keyCode, int modifiers) {
     // With the list or the board open, the arrows and page keys turn its pages.
     if (render::AnyPanelOpen(m_panelControl.Mode()) && m_panelControl.Key(keyCode))
         return;
+    // Keys of our own on the bare map: Escape takes the measuring line away, X every filter.
+    if (m_panelControl.Mode() == PanelMode::None) {
+        if (keyCode == keys::kEscape && m_measure.Clear())
+            return;
+        if (keyCode == keys::Letter('X') && modifiers == 0) {
+            m_filters.Clear();
+            return;
+        }
+    }
     KeyContext context = Keys();
     view::KeyUp(context, keyCode, modifiers);
 }
@@ -199,12 +226,32 @@ void MapSession::ApplyPreferences(const Settings& changed) {
         m_state.AllTables()[n].SetLimits(changed.MaxPilots, changed.MaxControllers);
     if (changed.AutoDownload != before.AutoDownload)
         m_host.EnableAutoDownload(changed.AutoDownload);
+    if (changed.FriendNamesInstead != before.FriendNamesInstead)
+        m_scene.Refilter(); // the labels with the names as now chosen
     if (changed.ColourTheme != before.ColourTheme) {
         m_state.Colours =
             LoadColourTheme(m_state.Files.Holding(u"colours/"_s + changed.ColourTheme), changed.ColourTheme);
         m_panelControl.CloseAll();
         RecordAllLists();
     }
+    m_scene.Redraw();
+}
+
+void MapSession::NameFriend(const QString& member, const QString& name) {
+    const QString chosen = name.trimmed().left(kFriendNameChars);
+    // Changed in the file as it is now, so names another program gave meanwhile stay.
+    const WriteResult saved = KeyedLines::Update(
+        FriendNamesPath(m_state.Home), [&](KeyedLines& names) { names.Set(member, chosen); },
+        m_state.FriendNames);
+    if (!saved.Ok) {
+        m_state.FriendNames.Set(member, chosen);
+        m_host.Report(saved.Message);
+    }
+    ++m_namesChanged;
+    m_scene.Refilter();
+    m_panelControl.RecordAgain();
+    m_scene.SetStatus(u"Member "_s + member +
+                      (chosen.isEmpty() ? u" has no name of yours"_s : u" named "_s + chosen));
     m_scene.Redraw();
 }
 
@@ -220,13 +267,15 @@ std::vector<search::SearchResult> MapSession::Search(const QString& text) {
     const int shown = m_state.Display.ShownNetwork;
     const network::ClientTables& tables = m_state.AllTables();
     // The clients are indexed again when the data or the network shown changed.
-    const QString data = QString::number(shown) + u'/' + tables[0].UpdateStamp + u'/' +
+    const QString data = m_filters.Text() + u'/' + QString::number(m_namesChanged) + u'/' +
+                         QString::number(shown) + u'/' + tables[0].UpdateStamp + u'/' +
                          QString::number(tables[0].PilotCount) + u'/' + tables[1].UpdateStamp + u'/' +
                          QString::number(tables[1].PilotCount) + u'/' + tables[0].LastDownload.toString() +
                          tables[1].LastDownload.toString() + u'/' +
                          QString::number(m_state.Coming.PrefilesRevision);
     if (data != m_searchData) {
-        m_search.SetClients(tables, shown == 2 ? std::vector<int>{0, 1} : std::vector<int>{shown});
+        m_search.SetClients(tables, shown == 2 ? std::vector<int>{0, 1} : std::vector<int>{shown},
+                            m_state.Shown(), &m_state.FriendNames);
         m_search.SetPrefiles(shown == 0 ? std::vector<network::Prefile>() : m_state.Coming.Prefiles,
                              m_state.Reference);
         m_searchData = data;

@@ -8,10 +8,12 @@
 #include "view/alert_control.h"
 #include "view/coming_control.h"
 #include "view/download_control.h"
+#include "view/filter_control.h"
 #include "view/history_control.h"
 #include "view/keyboard.h"
 #include "view/map_host.h"
 #include "view/map_state.h"
+#include "view/measure_control.h"
 #include "view/panel_control.h"
 #include "view/pointer_control.h"
 #include "view/scene_control.h"
@@ -71,8 +73,16 @@ public:
     // (shown live when it is the newest), showing that network.
     void ReplaySnapshot(int network, qint64 snapshotId);
 
+    // The name the user gave a friend (member number), or empty. NameFriend sets it (an empty name
+    // removes it), keeps it in data/friendnames.dat at once and shows it in the labels, the lists, the
+    // search, the hover cards and the alerts.
+    QString FriendName(const QString& member) const { return m_state.FriendNames.Value(member); }
+    void NameFriend(const QString& member, const QString& name);
+
     // The parts, whose methods change what they own.
     SceneControl& Scene() { return m_scene; }
+    FilterControl& Filters() { return m_filters; }
+    MeasureControl& Measurer() { return m_measure; }
     DownloadControl& Downloader() { return m_download; }
     PanelControl& PanelController() { return m_panelControl; }
     PointerControl& Pointer() { return m_pointer; }
@@ -140,9 +150,12 @@ private:
     HistoryControl m_history;
     AlertControl m_alerts;
     ComingControl m_coming;
+    FilterControl m_filters;
+    MeasureControl m_measure;
     companion::CompanionConsole m_companion;
     search::SearchIndex m_search;
     QString m_searchData; // what the search's clients were taken from
+    int m_namesChanged = 0; // the friends' names changed this often, for the search
 };
 
 } // namespace sky::view

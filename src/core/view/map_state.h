@@ -10,6 +10,8 @@
 #include "app/home_folder.h"
 #include "app/settings.h"
 #include "coming/coming_state.h"
+#include "common/keyed_lines.h"
+#include "filter/traffic_filter.h"
 #include "geo/geodesy.h"
 #include "network/client_records.h"
 #include "network/download.h"
@@ -18,6 +20,8 @@
 #include "refdata/reference_data.h"
 #include "render/sector_layer.h"
 #include "view/display_state.h"
+#include "view/filter_control.h"
+#include "view/measure_control.h"
 #include "view/panels.h"
 
 namespace sky::view {
@@ -40,6 +44,12 @@ struct MapState {
     Settings Config;
     // PanelControl: the info box's friend button.
     Friends FriendList;
+    // MapSession::NameFriend: the names the user gave friends, by member number.
+    KeyedLines FriendNames;
+    // FilterControl: the filter bar's filter and the saved filters.
+    FilterState Filters;
+    // MeasureControl: the measuring line, while one shows.
+    std::optional<MeasureLine> Measure;
     // MapSession: the theme at start and from the Preferences.
     ColourTable Colours;
     // MapSession::StartUp: the reference data, read once.
@@ -65,6 +75,9 @@ struct MapState {
     // SceneControl::Resize: the client area, in pixels.
     int WidthPx = 800;
     int HeightPx = 600;
+
+    // Who the map shows: what passes the filter, and friends alone under FriendsOnly (F2).
+    filter::Visibility Shown() const { return {&Filters.Filter, Display.FriendsOnly, &FriendList}; }
 
     network::ClientTables& AllTables() { return *Tables; }
     const network::ClientTables& AllTables() const { return *Tables; }

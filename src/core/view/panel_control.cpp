@@ -96,7 +96,8 @@ TableContent PanelControl::Table(int rowsPerPage, int pageIndex) const {
     const QDateTime moment = m_actions.Moment ? m_actions.Moment() : QDateTime::currentDateTimeUtc();
     if (p.ListOpen) {
         TableContent table = ListPageContent(shown, data, p.Page, pageIndex, rowsPerPage, m_state.FriendList,
-                                             p.Sorts[size_t(p.Page)], p.Filter);
+                                             p.Sorts[size_t(p.Page)], p.Filter, m_state.Shown(),
+                                             &m_state.FriendNames);
         if (p.Page == ListPage::Events)
             FillEventsPage(table, m_state.Coming, moment, QDateTime::currentDateTimeUtc(), pageIndex,
                            rowsPerPage, p.Sorts[size_t(p.Page)], p.Filter);
@@ -105,8 +106,9 @@ TableContent PanelControl::Table(int rowsPerPage, int pageIndex) const {
     // What is coming is VATSIM's, on its own board.
     const BoardExtras extras =
         shown == 1 ? ComingAtAirport(m_state.Coming, data, p.BoardAirport, moment) : BoardExtras();
-    TableContent board = AirportBoardContent(shown, data, p.BoardAirport, m_state.Reference, pageIndex,
-                                             rowsPerPage, p.Sorts[kBoardSort], p.BoardWeather, extras);
+    TableContent board =
+        AirportBoardContent(shown, data, p.BoardAirport, m_state.Reference, pageIndex, rowsPerPage,
+                            p.Sorts[kBoardSort], p.BoardWeather, extras, m_state.Shown());
     board.ChartButton = bool(m_actions.ChartAirport);
     return board;
 }
@@ -136,9 +138,10 @@ void PanelControl::Rebuild() {
     if (p.InfoClient) {
         const ClientRef& c = *p.InfoClient;
         const network::NetworkData& data = m_state.AllTables()[c.Network];
-        InfoBoxContent info = c.IsPilot
-                                  ? PilotInfo(c.Network, data, c.Slot, m_state.Reference, m_state.FriendList)
-                                  : ControllerInfo(c.Network, data, c.Slot, m_state.FriendList);
+        const KeyedLines* names = &m_state.FriendNames;
+        InfoBoxContent info =
+            c.IsPilot ? PilotInfo(c.Network, data, c.Slot, m_state.Reference, m_state.FriendList, names)
+                      : ControllerInfo(c.Network, data, c.Slot, m_state.FriendList, names);
         if (c.IsPilot && m_actions.RoutePoints && !data.Pilots[size_t(c.Slot)].DestAirport.isEmpty())
             info.Lines.append(u"Route points found: "_s + QString::number(m_actions.RoutePoints(c)));
         info.Chartable = c.IsPilot && m_actions.ChartFlight;

@@ -4,6 +4,7 @@
 
 #include <QSet>
 
+#include "app/friend_names.h"
 #include "app/friends.h"
 #include "common/numbers.h"
 #include "geo/geodesy.h"
@@ -49,6 +50,12 @@ QString FacilityName(int facility) {
 
 QString Whole(float value) {
     return QString::number(ToInt32(value));
+}
+
+// "Member 123456", and the name the user gave a friend: "Member 123456, named Anna".
+QString MemberLine(const QString& vid, const KeyedLines* names) {
+    const QString name = names ? names->Value(vid) : QString();
+    return u"Member "_s + vid + (name.isEmpty() ? QString() : u", named "_s + name);
 }
 
 void AddWrapped(QStringList& lines, const QString& label, const QString& text) {
@@ -153,7 +160,7 @@ QString EstimatedArrival(const PilotRecord& p, const QString& updateStamp) {
 }
 
 InfoBoxContent PilotInfo(int network, const NetworkData& data, int slot, const ReferenceData& reference,
-                         const Friends& friends) {
+                         const Friends& friends, const KeyedLines* names) {
     const PilotRecord& p = data.Pilots[size_t(slot)];
     InfoBoxContent info;
     info.NetworkSlot = network;
@@ -164,7 +171,7 @@ InfoBoxContent PilotInfo(int network, const NetworkData& data, int slot, const R
         network == 1 ? network::PilotCertificateText(p) : network::PilotRatingText(network, p.Rating);
     info.Lines.append(p.RealName + (rating.isEmpty() ? QString() : u" ("_s + rating + u')') +
                       (p.HomeBase.isEmpty() ? QString() : u", home "_s + p.HomeBase));
-    info.Lines.append(u"Member "_s + p.VID);
+    info.Lines.append(MemberLine(p.VID, names));
     info.Lines.append(u"Aircraft "_s + (p.AircraftType.isEmpty() ? u"-"_s : p.AircraftType));
     if (p.DestAirport.isEmpty()) {
         info.Lines.append(u"No flight plan"_s);
@@ -197,7 +204,8 @@ InfoBoxContent PilotInfo(int network, const NetworkData& data, int slot, const R
     return info;
 }
 
-InfoBoxContent ControllerInfo(int network, const NetworkData& data, int slot, const Friends& friends) {
+InfoBoxContent ControllerInfo(int network, const NetworkData& data, int slot, const Friends& friends,
+                              const KeyedLines* names) {
     const ControllerRecord& c = data.Controllers[size_t(slot)];
     InfoBoxContent info;
     info.NetworkSlot = network;
@@ -205,7 +213,7 @@ InfoBoxContent ControllerInfo(int network, const NetworkData& data, int slot, co
     info.IsFriend = friends.Contains(c.VID);
     const QString rating = network::ControllerRatingText(network, c.Rating);
     info.Lines.append(c.RealName + (rating.isEmpty() ? QString() : u" ("_s + rating + u')'));
-    info.Lines.append(u"Member "_s + c.VID);
+    info.Lines.append(MemberLine(c.VID, names));
     info.Lines.append(u"Facility "_s + FacilityName(c.FacilityType) +
                       (c.Station.isEmpty() ? QString() : u", "_s + c.Station));
     info.Lines.append(u"Frequency "_s + c.Frequency);
@@ -220,18 +228,20 @@ InfoBoxContent ControllerInfo(int network, const NetworkData& data, int slot, co
 }
 
 std::vector<ClientRef> ListClients(int network, const NetworkData& data, ListPage page,
-                                   const Friends& friends) {
+                                   const Friends& friends, const filter::Visibility& shown) {
     std::vector<ClientRef> clients;
     for (int slot = 1; slot <= data.ControllerCount; ++slot) {
         const ControllerRecord& c = data.Controllers[size_t(slot)];
         const bool observer = c.FacilityType < network::kFacilityAtis;
-        if ((page == ListPage::Friends && friends.Contains(c.VID)) ||
-            (page == ListPage::Controllers && !observer) || (page == ListPage::Observers && observer))
+        if (((page == ListPage::Friends && friends.Contains(c.VID)) ||
+             (page == ListPage::Controllers && !observer) || (page == ListPage::Observers && observer)) &&
+            shown.Shows(c))
             clients.push_back({network, false, slot});
     }
     for (int slot = 1; slot <= data.PilotCount; ++slot) {
         const PilotRecord& p = data.Pilots[size_t(slot)];
-        if (page == ListPage::Pilots || (page == ListPage::Friends && friends.Contains(p.VID)))
+        if ((page == ListPage::Pilots || (page == ListPage::Friends && friends.Contains(p.VID))) &&
+            shown.Shows(p))
             clients.push_back({network, true, slot});
     }
     return clients;
@@ -312,7 +322,8 @@ namespace {
 
 // A page of rows out of all of them, and its "Page 2/7".
 void Paginate(TableContent& table, const std::vector<QStringList>& rows,
-              const std::vector<ClientRef>& clients, int pageIndex, int rowsPerPage) {
+              const std::vector<ClientRef>& clients, int pageIndex, int rowsPerPage,
+              const QStringList* members = nullptr) {
     const int pages = PageCount(rows.size(), rowsPerPage);
     pageIndex = std::clamp(pageIndex, 0, pages - 1);
     table.PageText = u"Page %1/%2"_s.arg(pageIndex + 1).arg(pages);
@@ -320,33 +331,42 @@ void Paginate(TableContent& table, const std::vector<QStringList>& rows,
     for (size_t i = first; i < rows.size() && i < first + size_t(rowsPerPage); ++i) {
         table.Rows.push_back(rows[i]);
         table.RowClients.push_back(clients[i]);
+        if (members)
+            table.RowMembers.append(members->value(qsizetype(i)));
     }
 }
 
-QStringList ClientRow(int network, const NetworkData& data, const ClientRef& ref) {
+QString NameOf(const KeyedLines* names, const QString& realName, const QString& vid) {
+    return names ? NamedPerson(realName, names->Value(vid)) : realName;
+}
+
+QStringList ClientRow(int network, const NetworkData& data, const ClientRef& ref, const KeyedLines* names) {
     if (ref.IsPilot) {
         const PilotRecord& p = data.Pilots[size_t(ref.Slot)];
-        return {p.Callsign, p.RealName,
+        return {p.Callsign, NameOf(names, p.RealName, p.VID),
                 p.DestAirport.isEmpty() ? u"no flight plan"_s : p.DepAirport + u'-' + p.DestAirport,
                 network::FlightStatus(p)};
     }
     const ControllerRecord& c = data.Controllers[size_t(ref.Slot)];
-    return {c.Callsign, c.RealName, c.Frequency, network::ControllerRatingText(network, c.Rating)};
+    return {c.Callsign, NameOf(names, c.RealName, c.VID), c.Frequency,
+            network::ControllerRatingText(network, c.Rating)};
 }
 
 } // namespace
 
 TableContent ListPageContent(int network, const NetworkData& data, ListPage page, int pageIndex,
                              int rowsPerPage, const Friends& friends, const SortOrder& sort,
-                             const QString& filter) {
+                             const QString& filter, const filter::Visibility& shown,
+                             const KeyedLines* names) {
     TableContent table;
     table.Title = network::NetworkName(network);
     const ListPage pages[] = {ListPage::Friends, ListPage::Controllers, ListPage::Pilots,
                               ListPage::Observers};
-    const QString names[] = {u"Friends"_s, u"ATC"_s, u"Pilots"_s, u"Observers"_s};
+    const QString tabNames[] = {u"Friends"_s, u"ATC"_s, u"Pilots"_s, u"Observers"_s};
     for (int i = 0; i < 4; ++i) {
-        table.Tabs.append(names[i] + u" ("_s +
-                          QString::number(ListClients(network, data, pages[i], friends).size()) + u')');
+        table.Tabs.append(tabNames[i] + u" ("_s +
+                          QString::number(ListClients(network, data, pages[i], friends, shown).size()) +
+                          u')');
         if (pages[i] == page)
             table.ActiveTab = i;
     }
@@ -364,8 +384,8 @@ TableContent ListPageContent(int network, const NetworkData& data, ListPage page
     const QString wanted = search::Fold(filter);
     std::vector<QStringList> rows;
     std::vector<ClientRef> clients;
-    for (const ClientRef& ref : ListClients(network, data, page, friends)) {
-        QStringList row = ClientRow(network, data, ref);
+    for (const ClientRef& ref : ListClients(network, data, page, friends, shown)) {
+        QStringList row = ClientRow(network, data, ref, names);
         if (!wanted.isEmpty() && !search::Fold(row.join(u' ')).contains(wanted))
             continue;
         rows.push_back(std::move(row));
@@ -375,19 +395,30 @@ TableContent ListPageContent(int network, const NetworkData& data, ListPage page
     if (page == ListPage::Friends) {
         // Who is online comes first, each a click from the map; then the friends who are not.
         table.GoButtons = true;
-        QSet<QString> online;
+        const auto vid = [&](const ClientRef& ref) {
+            return ref.IsPilot ? data.Pilots[size_t(ref.Slot)].VID : data.Controllers[size_t(ref.Slot)].VID;
+        };
+        QStringList members;
         for (const ClientRef& ref : clients)
-            online.insert(
-                (ref.IsPilot ? data.Pilots[size_t(ref.Slot)].VID : data.Controllers[size_t(ref.Slot)].VID)
-                    .toCaseFolded());
+            members.append(vid(ref));
+        // A friend online whom the filter holds back is not offline: not listed at all.
+        QSet<QString> online;
+        for (const ClientRef& ref : ListClients(network, data, page, friends))
+            online.insert(vid(ref).toCaseFolded());
         for (const QString& member : friends.Entries()) {
-            QStringList row{QString(), u"Member "_s + member, QString(), u"Offline"_s};
+            const QString name = names ? names->Value(member) : QString();
+            const QString who =
+                name.isEmpty() ? QString(u"Member "_s + member) : QString(name + u" ("_s + member + u')');
+            QStringList row{QString(), who, QString(), u"Offline"_s};
             if (online.contains(member.toCaseFolded()) ||
                 (!wanted.isEmpty() && !search::Fold(row.join(u' ')).contains(wanted)))
                 continue;
             rows.push_back(std::move(row));
             clients.push_back({network, true, 0});
+            members.append(member);
         }
+        Paginate(table, rows, clients, pageIndex, rowsPerPage, &members);
+        return table;
     }
     Paginate(table, rows, clients, pageIndex, rowsPerPage);
     return table;
@@ -395,7 +426,8 @@ TableContent ListPageContent(int network, const NetworkData& data, ListPage page
 
 TableContent AirportBoardContent(int network, const NetworkData& data, const QString& airport,
                                  const ReferenceData& reference, int pageIndex, int rowsPerPage,
-                                 const SortOrder& sort, const QString& weather, const BoardExtras& extras) {
+                                 const SortOrder& sort, const QString& weather, const BoardExtras& extras,
+                                 const filter::Visibility& shown) {
     TableContent table;
     table.Title = u"Traffic at "_s + AirportText(airport, reference);
     table.Headers = {u"Callsign"_s, u"From / to"_s, u"Status"_s, u"ETA / distance"_s};
@@ -405,7 +437,7 @@ TableContent AirportBoardContent(int network, const NetworkData& data, const QSt
     std::vector<ClientRef> clients;
     std::vector<QStringList> rows;
     const auto within = [&](const PilotRecord& p) {
-        return place &&
+        return place && shown.Shows(p) &&
                geo::Distance(p.Latitude, p.Longitude, place->Latitude, place->Longitude) <= kBoardRadiusNm;
     };
     for (int slot = 1; slot <= data.PilotCount; ++slot) {
@@ -437,7 +469,7 @@ TableContent AirportBoardContent(int network, const NetworkData& data, const QSt
     }
     for (int slot = 1; slot <= data.ControllerCount; ++slot) {
         const ControllerRecord& c = data.Controllers[size_t(slot)];
-        if (c.FacilityType >= network::kFacilityAtis &&
+        if (c.FacilityType >= network::kFacilityAtis && shown.Shows(c) &&
             c.Station.compare(airport, Qt::CaseInsensitive) == 0) {
             top.push_back({c.Callsign, c.Frequency, FacilityName(c.FacilityType), c.RealName});
             topClients.push_back({network, false, slot});

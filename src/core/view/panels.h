@@ -7,11 +7,13 @@
 #include <QString>
 #include <QStringList>
 
+#include "filter/traffic_filter.h"
 #include "network/client_records.h"
 #include "render/panel_layout.h"
 
 namespace sky {
 class Friends;
+class KeyedLines;
 class ReferenceData;
 } // namespace sky
 
@@ -88,20 +90,23 @@ inline int RowItem(const ClientRef& row) {
 // What a click at (x, y) hits among the open panels; the info box lies over the list.
 PanelHit HitTestPanels(const PanelLayout& layout, const PanelState& panels, int x, int y);
 
-// The info box of a pilot or a controller slot of a network's tables.
+// The info box of a pilot or a controller slot of a network's tables; names: the friends' chosen names.
 InfoBoxContent PilotInfo(int network, const network::NetworkData& data, int slot,
-                         const ReferenceData& reference, const Friends& friends);
-InfoBoxContent ControllerInfo(int network, const network::NetworkData& data, int slot,
-                              const Friends& friends);
+                         const ReferenceData& reference, const Friends& friends,
+                         const KeyedLines* names = nullptr);
+InfoBoxContent ControllerInfo(int network, const network::NetworkData& data, int slot, const Friends& friends,
+                              const KeyedLines* names = nullptr);
 
-// The clients of a list page of the shown network, in table order.
+// The clients of a list page of the shown network that the map shows, in table order.
 std::vector<ClientRef> ListClients(int network, const network::NetworkData& data, ListPage page,
-                                   const Friends& friends);
-// Its rows sorted as asked and only those that hold filter (case and accents ignored). The events page
-// gets its tabs here and its rows from EventsPage.
+                                   const Friends& friends, const filter::Visibility& shown = {});
+// Its rows sorted as asked and only those that hold filter (case and accents ignored); names are the
+// friends' chosen names, shown with their real ones. The friends page names each row's member. The
+// events page gets its tabs here and its rows from EventsPage.
 TableContent ListPageContent(int network, const network::NetworkData& data, ListPage page, int pageIndex,
                              int rowsPerPage, const Friends& friends, const SortOrder& sort = {},
-                             const QString& filter = {});
+                             const QString& filter = {}, const filter::Visibility& shown = {},
+                             const KeyedLines* names = nullptr);
 int PageCount(size_t clients, int rowsPerPage);
 
 // What a board shows beside the clients of the tables: rows under its stations (an event, bookings)
@@ -119,7 +124,7 @@ inline constexpr float kBoardRadiusNm = 100.0f;
 TableContent AirportBoardContent(int network, const network::NetworkData& data, const QString& airport,
                                  const ReferenceData& reference, int pageIndex, int rowsPerPage,
                                  const SortOrder& sort = {}, const QString& weather = {},
-                                 const BoardExtras& extras = {});
+                                 const BoardExtras& extras = {}, const filter::Visibility& shown = {});
 
 // Sorts rows (and the clients beside them) by a column: numbers by their value, texts ignoring case
 // with the numbers inside them by value (AAL198 before AAL1784); equal rows keep their order.

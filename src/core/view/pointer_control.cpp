@@ -3,6 +3,7 @@
 #include <cmath>
 #include <vector>
 
+#include "app/friend_names.h"
 #include "geo/projection.h"
 #include "render/aircraft_layer.h"
 #include "render/frame.h"
@@ -37,8 +38,9 @@ std::optional<network::ClientRef> PointerControl::ClientAt(double x, double y, d
     const std::vector<int> networks = shown == 2 ? std::vector<int>{0, 1} : std::vector<int>{shown};
     double best = radiusPx * radiusPx;
     std::optional<network::ClientRef> found;
-    const auto consider = [&](int n, bool pilot, int slot, const QString& vid, float lat, float lon) {
-        if (s.Display.FriendsOnly && !s.FriendList.Contains(vid))
+    const filter::Visibility visible = s.Shown();
+    const auto consider = [&](int n, bool pilot, int slot, bool visible, float lat, float lon) {
+        if (!visible)
             return;
         if (const auto d = SquaredPixels(s, lat, lon, x, y); d && *d <= best) {
             best = *d;
@@ -51,14 +53,14 @@ std::optional<network::ClientRef> PointerControl::ClientAt(double x, double y, d
             for (int slot = 1; slot <= data.ControllerCount; ++slot) {
                 const auto& c = data.Controllers[size_t(slot)];
                 if (c.FacilityType > 1)
-                    consider(n, false, slot, c.VID, c.DisplayLatitude, c.DisplayLongitude);
+                    consider(n, false, slot, visible.Shows(c), c.DisplayLatitude, c.DisplayLongitude);
             }
         }
         if (s.Config.ShowPlanes) {
             for (int slot = 1; slot <= data.PilotCount; ++slot) {
                 const auto& p = data.Pilots[size_t(slot)];
                 if (!m_scene.Crowds().IsGrouped(n, slot))
-                    consider(n, true, slot, p.VID, p.Latitude, p.Longitude);
+                    consider(n, true, slot, visible.Shows(p), p.Latitude, p.Longitude);
             }
         }
     }
@@ -96,8 +98,11 @@ QString PointerControl::AirportAt(double x, double y, double radiusPx) const {
             found = code;
         }
     };
+    const filter::Visibility visible = s.Shown();
     for (int slot = 1; slot <= data.PilotCount; ++slot) {
         const auto& p = data.Pilots[size_t(slot)];
+        if (!visible.Shows(p))
+            continue; // its airports are not drawn
         consider(p.DepAirport, p.DepLatitude, p.DepLongitude);
         consider(p.DestAirport, p.DestLatitude, p.DestLongitude);
     }
@@ -106,6 +111,8 @@ QString PointerControl::AirportAt(double x, double y, double radiusPx) const {
 
 void PointerControl::Click(double x, double y) {
     if (render::AnyPanelOpen(m_panels.Mode()) && m_panels.Click(int(x), int(y)))
+        return;
+    if (ClickClears && ClickClears())
         return;
     if (!geo::ScreenToLatLon(x, y, m_state.WidthPx, m_state.HeightPx, m_state.View)) {
         ClearSelection();
@@ -176,8 +183,8 @@ bool PointerControl::Hover(double x, double y) {
     if (client->IsPilot) {
         const auto& p = data.Pilots[size_t(client->Slot)];
         title = p.Callsign;
-        if (!p.RealName.isEmpty())
-            lines.append(p.RealName);
+        if (const QString name = NamedPerson(p.RealName, s.FriendNames.Value(p.VID)); !name.isEmpty())
+            lines.append(name);
         lines.append(p.AircraftType.isEmpty() ? u"no aircraft filed"_s : p.AircraftType);
         if (!p.DestAirport.isEmpty())
             lines.append(p.DepAirport + u" - "_s + p.DestAirport);
@@ -187,7 +194,7 @@ bool PointerControl::Hover(double x, double y) {
         const auto& c = data.Controllers[size_t(client->Slot)];
         title = c.Callsign;
         lines.append(c.Frequency);
-        lines.append(c.RealName);
+        lines.append(NamedPerson(c.RealName, s.FriendNames.Value(c.VID)));
     }
     render::BuildHoverCard(m_gl, s.Colours, s.WidthPx, s.HeightPx, int(x), int(y), title, lines,
                            client->Network);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 
 #include <QString>
@@ -24,6 +25,9 @@ class PanelControl;
 class PointerControl {
 public:
     PointerControl(MapState& state, SceneControl& scene, PanelControl& panels, render::GlApi& gl);
+
+    // A click on the map clears this first, when it returns true (the measuring line), and does no more.
+    std::function<bool()> ClickClears;
 
     void Click(double x, double y);
     void Drag(double fromX, double fromY, double toX, double toY);

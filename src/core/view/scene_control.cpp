@@ -8,6 +8,7 @@
 #include "geo/projection.h"
 #include "render/aircraft_layer.h"
 #include "conditions/sun.h"
+#include "render/filter_mark.h"
 #include "render/frame.h"
 #include "render/night_layer.h"
 #include "render/panel_layout.h"
@@ -51,6 +52,8 @@ render::LabelView SceneControl::CurrentLabelView() const {
                   {0, 0, kSideBandPx, h},
                   {w - kSideBandPx, 0, kSideBandPx, h},
                   render::ClientCountPanelBox(m_gl, s.AllTables(), w)};
+    if (s.Shown().Narrows())
+        v.Reserved.push_back(render::FilterCountBox(m_gl, FilterMark()));
     const render::PanelLayout layout = render::LayoutPanels(w, h);
     const render::PanelMode panels = PanelModeOf(s.Panels);
     if (render::ShowsTable(panels))
@@ -67,6 +70,20 @@ render::LabelView SceneControl::CurrentLabelView() const {
                                   render::TextWidth(m_gl, selected.Callsign, true), 14});
     }
     return v;
+}
+
+render::FilterMarkInputs SceneControl::FilterMark() const {
+    const MapState& s = m_state;
+    render::FilterMarkInputs in{render::ClientCountPanelBox(m_gl, s.AllTables(), s.WidthPx), 0, 0,
+                                filter::FilterText(s.Filters.Filter, s.Display.FriendsOnly)};
+    const filter::Visibility shown = s.Shown();
+    for (int n = 0; n < network::kNetworkCount; ++n) {
+        if (n == s.Display.ShownNetwork || s.Display.ShownNetwork == 2) {
+            in.ShownPilots += filter::ShownPilots(shown, s.AllTables()[n]);
+            in.AllPilots += s.AllTables()[n].PilotCount;
+        }
+    }
+    return in;
 }
 
 SceneControl::LabelKey SceneControl::CurrentLabelKey() const {
@@ -93,6 +110,9 @@ render::TrafficInputs SceneControl::Inputs(const render::LabelView* labels, int 
                                  s.View.ViewZ,
                                  s.Config.DeclutterLabels ? labels : nullptr,
                                  &s.Shapes};
+    inputs.Filter = &s.Filters.Filter;
+    inputs.FriendNames = &s.FriendNames;
+    inputs.NamesInstead = s.Config.FriendNamesInstead;
     m_crowds = render::PlanCrowds(inputs, scene == 2 ? std::vector<int>{0, 1} : std::vector<int>{scene});
     inputs.Crowds = &m_crowds;
     return inputs;
@@ -111,7 +131,7 @@ void SceneControl::BuildTrafficScene(int network) {
     if (data.ConnectedClients == 0)
         return;
     if (!display.SceneBuilt[network]) {
-        if (!display.FriendsOnly) {
+        if (!display.FriendsOnly && !m_quiet) {
             SetStatus(u"Setting up map..."_s);
             Redraw();
         }
@@ -132,7 +152,10 @@ void SceneControl::BuildTrafficScene(int network) {
     }
     StatusChanged();
     RecordNight(m_nightTime);
-    Redraw();
+    FilterMarkChanged();
+    // A rebuild for the filter is drawn by the filter's part, once, with its own status text.
+    if (!m_quiet)
+        Redraw();
     display.SceneBuilt[network] = true;
 }
 
@@ -140,8 +163,10 @@ void SceneControl::BuildComparisonScene() {
     const network::ClientTables& tables = m_state.AllTables();
     const QString status = render::ComparisonStatusText(tables);
     if (tables[0].ConnectedClients > 0 && tables[1].ConnectedClients > 0 && !m_state.Display.SceneBuilt[2]) {
-        SetStatus(u"Setting up map..."_s);
-        Redraw();
+        if (!m_quiet) {
+            SetStatus(u"Setting up map..."_s);
+            Redraw();
+        }
         m_state.Selected.reset();
         const render::LabelView labels = CurrentLabelView();
         m_labels = render::BuildComparisonLists(m_gl, Inputs(&labels, 2));
@@ -149,10 +174,27 @@ void SceneControl::BuildComparisonScene() {
         m_state.Display.SceneBuilt[2] = true;
     }
     SetStatus(status);
+    FilterMarkChanged();
 }
 
 void SceneControl::MarkStale(int network) {
     m_state.Display.SceneBuilt[size_t(network)] = false;
+}
+
+void SceneControl::MarkAllStale() {
+    m_state.Display.SceneBuilt = {false, false, false};
+}
+
+void SceneControl::Refilter() {
+    const int shown = m_state.Display.ShownNetwork;
+    const std::optional<Selection> selected = m_state.Selected;
+    MarkAllStale();
+    m_quiet = true;
+    RebuildScene(shown);
+    m_quiet = false;
+    if (selected && m_state.Shown().Shows(m_state.AllTables(), *selected))
+        Select(*selected);
+    FilterMarkChanged();
 }
 
 void SceneControl::ShowNetwork(int network) {
@@ -237,6 +279,14 @@ void SceneControl::MarksChanged() {
 void SceneControl::ClientCountChanged() {
     render::BuildClientCountPanel(m_gl, m_state.AllTables(), m_state.Colours, m_state.WidthPx,
                                   m_state.HeightPx);
+    FilterMarkChanged();
+}
+
+void SceneControl::FilterMarkChanged() {
+    if (m_state.Shown().Narrows())
+        render::BuildFilterMark(m_gl, m_state.Colours, m_state.WidthPx, m_state.HeightPx, FilterMark());
+    else
+        render::DeleteFilterMark(m_gl);
 }
 
 void SceneControl::TextChanged() {
@@ -348,9 +398,20 @@ render::FrameInputs SceneControl::Frame() {
     const render::PanelMode panels = PanelModeOf(m_state.Panels);
     // A panel that opens hides the card of what the pointer rested on.
     const bool card = d.HoverCard && !render::AnyPanelOpen(panels);
-    return render::FrameInputs{m_state.Config, m_state.Colours, m_state.View,    d.ShownNetwork,
-                               panels,         d.ShowCountries, d.ShowAbout,     d.FriendsOnly,
-                               card,           d.ShowTrails,    m_state.WidthPx, m_state.HeightPx};
+    return render::FrameInputs{m_state.Config,
+                               m_state.Colours,
+                               m_state.View,
+                               d.ShownNetwork,
+                               panels,
+                               d.ShowCountries,
+                               d.ShowAbout,
+                               d.FriendsOnly,
+                               card,
+                               d.ShowTrails,
+                               m_state.WidthPx,
+                               m_state.HeightPx,
+                               m_state.Shown().Narrows(),
+                               m_state.Measure.has_value()};
 }
 
 void SceneControl::CentreOn(float latitude, float longitude, const QString& name, float zoom) {

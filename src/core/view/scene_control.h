@@ -11,6 +11,7 @@
 #include "network/client_records.h"
 #include "render/crowds.h"
 #include "render/draw_scene.h"
+#include "render/filter_mark.h"
 #include "render/highlight.h"
 #include "render/traffic_scene.h"
 
@@ -43,6 +44,11 @@ public:
     void RebuildScene(int network);
     // The tables of network (0, 1 or 2) changed: its scene is built again when next shown.
     void MarkStale(int network);
+    // Every scene is stale (the filter or the friends' names changed): each is built again when shown.
+    void MarkAllStale();
+    // The shown scene recorded again at once for what the filter now lets through, without "Setting up
+    // map...", the selection kept while it still shows; the other scenes follow when shown.
+    void Refilter();
     // The network shown from now on (0, 1 or 2 for the comparison); builds nothing.
     void ShowNetwork(int network);
     // After any change of the view: symbols and labels follow the zoom band.
@@ -54,7 +60,8 @@ public:
 
     void SetStatus(const QString& text); // sets the text and records the status line
     void MarksChanged();                 // records the network marks from the download flags
-    void ClientCountChanged();           // records the client-count panel
+    void ClientCountChanged();           // records the client-count panel and the filter's marks
+    void FilterMarkChanged();            // records the filter's marks (list 63), or deletes them
     // The glyphs changed size (another screen scale): what prints text is recorded again.
     void TextChanged();
     // The colours changed: the frame, marks, count panel, traffic and highlight are recorded again in
@@ -117,6 +124,7 @@ private:
         bool operator==(const LabelKey&) const = default;
     };
     LabelKey CurrentLabelKey() const;
+    render::FilterMarkInputs FilterMark() const; // what the filter's marks say now
     // What the traffic builders draw from; the crowds are planned again for it.
     render::TrafficInputs Inputs(const render::LabelView* labels, int scene);
     void RebuildLabels(); // the three label lists of the shown scene, for the view as it is
@@ -132,6 +140,7 @@ private:
     geo::ViewState m_labelViewState;
     int m_highlightBand = 0;
     PathSource m_paths;
+    bool m_quiet = false;       // a rebuild for the filter: no "Setting up map..." first
     render::CrowdPlan m_crowds; // of the shown scene's symbols as last recorded
     render::LabelPlan m_labels; // the shown scene's labels as last placed
     QDateTime m_nightTime;      // what the night side was recorded for

@@ -405,5 +405,155 @@ TEST_F(Session, AutomaticDownloadRunsFromStartUp) {
     EXPECT_GT(m_session->Tables()[0].ConnectedClients, 0);
 }
 
+// A pilot of the own feed: callsign, member, where, type, route, level and ground speed.
+QString FlightLine(const QString& callsign, const QString& member, double lat, double lon, const QString& to,
+                   int speedKts = 450) {
+    return network::testing::PilotLine(0, {{0, callsign},
+                                           {1, member},
+                                           {2, u"Test Pilot"_s},
+                                           {5, QString::number(lat)},
+                                           {6, QString::number(lon)},
+                                           {7, u"30000"_s},
+                                           {8, QString::number(speedKts)},
+                                           {9, u"A320"_s},
+                                           {11, u"LFPG"_s},
+                                           {13, to}});
+}
+
+QStringList Callsigns(const TableContent& table) {
+    QStringList callsigns;
+    for (const QStringList& row : table.Rows)
+        callsigns.append(row.value(0));
+    return callsigns;
+}
+
+TEST_F(Session, AFilterNarrowsTheMapListsSearchAndPointerButNeverTheCompanion) {
+    StartOwnFeed({}, Friends::Parse(u"222\n"_s));
+    DownloadOwnFeed(u"20261121140000"_s, {FlightLine(u"DLH1"_s, u"111"_s, 50, 8, u"EDDF"_s),
+                                          FlightLine(u"DLH2"_s, u"222"_s, 51, 9, u"EGLL"_s),
+                                          FlightLine(u"BAW3"_s, u"333"_s, 52, 1, u"EDDF"_s)});
+    const QString stat = Answer(u"stat"_s);
+    m_session->Scene().SetView({4.0f, -51.0f, 4.0f});
+    const auto baw = geo::LatLonToScreen(52, 1, 800, 600, m_session->View());
+    ASSERT_TRUE(baw && m_session->Pointer().ClientAt(baw->X, baw->Y, 4));
+
+    EXPECT_TRUE(m_session->Filters().Apply(u"dlh what:ever"_s) == QStringList{u"what:ever"_s});
+    EXPECT_EQ(m_session->Display().StatusText, u"Filter applied (2 of 3 pilots)");
+    EXPECT_TRUE(m_session->Frame().Filtered);
+    EXPECT_NE(RecordingGl::PrintedText(m_gl.List(lists::kFilterMark)).find("filtered: 2 of 3 pilots"),
+              std::string::npos);
+    EXPECT_FALSE(m_session->Pointer().ClientAt(baw->X, baw->Y, 4));
+    m_session->PanelController().OpenList();
+    EXPECT_EQ(Callsigns(m_session->PanelController().ShownTable()), (QStringList{u"DLH1"_s, u"DLH2"_s}));
+    EXPECT_EQ(Answer(u"stat"_s), stat);
+    EXPECT_TRUE(Answer(u"dist BAW3 DLH1"_s).contains(u"Distance: "_s));
+
+    m_session->Filters().Apply(u"to:EDDF"_s); // the open list follows
+    EXPECT_EQ(Callsigns(m_session->PanelController().ShownTable()), (QStringList{u"DLH1"_s, u"BAW3"_s}));
+    m_session->Filters().Apply(u"to:EDDF friends"_s); // friends only, as F2 turns it on
+    EXPECT_TRUE(m_session->Display().FriendsOnly);
+    EXPECT_EQ(m_session->Filters().Text(), u"to:EDDF friends");
+    EXPECT_TRUE(Callsigns(m_session->PanelController().ShownTable()).isEmpty());
+    const auto clientsFound = [&] {
+        const auto found = m_session->Search(u"DLH"_s);
+        return std::count_if(found.begin(), found.end(),
+                             [](const auto& r) { return r.Kind == search::ResultKind::Client; });
+    };
+    EXPECT_EQ(clientsFound(), 0);
+
+    m_session->KeyUp(keys::kEscape, 0);
+    m_session->KeyUp(keys::Letter('X'), 0); // X: everything shows again
+    EXPECT_FALSE(m_session->Display().FriendsOnly);
+    EXPECT_EQ(m_session->Filters().Text(), QString());
+    EXPECT_FALSE(m_session->Frame().Filtered);
+    EXPECT_FALSE(m_gl.IsList(lists::kFilterMark));
+    EXPECT_EQ(clientsFound(), 2);
+}
+
+TEST_F(Session, SavedFiltersAndFriendsNamesSurviveARestart) {
+    StartOwnFeed({}, Friends::Parse(u"111\n"_s));
+    m_session->Filters().Apply(u"DLH to:EDDF"_s);
+    EXPECT_TRUE(m_session->Filters().Save(u"Lufthansa in"_s).Ok);
+    m_session->NameFriend(u"111"_s, u"  Anna  "_s);
+    EXPECT_EQ(m_session->Display().StatusText, u"Member 111 named Anna");
+    StartOwnFeed({}, Friends::Parse(u"111\n"_s));
+    EXPECT_EQ(m_session->FriendName(u"111"_s), u"Anna");
+    EXPECT_EQ(m_session->Filters().Text(), QString());
+    EXPECT_TRUE(m_session->Filters().Pick(u"lufthansa IN"_s));
+    EXPECT_EQ(m_session->Filters().Text(), u"DLH to:EDDF");
+    EXPECT_FALSE(m_session->Filters().Pick(u"Air France"_s));
+    EXPECT_TRUE(m_session->Filters().Forget(u"Lufthansa in"_s).Ok);
+    EXPECT_EQ(ReadWholeFile(m_home.filePath(u"data/filters.dat"_s)), QByteArray());
+    EXPECT_EQ(ReadWholeFile(m_home.filePath(u"data/friendnames.dat"_s)), QByteArray("111\tAnna\n"));
+}
+
+TEST_F(Session, AFriendsNameShowsInTheLabelTheListTheCardAndTheAlert) {
+    StartOwnFeed({}, Friends::Parse(u"111\n"_s));
+    const QString other = FlightLine(u"AFR1"_s, u"999"_s, 48, 2, u"EDDF"_s);
+    DownloadOwnFeed(u"20261121140000"_s, {other});
+    m_session->NameFriend(u"111"_s, u"Anna"_s);
+    DownloadOwnFeed(u"20261121140300"_s, {other, FlightLine(u"DLH1"_s, u"111"_s, 50, 8, u"EDDF"_s)});
+    EXPECT_EQ(m_host.Notified, QStringList{u"0|DLH1|Friend Anna (DLH1) is online on IVAO"_s});
+    const auto labels = [&] {
+        return RecordingGl::PrintedText(m_gl.List(lists::TrafficBase(0) + lists::kPlaneLabels));
+    };
+    EXPECT_NE(labels().find("DLH1 Anna"), std::string::npos);
+    const TableContent pilots =
+        ListPageContent(0, m_session->Tables()[0], ListPage::Pilots, 0, 20, m_session->FriendList(), {}, {},
+                        {}, &m_session->State().FriendNames);
+    EXPECT_EQ(pilots.Rows[1][1], u"Anna (Test Pilot)");
+    EXPECT_EQ(m_session->Search(u"anna"_s).at(0).Text, u"DLH1  Anna (Test Pilot)  LFPG-EDDF");
+    m_session->Scene().SetView({8.0f, -50.0f, 4.0f});
+    ASSERT_TRUE(m_session->Pointer().Hover(400, 300));
+    EXPECT_NE(RecordingGl::PrintedText(m_gl.List(lists::kHoverCard)).find("Anna (Test Pilot)"),
+              std::string::npos);
+    Settings instead = m_session->Config();
+    instead.FriendNamesInstead = true;
+    m_session->ApplyPreferences(instead);
+    EXPECT_EQ(labels().find("DLH1"), std::string::npos);
+    EXPECT_NE(labels().find("Anna"), std::string::npos);
+}
+
+TEST_F(Session, TheMeasuringLineAgreesWithDistAndAClickOrEscapeClearsIt) {
+    StartOwnFeed();
+    DownloadOwnFeed(u"20261121140000"_s, {FlightLine(u"DLH1"_s, u"111"_s, 50, 8, u"EDDF"_s, 480),
+                                          FlightLine(u"BAW2"_s, u"222"_s, 51.5, -0.5, u"EGLL"_s)});
+    m_session->Scene().SetView({4.0f, -51.0f, 3.0f});
+    const auto from = geo::LatLonToScreen(50, 8, 800, 600, m_session->View());
+    const auto to = geo::LatLonToScreen(51.5f, -0.5f, 800, 600, m_session->View());
+    ASSERT_TRUE(from && to);
+    ASSERT_TRUE(m_session->Measurer().Begin(from->X + 5, from->Y - 3));
+    m_session->Measurer().Follow(to->X - 4, to->Y + 4);
+    const QString dist = Answer(u"dist DLH1 BAW2"_s).section(u"Distance: "_s, 1).section(u' ', 0, 0);
+    ASSERT_FALSE(dist.isEmpty());
+    const QString& status = m_session->Display().StatusText;
+    EXPECT_TRUE(status.startsWith(u"Measured DLH1 - BAW2: "_s + dist + u" nm  "_s)) << status.toStdString();
+    EXPECT_TRUE(status.endsWith(u" km, course 289° true, 42 min at 480 kt"_s)) << status.toStdString();
+    EXPECT_TRUE(m_session->Frame().Measuring);
+    m_session->Pointer().Click(to->X, to->Y); // clears the line and selects nothing
+    EXPECT_FALSE(m_gl.IsList(lists::kMeasureLine));
+    EXPECT_FALSE(m_session->Selected().has_value());
+    ASSERT_TRUE(m_session->Measurer().Begin(400, 300));
+    m_session->KeyUp(keys::kEscape, 0);
+    EXPECT_FALSE(m_session->Frame().Measuring);
+    m_session->Scene().SetView({4.0f, -51.0f, 0.5f});
+    EXPECT_FALSE(m_session->Measurer().Begin(5, 5)); // beside the globe
+}
+
+TEST(MeasureFigures, CourseFromNorthTimeAtTheMovingEndsSpeed) {
+    const struct {
+        MeasureLine line;
+        QStringList figures;
+    } rows[] = {
+        {{{{0, 0}, {}, {}}, {{0, 1}, {}, {}}}, {u"60.04 nm  111.19 km"_s, u"course 090° true"_s}},
+        {{{{0, 1}, u"A"_s, 30.0f}, {{0, 0}, u"B"_s, 120.0f}},
+         {u"60.04 nm  111.19 km"_s, u"course 270° true"_s, u"30 min at 120 kt"_s}},
+        {{{{1, 0}, u"A"_s, 60.0f}, {{0, 0}, {}, {}}},
+         {u"60.04 nm  111.19 km"_s, u"course 180° true"_s, u"1h 00m at 60 kt"_s}},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(MeasureFigures(row.line), row.figures);
+}
+
 } // namespace
 } // namespace sky::view
