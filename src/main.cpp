@@ -43,6 +43,12 @@ int main(int argc, char* argv[]) {
     const QCommandLineOption printPanelOption(
         u"print-panel"_s,
         u"With --snapshot, also write the open list or airport board as text to standard output."_s);
+    const QCommandLineOption printStatusOption(
+        u"print-status"_s, u"With --snapshot, also write the status line's text to standard output."_s);
+    const QCommandLineOption filterOption(
+        u"filter"_s,
+        u"Start with the map filtered by TEXT, as typed in the filter bar, e.g. \"DLH to:EDDF\"."_s,
+        u"TEXT"_s);
     const QCommandLineOption historyOption(
         u"history"_s, u"Replay the history kept in FILE (read only, e.g. copied from another machine)."_s,
         u"FILE"_s);
@@ -63,8 +69,9 @@ int main(int argc, char* argv[]) {
     const QCommandLineOption helpOption(QStringList{u"h"_s, u"help"_s}, u"Show this help and exit."_s);
     const QCommandLineOption versionOption(u"version"_s, u"Show the version and exit."_s);
     parser.addOptions({homeOption, demoOption, ivaoStatusOption, vatsimStatusOption, downloadOption,
-                       snapshotOption, viewOption, keysOption, printPanelOption, historyOption,
-                       demoHistoryOption, consoleOption, helpOption, versionOption});
+                       snapshotOption, viewOption, keysOption, printPanelOption, printStatusOption,
+                       filterOption, historyOption, demoHistoryOption, consoleOption, helpOption,
+                       versionOption});
     // Help and version need no display, so they are answered before any window system is touched.
     if (!parser.parse(Arguments(argc, argv))) {
         PrintLine(stderr, parser.errorText() + u"\nTry skylantra --help."_s);
@@ -94,6 +101,8 @@ int main(int argc, char* argv[]) {
     launch.HistoryFile = parser.value(historyOption);
     launch.DemoHistory = parser.isSet(demoHistoryOption);
     launch.Demo = launch.Demo || launch.DemoHistory;
+    launch.Filter = parser.value(filterOption);
+    launch.PrintStatus = parser.isSet(printStatusOption);
     if (parser.isSet(downloadOption) && !sky::network::NetworkNamed(launch.DownloadNetworks)) {
         PrintLine(stderr, u"--download takes ivao, vatsim or both."_s);
         return 2;

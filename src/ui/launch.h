@@ -25,6 +25,8 @@ struct LaunchOptions {
     bool PrintPanel = false;              // --print-panel
     QString HistoryFile;                  // --history: another store, read only
     bool DemoHistory = false;             // --demo-history: a made-up day, charted and replayed
+    QString Filter;                       // --filter: the filter the map starts with
+    bool PrintStatus = false;             // --print-status
 };
 
 // Where each network's data come from, as the map and the terminal both read them: the status file

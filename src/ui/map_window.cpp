@@ -122,6 +122,15 @@ MapWindow::MapWindow(MapOptions options)
     });
     auto* find = new QShortcut(QKeySequence::Find, this);
     connect(find, &QShortcut::activated, this, [this] { OpenSearch(); });
+    m_filterBar = new FilterBar(
+        *m_session,
+        [this](const std::function<void()>& call) {
+            makeCurrent();
+            call();
+        },
+        [this](const QString& text) { Report(text); }, this);
+    auto* filters = new QShortcut(QKeySequence(u"Ctrl+Shift+F"_s), this);
+    connect(filters, &QShortcut::activated, this, [this] { OpenFilters(); });
     m_hoverTimer.setSingleShot(true);
     m_hoverTimer.setInterval(400);
     connect(&m_hoverTimer, &QTimer::timeout, this, [this] {
@@ -133,6 +142,16 @@ MapWindow::MapWindow(MapOptions options)
 void MapWindow::OpenSearch() {
     if (m_started)
         m_search->Open();
+}
+
+void MapWindow::OpenFilters() {
+    if (m_started)
+        m_filterBar->Open();
+}
+
+void MapWindow::FilterChanged() {
+    if (m_filterBar)
+        m_filterBar->Refresh();
 }
 
 void MapWindow::OpenPreferences() {
@@ -269,6 +288,11 @@ void MapWindow::StartUp() {
     m_downloadTimer.start();
     m_minuteTimer.start();
     m_session->DownloadOnStart(m_options.DownloadNetworks);
+    if (!m_options.Filter.isEmpty()) {
+        const QStringList problems = m_session->Filters().Apply(m_options.Filter);
+        if (!problems.isEmpty())
+            Report(u"--filter: not understood: "_s + problems.join(u", "_s));
+    }
     ApplyInput(m_options.Input);
     if (!m_options.SnapshotPath.isEmpty()) {
         SaveSnapshotAndExit();
@@ -290,6 +314,8 @@ void MapWindow::SaveSnapshotAndExit() {
             text.append(row.join(u'|'));
         PrintLine(stdout, text.join(u'\n'));
     }
+    if (m_options.PrintStatus)
+        PrintLine(stdout, m_session->Display().StatusText);
     const QImage image = grabFramebuffer();
     if (!image.save(m_options.SnapshotPath, "PNG")) { // whatever the file is called
         PrintLine(stderr, u"Skylantra: cannot write the snapshot "_s + m_options.SnapshotPath);

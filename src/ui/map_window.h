@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 
+#include <QMenu>
 #include <QOpenGLWidget>
 #include <QTimer>
 
@@ -14,6 +15,7 @@
 #include "gl_backend.h"
 #include "qt_http_client.h"
 #include "companion_window.h"
+#include "filter_bar.h"
 #include "search_field.h"
 #include "history/history_store.h"
 #include "view/map_session.h"
@@ -39,6 +41,8 @@ struct MapOptions {
     QString HistoryFile;      // a store to replay, read only; empty: the home folder's own
     QString StartNotice;      // said once in the status line when the map is ready (e.g. where downloads go)
     bool DemoHistory = false; // HistoryFile holds a made-up demo day: the charts say so
+    QString Filter;           // the filter the map starts with (the filter bar's text)
+    bool PrintStatus = false; // with the snapshot, the status line's text on standard output
 };
 
 // The map window frmMap: a frameless window with its own title strip, drawing the globe with OpenGL.
@@ -60,6 +64,7 @@ public:
     void Notify(int network, const QString& callsign, const QString& text) override;
     void ShowAirportChart(int network, const QString& airport) override;
     void ShowFlightChart(int network, const QString& callsign, const QString& member) override;
+    void FilterChanged() override;
 
 protected:
     void initializeGL() override;
@@ -95,6 +100,16 @@ private:
     void OpenPreferences();
     void OpenSearch();
     StatisticsWindow& Statistics(); // made on first use
+    void OpenFilters();
+    void AddFilterMenu(QMenu& menu);
+    // The menu of the info box's friend button or a friends page row under (x, y); false when there is
+    // none there.
+    bool FriendMenu(const QPoint& at, const QPoint& global);
+    void AskFriendName(const QString& member);
+    // The measuring drag: armed by Shift+left or the middle button on the map, measuring once it moved.
+    bool MeasurePress(QMouseEvent* event);
+    bool MeasureMove(QMouseEvent* event);
+    bool MeasureRelease(QMouseEvent* event);
     void ResizeBy(const QPoint& moved);
 
     MapOptions m_options;
@@ -105,6 +120,7 @@ private:
     std::unique_ptr<CompanionWindow> m_companion;    // made on first use
     std::unique_ptr<StatisticsWindow> m_statistics;  // made on first use
     SearchField* m_search = nullptr;                 // a child of the window
+    FilterBar* m_filterBar = nullptr;                // a child of the window
     DesktopNotifications* m_notifications = nullptr; // a child of the window
     QTimer m_hoverTimer;                             // the pointer has rested: the card under it
     QPoint m_hoverAt;
@@ -121,6 +137,9 @@ private:
     int m_resizeEdges = 0;     // the edges a drag resizes from, when the window does it itself
     QPoint m_resizeFrom;
     QRect m_resizeGeometry;
+    Qt::MouseButton m_measureButton = Qt::NoButton; // the button of a measuring drag, while armed
+    bool m_measuring = false;                       // the drag moved: the line follows it
+    QPoint m_measureFrom;
     QPoint m_pressPosition;
     QPoint m_lastPosition;
     std::map<int, int> m_pressModifiers; // classic key code -> modifiers when it went down

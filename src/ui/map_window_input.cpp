@@ -76,6 +76,29 @@ void MapWindow::ApplyInput(const QString& sequence) {
             wheelEvent(&wheel);
             continue;
         }
+        // "drag 100 200 300 400 shift": the mouse dragged from one pixel to another, with Shift and the left
+        // button, the middle button ("middle") or the left alone.
+        if (words[0] == u"drag" && words.size() >= 5) {
+            const QPointF from(words[1].toInt(), words[2].toInt()), to(words[3].toInt(), words[4].toInt());
+            const QString how = words.value(5);
+            const Qt::MouseButton button = how == u"middle" ? Qt::MiddleButton : Qt::LeftButton;
+            const Qt::KeyboardModifiers modifiers = how == u"shift" ? Qt::ShiftModifier : Qt::NoModifier;
+            const auto send = [&](QEvent::Type type, QPointF at, Qt::MouseButtons held) {
+                QMouseEvent mouse(type, at, mapToGlobal(at),
+                                  type == QEvent::MouseMove ? Qt::NoButton : button, held, modifiers);
+                if (type == QEvent::MouseButtonPress)
+                    mousePressEvent(&mouse);
+                else if (type == QEvent::MouseMove)
+                    mouseMoveEvent(&mouse);
+                else
+                    mouseReleaseEvent(&mouse);
+            };
+            send(QEvent::MouseButtonPress, from, button);
+            for (int step = 1; step <= 8; ++step)
+                send(QEvent::MouseMove, from + (to - from) * (step / 8.0), button);
+            send(QEvent::MouseButtonRelease, to, Qt::NoButton);
+            continue;
+        }
         // "newcontext": the map goes into another window and back, and Qt makes its GL context anew.
         if (words[0] == u"newcontext") {
             RemakeGlContext();
@@ -105,6 +128,10 @@ void MapWindow::RunKey(int keyCode, int modifiers) {
 void MapWindow::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Slash && m_started) {
         OpenSearch();
+        return;
+    }
+    if (event->key() == Qt::Key_Backslash && m_started) {
+        OpenFilters();
         return;
     }
     const int code = KeyOf(event);
@@ -137,7 +164,7 @@ void MapWindow::keyReleaseEvent(QKeyEvent* event) {
 
 void MapWindow::mousePressEvent(QMouseEvent* event) {
     m_hoverTimer.stop();
-    if (event->button() != Qt::LeftButton)
+    if (MeasurePress(event) || event->button() != Qt::LeftButton)
         return;
     const QPoint p = event->position().toPoint();
     m_pressOnMap = false;
@@ -176,6 +203,8 @@ void MapWindow::mousePressEvent(QMouseEvent* event) {
 }
 
 void MapWindow::mouseMoveEvent(QMouseEvent* event) {
+    if (MeasureMove(event))
+        return;
     const QPoint p = event->position().toPoint();
     if (!(event->buttons() & Qt::LeftButton)) {
         setCursor(CursorFor(ResizeEdgesAt(p.x(), p.y(), width(), height(), m_maximised)));
@@ -219,6 +248,8 @@ void MapWindow::ResizeBy(const QPoint& moved) {
 }
 
 void MapWindow::mouseReleaseEvent(QMouseEvent* event) {
+    if (MeasureRelease(event))
+        return;
     if (event->button() == Qt::LeftButton)
         m_resizeEdges = kResizeNone;
     if (event->button() != Qt::LeftButton || !m_started || !m_pressOnMap)
@@ -278,7 +309,7 @@ bool MapWindow::event(QEvent* event) {
 }
 
 void MapWindow::contextMenuEvent(QContextMenuEvent* event) {
-    if (!m_started)
+    if (!m_started || FriendMenu(event->pos(), event->globalPos()))
         return;
     namespace keys = view::keys;
     QMenu menu(this);
@@ -320,7 +351,17 @@ void MapWindow::contextMenuEvent(QContextMenuEvent* event) {
     toggle(labels, u"ATC labels\tF5"_s, s.ShowATCLabels, keys::F(5));
     toggle(labels, u"Plane labels\tF6"_s, s.ShowPlaneLabels, keys::F(6));
     toggle(labels, u"Declutter labels\tD"_s, s.DeclutterLabels, keys::Letter('D'));
+    QAction* names = labels->addAction(u"Friends' names instead of callsigns"_s);
+    names->setCheckable(true);
+    names->setChecked(s.FriendNamesInstead);
+    connect(names, &QAction::toggled, this, [this](bool on) {
+        makeCurrent();
+        Settings changed = m_session->Config();
+        changed.FriendNamesInstead = on;
+        m_session->ApplyPreferences(changed);
+    });
     toggle(&menu, u"Friends only\tF2"_s, d.FriendsOnly, keys::F(2));
+    AddFilterMenu(menu);
     QMenu* history = menu.addMenu(u"History"_s);
     key(history, u"Earlier data\tF7"_s, keys::F(7));
     key(history, u"Later data\tF8"_s, keys::F(8));

@@ -125,6 +125,8 @@ int RunWindow(const LaunchOptions& launch) {
         options.HistoryFile = WriteDemoDay(folders, report);
         options.DemoHistory = !options.HistoryFile.isEmpty();
     }
+    options.Filter = launch.Filter;
+    options.PrintStatus = launch.PrintStatus;
     MapWindow window(std::move(options));
     // Log-out (SIGTERM), Ctrl+C (SIGINT) and a closed terminal (SIGHUP) close the map as its own close
     // button does: settings, friends and history written, the lock released on the way out.
