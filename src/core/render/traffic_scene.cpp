@@ -149,6 +149,20 @@ LabelPlan BuildPlaneLists(GlApi& gl, int network, const TrafficInputs& in) {
     return BuildLabelLists(gl, network, in);
 }
 
+LabelPlan BuildPilotLists(GlApi& gl, int network, const TrafficInputs& in) {
+    const LabelPlan labels = BuildPlaneLists(gl, network, in);
+    const int base = lists::TrafficBase(network);
+    Record(gl, base + lists::kAirports, [&] {
+        for (int n : NetworksOf(network))
+            AirportMarkers(gl, in.Tables[n], in);
+    });
+    Record(gl, base + lists::kInbounds, [&] {
+        for (int n : NetworksOf(network))
+            InboundLines(gl, in.Tables[n], in);
+    });
+    return labels;
+}
+
 LabelPlan BuildLabelLists(GlApi& gl, int network, const TrafficInputs& in) {
     LabelPlan labels = PlanLabels(gl, network, in);
     RecordLabelLists(gl, network, labels, in);

@@ -79,6 +79,10 @@ LabelPlan BuildTrafficLists(GlApi& gl, int network, const TrafficInputs& in);
 // Records the aircraft symbols and the three label lists alone (after a zoom that changed their size
 // or detail); network 2 is the comparison.
 LabelPlan BuildPlaneLists(GlApi& gl, int network, const TrafficInputs& in);
+// Records what shows pilots, after a change of the filter that leaves the stations as they were: the
+// aircraft symbols and crowds, the three label lists (placed together), the airports and the inbound
+// lines. The stations' sectors and markers stay as recorded.
+LabelPlan BuildPilotLists(GlApi& gl, int network, const TrafficInputs& in);
 // Records the aircraft, airport and controller labels of network (0, 1 or 2 for the comparison),
 // decluttered together when the inputs carry a label view.
 LabelPlan BuildLabelLists(GlApi& gl, int network, const TrafficInputs& in);

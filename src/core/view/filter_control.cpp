@@ -33,6 +33,7 @@ QStringList FilterControl::Apply(const QString& text) {
     const filter::ParsedFilter parsed = filter::ParseFilter(text);
     const bool friendsBefore = m_state.Display.FriendsOnly;
     const bool changed = !(parsed.Filter == m_state.Filters.Filter);
+    const bool stationsAsBefore = parsed.Filter.Stations == m_state.Filters.Filter.Stations;
     m_state.Filters.Filter = parsed.Filter;
     if (changed)
         m_scene.MarkAllStale();
@@ -41,7 +42,7 @@ QStringList FilterControl::Apply(const QString& text) {
         m_friendsKey();
     const bool rebuilt = m_state.Display.FriendsOnly != friendsBefore;
     if (changed && !rebuilt)
-        m_scene.Refilter();
+        m_scene.Refilter(stationsAsBefore);
     if (changed) {
         const filter::Visibility shown = m_state.Shown();
         const int network = m_state.Display.ShownNetwork;

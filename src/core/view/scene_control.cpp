@@ -185,15 +185,25 @@ void SceneControl::MarkAllStale() {
     m_state.Display.SceneBuilt = {false, false, false};
 }
 
-void SceneControl::Refilter() {
+void SceneControl::Refilter(bool pilotsOnly) {
     const int shown = m_state.Display.ShownNetwork;
     const std::optional<Selection> selected = m_state.Selected;
+    const bool built = m_state.Display.SceneBuilt[size_t(shown)];
     MarkAllStale();
-    m_quiet = true;
-    RebuildScene(shown);
-    m_quiet = false;
+    if (pilotsOnly && built) {
+        const render::LabelView labels = CurrentLabelView();
+        m_labels = render::BuildPilotLists(m_gl, shown, Inputs(&labels, shown));
+        PlacedFor(shown);
+        m_state.Display.SceneBuilt[size_t(shown)] = true;
+    } else {
+        m_quiet = true;
+        RebuildScene(shown);
+        m_quiet = false;
+    }
     if (selected && m_state.Shown().Shows(m_state.AllTables(), *selected))
         Select(*selected);
+    else if (selected)
+        DeleteHighlight();
     FilterMarkChanged();
 }
 

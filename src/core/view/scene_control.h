@@ -47,8 +47,9 @@ public:
     // Every scene is stale (the filter or the friends' names changed): each is built again when shown.
     void MarkAllStale();
     // The shown scene recorded again at once for what the filter now lets through, without "Setting up
-    // map...", the selection kept while it still shows; the other scenes follow when shown.
-    void Refilter();
+    // map...", the selection kept while it still shows; the other scenes follow when shown. With
+    // pilotsOnly (the stations pass as before) only the lists that show pilots are recorded.
+    void Refilter(bool pilotsOnly = false);
     // The network shown from now on (0, 1 or 2 for the comparison); builds nothing.
     void ShowNetwork(int network);
     // After any change of the view: symbols and labels follow the zoom band.
