@@ -14,10 +14,8 @@ TEST_F(Gui, AFriendInTheSecondFeedIsNotifiedOnTheDesktopAndAClickShowsThem) {
     if (QStandardPaths::findExecutable(u"dbus-run-session"_s).isEmpty())
         GTEST_SKIP() << "no dbus-run-session";
     Write(u"data/friends.dat"_s, "111111\n");
-    const QString stranger =
-        sky::network::testing::PilotLine(0, {{0, u"AFR1"_s}, {1, u"999999"_s}, {5, u"48"_s}, {6, u"2"_s}});
-    const QString friendLine = sky::network::testing::PilotLine(
-        0, {{0, u"DLH1"_s}, {1, u"111111"_s}, {2, u"Anna Berg"_s}, {5, u"50"_s}, {6, u"8"_s}});
+    const QString stranger = sky::network::testing::PilotLine(0, u"0=AFR1|1=999999|5=48|6=2"_s);
+    const QString friendLine = sky::network::testing::PilotLine(0, u"0=DLH1|1=111111|2=Anna Berg|5=50|6=8"_s);
     const QStringList feed = LocalFeed({stranger}, u"20261121140000"_s, 0);
     const QString record = m_home.filePath(u"notifications.txt"_s);
 

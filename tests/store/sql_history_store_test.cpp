@@ -18,13 +18,8 @@ namespace {
 // A feed of one aircraft at a latitude.
 QString Feed(int minute, double lat) {
     using namespace network::testing;
-    return WhazzupText({PilotLine(1, {{0, u"DLH1"_s},
-                                      {1, u"1234567"_s},
-                                      {5, QString::number(lat)},
-                                      {6, u"8.5"_s},
-                                      {7, u"35000"_s},
-                                      {38, u"90"_s}}),
-                        AtcLine(1, {{0, u"EDDF_TWR"_s}, {1, u"1300001"_s}, {5, u"50.03"_s}})},
+    return WhazzupText({PilotLine(1, u"0=DLH1|1=1234567|5=%1|6=8.5|7=35000|38=90"_s.arg(lat)),
+                        AtcLine(1, u"0=EDDF_TWR|1=1300001|5=50.03"_s)},
                        u"2026112114"_s + u"%1"_s.arg(minute, 2, 10, QChar(u'0')) + u"00"_s);
 }
 

@@ -8,12 +8,10 @@ using network::testing::PilotLine;
 using testing::Companion;
 
 TEST_F(Companion, ActListsWhoIsAroundTheAirportAndCentresOnIt) {
-    Load(1, {AtcLine(1, {{0, u"EDDF_TWR"_s}, {2, u"Tower"_s}}),
-             AtcLine(1, {{0, u"EDGG_CTR"_s}, {2, u"Langen"_s}}),
-             PilotLine(1, {{0, u"OUT1"_s}, {2, u"Out"_s}, {5, u"50.05"_s}, {6, u"8.6"_s}, {11, u"EDDF"_s}}),
-             PilotLine(1, {{0, u"IN1"_s}, {2, u"In"_s}, {5, u"50.1"_s}, {6, u"8.4"_s}, {13, u"EDDF"_s}}),
-             PilotLine(1, {{0, u"AWAY"_s}, {5, u"40"_s}, {6, u"8.4"_s}, {13, u"EDDF"_s}}),
-             AtcLine(1, {{0, u"JOE_OBS"_s}, {2, u"Joe"_s}, {5, u"50.04"_s}, {6, u"8.57"_s}})});
+    Load(1, {AtcLine(1, u"0=EDDF_TWR|2=Tower"_s), AtcLine(1, u"0=EDGG_CTR|2=Langen"_s),
+             PilotLine(1, u"0=OUT1|2=Out|5=50.05|6=8.6|11=EDDF"_s),
+             PilotLine(1, u"0=IN1|2=In|5=50.1|6=8.4|13=EDDF"_s), PilotLine(1, u"0=AWAY|5=40|6=8.4|13=EDDF"_s),
+             AtcLine(1, u"0=JOE_OBS|2=Joe|5=50.04|6=8.57"_s)});
     EXPECT_EQ(
         Run(u"act eddf"_s),
         (QStringList{u"> act EDDF"_s, u"EDDF_TWR Tower"_s, u"OUT1 Out (outbound)"_s, u"IN1 In (inbound)"_s,
@@ -25,24 +23,11 @@ TEST_F(Companion, ActListsWhoIsAroundTheAirportAndCentresOnIt) {
 }
 
 TEST_F(Companion, TrafficReportsTheMovementsOfAnAirportOrACountry) {
-    Load(
-        0,
-        {PilotLine(
-             0,
-             {{0, u"DEP"_s}, {5, u"50.03"_s}, {6, u"8.57"_s}, {8, u"0"_s}, {11, u"EDDF"_s}, {13, u"EGLL"_s}}),
-         PilotLine(
-             0,
-             {{0, u"CLIMB"_s}, {5, u"51"_s}, {6, u"7"_s}, {8, u"300"_s}, {11, u"EDDF"_s}, {13, u"EGLL"_s}}),
-         PilotLine(0, {{0, u"LAND"_s},
-                       {5, u"50.04"_s},
-                       {6, u"8.58"_s},
-                       {8, u"20"_s},
-                       {11, u"EGLL"_s},
-                       {13, u"EDDF"_s}}),
-         PilotLine(
-             0,
-             {{0, u"INB"_s}, {5, u"49"_s}, {6, u"8.57"_s}, {8, u"250"_s}, {11, u"EDDM"_s}, {13, u"EDDF"_s}}),
-         PilotLine(0, {{0, u"VFR"_s}, {2, u"Vic"_s}, {5, u"50.02"_s}, {6, u"8.56"_s}, {8, u"90"_s}})});
+    Load(0, {PilotLine(0, u"0=DEP|5=50.03|6=8.57|8=0|11=EDDF|13=EGLL"_s),
+             PilotLine(0, u"0=CLIMB|5=51|6=7|8=300|11=EDDF|13=EGLL"_s),
+             PilotLine(0, u"0=LAND|5=50.04|6=8.58|8=20|11=EGLL|13=EDDF"_s),
+             PilotLine(0, u"0=INB|5=49|6=8.57|8=250|11=EDDM|13=EDDF"_s),
+             PilotLine(0, u"0=VFR|2=Vic|5=50.02|6=8.56|8=90"_s)});
     EXPECT_EQ(Run(u"traffic eddf"_s),
               (QStringList{u"> traffic EDDF"_s, u"DEP to EGLL (departing)"_s, u"CLIMB to EGLL (83 nm out)"_s,
                            u"LAND from EGLL (landed)"_s, u"INB from EDDM (62 nm to go)"_s,

@@ -33,11 +33,10 @@ TEST(FlightPlanFields, LevelAndSpeedAsTheMessageWritesThem) {
 TEST_F(Companion, DistMeasuresBetweenAirportsAndClientsAndReportsZerosAsNotFound) {
     EXPECT_EQ(Run(u"dist EDDF KJFK"_s).value(1), u"Distance: 3342.00 nm\r\n");
     EXPECT_EQ(Run(u"dist EDDF XXXX"_s).value(1), u"Callsigns / codes not found\r\n");
-    Load(0, {PilotLine(0, {{0, u"DLH123"_s}, {5, u"50.0333"_s}, {6, u"9.5706"_s}}),
-             AtcLine(0, {{0, u"EDDF"_s}, {5, u"50.0333"_s}, {6, u"7.5706"_s}})});
+    Load(0, {PilotLine(0, u"0=DLH123|5=50.0333|6=9.5706"_s), AtcLine(0, u"0=EDDF|5=50.0333|6=7.5706"_s)});
     // The pilot's own position; a client named like an airport overrides the airport.
     EXPECT_EQ(Run(u"dist DLH123 EDDF"_s).value(1), u"Distance: 77.13 nm\r\n");
-    Load(0, {PilotLine(0, {{0, u"EQ"_s}, {5, u"0"_s}, {6, u"10"_s}})});
+    Load(0, {PilotLine(0, u"0=EQ|5=0|6=10"_s)});
     EXPECT_EQ(Run(u"dist EQ EDDF"_s).value(1), u"Callsigns / codes not found\r\n");
 }
 
@@ -51,8 +50,8 @@ TEST_F(Companion, IcaoNamesTheAirportMarksItAndCentresTheMap) {
 }
 
 TEST_F(Companion, AtisPrintsItsLinesButNotTheVoiceServer) {
-    Load(0, {AtcLine(0, {{0, u"EDDF_TWR"_s}, {35, u"EDDF Tower^§Information B^§$ voice line"_s}}),
-             AtcLine(0, {{0, u"EDDF_GND"_s}}), AtcLine(0, {{0, u"EDDM_TWR"_s}, {35, u"^§^§Munich^§"_s}})});
+    Load(0, {AtcLine(0, u"0=EDDF_TWR|35=EDDF Tower^§Information B^§$ voice line"_s),
+             AtcLine(0, u"0=EDDF_GND"_s), AtcLine(0, u"0=EDDM_TWR|35=^§^§Munich^§"_s)});
     EXPECT_EQ(Run(u"atis eddf_twr"_s),
               (QStringList{u"> atis EDDF_TWR"_s, u"EDDF Tower"_s, u"Information B"_s, u""_s}));
     EXPECT_EQ(Run(u"atis EDDF_GND"_s).value(1), u"No ATIS available\r\n");
@@ -61,20 +60,9 @@ TEST_F(Companion, AtisPrintsItsLinesButNotTheVoiceServer) {
 }
 
 TEST_F(Companion, FpWritesTheFlightPlanMessage) {
-    Load(1, {PilotLine(1, {{0, u"DLH123"_s},
-                           {9, u"H/B744/F"_s},
-                           {10, u"450"_s},
-                           {11, u"EDDF"_s},
-                           {12, u"35000"_s},
-                           {13, u"KJFK"_s},
-                           {21, u"I"_s},
-                           {22, u"930"_s},
-                           {24, u"7"_s},
-                           {25, u"55"_s},
-                           {28, u"KBOS"_s},
-                           {29, u"RMK/TCAS"_s},
-                           {30, u"DCT NIVNU DCT"_s}}),
-             PilotLine(1, {{0, u"NOPLAN"_s}})});
+    Load(1, {PilotLine(1, u"0=DLH123|9=H/B744/F|10=450|11=EDDF|12=35000|13=KJFK|21=I|22=930|24=7|25=55|"
+                          "28=KBOS|29=RMK/TCAS|30=DCT NIVNU DCT"_s),
+             PilotLine(1, u"0=NOPLAN"_s)});
     EXPECT_EQ(Run(u"fp dlh123"_s),
               (QStringList{u"> fp DLH123"_s, u"(FPL-DLH123-I"_s, u"-B744/F"_s, u"-EDDF0930"_s,
                            u"-N0450F35 DCT NIVNU DCT"_s, u"-KJFK0755 KBOS"_s, u"-RMK/TCAS)"_s, u""_s}));
@@ -83,27 +71,9 @@ TEST_F(Companion, FpWritesTheFlightPlanMessage) {
 }
 
 TEST_F(Companion, InfoListsEveryMatchControllersFirstAndCentresOnTheLast) {
-    Load(0, {PilotLine(0, {{0, u"DLH1"_s},
-                           {1, u"123456"_s},
-                           {2, u"Jane Roe"_s},
-                           {5, u"50"_s},
-                           {6, u"8"_s},
-                           {7, u"35000"_s},
-                           {8, u"450"_s},
-                           {9, u"A320"_s},
-                           {11, u"EDDF"_s},
-                           {13, u"EGLL"_s},
-                           {37, u"20261121121800"_s},
-                           {41, u"5"_s},
-                           {44, u"180"_s},
-                           {45, u"7"_s}}),
-             AtcLine(0, {{0, u"EDDF_TWR"_s},
-                         {1, u"123456"_s},
-                         {2, u"Jane Roe"_s},
-                         {4, u"119.900"_s},
-                         {19, u"50.4"_s},
-                         {37, u"20261121140000"_s},
-                         {41, u"4"_s}})});
+    Load(0, {PilotLine(0, u"0=DLH1|1=123456|2=Jane Roe|5=50|6=8|7=35000|8=450|9=A320|11=EDDF|13=EGLL|"
+                          "37=20261121121800|41=5|44=180|45=7"_s),
+             AtcLine(0, u"0=EDDF_TWR|1=123456|2=Jane Roe|4=119.900|19=50.4|37=20261121140000|41=4"_s)});
     EXPECT_EQ(Run(u"info 123456"_s),
               (QStringList{u"> info 123456"_s, u"EDDF_TWR is Jane Roe S3 (123456)"_s,
                            u" On 119.900, range 50 nm, online for 0h 23m\r\n"_s,
@@ -115,9 +85,9 @@ TEST_F(Companion, InfoListsEveryMatchControllersFirstAndCentresOnTheLast) {
 }
 
 TEST_F(Companion, ProfOpensTheFirstMatchOrTheSlotAfterTheLastPilot) {
-    Load(1, {PilotLine(1, {{0, u"A"_s}, {1, u"811111"_s}}), PilotLine(1, {{0, u"B"_s}, {1, u"822222"_s}}),
-             PilotLine(1, {{0, u"C"_s}, {1, u"833333"_s}})});
-    Load(1, {PilotLine(1, {{0, u"A"_s}, {1, u"811111"_s}})}); // a smaller download: slot 2 is stale
+    Load(1,
+         {PilotLine(1, u"0=A|1=811111"_s), PilotLine(1, u"0=B|1=822222"_s), PilotLine(1, u"0=C|1=833333"_s)});
+    Load(1, {PilotLine(1, u"0=A|1=811111"_s)}); // a smaller download: slot 2 is stale
     EXPECT_EQ(Run(u"prof a"_s).value(1), u"Opened profile of 811111\r\n");
     EXPECT_EQ(Run(u"prof 42"_s).value(1), u"42 is not online\r\n");
     EXPECT_EQ(Run(u"prof 3000000"_s).value(1), u"3000000 is not online\r\n");
@@ -127,21 +97,20 @@ TEST_F(Companion, ProfOpensTheFirstMatchOrTheSlotAfterTheLastPilot) {
 
 TEST_F(Companion, StatAndSupsCountTheNetwork) {
     Load(1,
-         {PilotLine(1, {{0, u"P1"_s}}), PilotLine(1, {{0, u"P2"_s}}), AtcLine(1, {{0, u"EDDF_TWR"_s}}),
-          AtcLine(1, {{0, u"JOE_OBS"_s}})},
+         {PilotLine(1, u"0=P1"_s), PilotLine(1, u"0=P2"_s), AtcLine(1, u"0=EDDF_TWR"_s),
+          AtcLine(1, u"0=JOE_OBS"_s)},
          5);
     EXPECT_EQ(Run(u"stat"_s), (QStringList{u"> stat"_s, u"VATSIM data of 1423Z - 5 clients"_s,
                                            u" (2 ATC, 2 planes, 1 observers)\r\n"_s}));
     EXPECT_EQ(Run(u"sups"_s).value(1), u"No SUP/ADM on VATSIM\r\n");
-    Load(0, {AtcLine(0, {{0, u"XX-SUP"_s}, {2, u"Ann Admin"_s}, {40, u"11"_s}}),
-             PilotLine(0, {{0, u"P1"_s}, {2, u"Sam Sup"_s}, {40, u"12"_s}}),
-             PilotLine(0, {{0, u"P2"_s}, {40, u"10"_s}})});
+    Load(0, {AtcLine(0, u"0=XX-SUP|2=Ann Admin|40=11"_s), PilotLine(0, u"0=P1|2=Sam Sup|40=12"_s),
+             PilotLine(0, u"0=P2|40=10"_s)});
     EXPECT_EQ(Run(u"sups"_s), (QStringList{u"> sups"_s, u"XX-SUP Ann Admin"_s, u"P1 Sam Sup"_s,
                                            u"\r\nTotal: 2 SUP/ADM on IVAO\r\n"_s}));
 }
 
 TEST_F(Companion, RefreshWaitsForTheReloadIntervalThenDownloads) {
-    Load(1, {PilotLine(1, {{0, u"P1"_s}})});
+    Load(1, {PilotLine(1, u"0=P1"_s)});
     EXPECT_EQ(Run(u"refresh"_s).value(1), u"Please wait at least 120 seconds between two downloads\r\n");
     EXPECT_TRUE(m_host.Downloads.isEmpty());
     m_now = m_now.addSecs(120);

@@ -9,11 +9,9 @@ using testing::Companion;
 
 TEST_F(Companion, VisAroundAPilotCountsPilotsWithin40NmAndControllersWithinTheirRange) {
     // One degree of latitude is 60 nm.
-    Load(1, {PilotLine(1, {{0, u"ME"_s}, {2, u"Me"_s}, {5, u"50"_s}, {6, u"8"_s}}),
-             PilotLine(1, {{0, u"NEAR"_s}, {2, u"Near"_s}, {5, u"50.5"_s}, {6, u"8"_s}}),
-             PilotLine(1, {{0, u"FAR"_s}, {2, u"Far"_s}, {5, u"51"_s}, {6, u"8"_s}}),
-             AtcLine(1, {{0, u"BIG_CTR"_s}, {2, u"Big"_s}, {5, u"52"_s}, {6, u"8"_s}, {19, u"150"_s}}),
-             AtcLine(1, {{0, u"SMALL_TWR"_s}, {2, u"Small"_s}, {5, u"51"_s}, {6, u"8"_s}, {19, u"30"_s}})});
+    Load(1, {PilotLine(1, u"0=ME|2=Me|5=50|6=8"_s), PilotLine(1, u"0=NEAR|2=Near|5=50.5|6=8"_s),
+             PilotLine(1, u"0=FAR|2=Far|5=51|6=8"_s), AtcLine(1, u"0=BIG_CTR|2=Big|5=52|6=8|19=150"_s),
+             AtcLine(1, u"0=SMALL_TWR|2=Small|5=51|6=8|19=30"_s)});
     EXPECT_EQ(Run(u"vis me"_s),
               (QStringList{u"> vis ME"_s, u"BIG_CTR Big (120.1 nm)"_s, u"NEAR Near (30.0 nm)"_s,
                            u"\r\nTotal: 2 clients in visual range of ME\r\n"_s}));
@@ -26,19 +24,16 @@ TEST_F(Companion, VisAroundAPilotCountsPilotsWithin40NmAndControllersWithinTheir
 }
 
 TEST_F(Companion, VisThresholdsAreStrictAndARangeOfZeroFindsNoPilots) {
-    Load(1, {AtcLine(1, {{0, u"ZERO_CTR"_s}, {5, u"50"_s}, {6, u"8"_s}}),
-             PilotLine(1, {{0, u"ON"_s}, {5, u"50"_s}, {6, u"8"_s}}),
-             PilotLine(1, {{0, u"ALONE"_s}, {5, u"10"_s}, {6, u"8"_s}})});
+    Load(1, {AtcLine(1, u"0=ZERO_CTR|5=50|6=8"_s), PilotLine(1, u"0=ON|5=50|6=8"_s),
+             PilotLine(1, u"0=ALONE|5=10|6=8"_s)});
     EXPECT_EQ(Run(u"vis zero_ctr"_s).value(1), u"No clients in visual range of ZERO_CTR\r\n");
     EXPECT_EQ(Run(u"vis alone"_s).value(1), u"No clients in visual range of ALONE\r\n");
 }
 
 TEST_F(Companion, MembersComeFromTheirStationOrHomeBase) {
-    Load(0, {AtcLine(0, {{0, u"EDDF_TWR"_s}, {1, u"1"_s}, {2, u"Tower"_s}}),
-             AtcLine(0, {{0, u"EDGG_CTR"_s}, {1, u"2"_s}, {2, u"Langen"_s}}),
-             AtcLine(0, {{0, u"LON_CTR"_s}, {1, u"3"_s}, {2, u"London"_s}}), // key "LON_": matches nothing
-             PilotLine(0, {{0, u"DLH1"_s}, {1, u"4"_s}, {2, u"Hans Meier EDDM"_s}}),
-             PilotLine(0, {{0, u"DLH2"_s}, {1, u"5"_s}, {2, u"Ohne Heimat"_s}})});
+    Load(0, {AtcLine(0, u"0=EDDF_TWR|1=1|2=Tower"_s), AtcLine(0, u"0=EDGG_CTR|1=2|2=Langen"_s),
+             AtcLine(0, u"0=LON_CTR|1=3|2=London"_s), // key "LON_": matches nothing
+             PilotLine(0, u"0=DLH1|1=4|2=Hans Meier EDDM"_s), PilotLine(0, u"0=DLH2|1=5|2=Ohne Heimat"_s)});
     EXPECT_EQ(Run(u"members de"_s),
               (QStringList{u"> members DE"_s, u"EDDF_TWR Tower (1)"_s, u"EDGG_CTR Langen (2)"_s,
                            u"DLH1 Hans Meier EDDM (4)"_s, u"\r\nTotal: 3 members from DE on IVAO\r\n"_s}));
@@ -46,8 +41,7 @@ TEST_F(Companion, MembersComeFromTheirStationOrHomeBase) {
 }
 
 TEST_F(Companion, FindMatchesCallsignsAndNamesInAnyCaseControllersFirst) {
-    Load(0, {PilotLine(0, {{0, u"DLH1"_s}, {1, u"1"_s}, {2, u"Jane Roe"_s}}),
-             AtcLine(0, {{0, u"EDDF_TWR"_s}, {1, u"2"_s}, {2, u"Dieter Lehmann"_s}})});
+    Load(0, {PilotLine(0, u"0=DLH1|1=1|2=Jane Roe"_s), AtcLine(0, u"0=EDDF_TWR|1=2|2=Dieter Lehmann"_s)});
     EXPECT_EQ(Run(u"find dl"_s),
               (QStringList{u"> find dl"_s, u"DLH1 Jane Roe (1)"_s, u"\r\nTotal: 1 matches found\r\n"_s}));
     EXPECT_EQ(Run(u"find AN"_s), (QStringList{u"> find an"_s, u"EDDF_TWR Dieter Lehmann (2)"_s,

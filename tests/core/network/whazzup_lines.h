@@ -23,6 +23,20 @@ inline QString ClientLine(int network, const QString& clientType, const Fields& 
     return parts.join(u':');
 }
 
+// The same with the fields written as "index=value" pairs between bars: "0=DLH1|5=50.1|6=8.6".
+inline QString ClientLine(int network, const QString& clientType, const QString& fields) {
+    Fields parsed;
+    for (const QString& field : fields.split(u'|', Qt::SkipEmptyParts))
+        parsed.push_back({field.section(u'=', 0, 0).toInt(), field.section(u'=', 1)});
+    return ClientLine(network, clientType, parsed);
+}
+
+inline QString PilotLine(int network, const QString& fields) {
+    return ClientLine(network, QStringLiteral("PILOT"), fields);
+}
+inline QString AtcLine(int network, const QString& fields) {
+    return ClientLine(network, QStringLiteral("ATC"), fields);
+}
 inline QString PilotLine(int network, const Fields& fields) {
     return ClientLine(network, QStringLiteral("PILOT"), fields);
 }

@@ -30,14 +30,10 @@ protected:
                                 "LSZH:Zürich Airport:Zürich:CH:47.46:8.55:ZRH\n"
                                 "KJFK:John F Kennedy International Airport:New York:US:40.64:-73.78:JFK\n"_s);
         m_reference.AddFirCentres(u"EDGG:DE:50.28:8.25:Langen\n"_s);
-        const QStringList lines = {PilotLine(1, {{0, u"DLH4AB"_s},
-                                                 {1, u"1234567"_s},
-                                                 {2, u"Jöhn Müller"_s},
-                                                 {11, u"EDDF"_s},
-                                                 {13, u"KJFK"_s}}),
-                                   PilotLine(1, {{0, u"DLH40"_s}, {1, u"7654321"_s}, {2, u"A B"_s}}),
-                                   PilotLine(1, {{0, u"BAW4"_s}, {1, u"1234"_s}, {2, u"C D"_s}}),
-                                   AtcLine(1, {{0, u"EDDF_TWR"_s}, {1, u"888888"_s}, {2, u"Hans Meier"_s}})};
+        const QStringList lines = {PilotLine(1, u"0=DLH4AB|1=1234567|2=Jöhn Müller|11=EDDF|13=KJFK"_s),
+                                   PilotLine(1, u"0=DLH40|1=7654321|2=A B"_s),
+                                   PilotLine(1, u"0=BAW4|1=1234|2=C D"_s),
+                                   AtcLine(1, u"0=EDDF_TWR|1=888888|2=Hans Meier"_s)};
         network::InterpretWhazzup(1, network::testing::WhazzupText(lines), m_reference, m_tables[1],
                                   QDateTime());
         m_index.SetPlaces(m_reference);
