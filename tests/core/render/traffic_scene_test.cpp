@@ -28,27 +28,15 @@ protected:
         m_reference.AddFirCentres(u"EDGG:DE:50.28:8.25:Langen\nXXXX:ZZ:10:10:Nowhere\n");
         m_outlines.Add(u"B:EDGG:0:EDGG\nR\n49:6\n49:10\n50:8\n51:10\n51:6\n49:6\n");
         const QStringList lines = {
-            PilotLine(1, {{0, u"DLH1"_s},
-                          {1, u"100"_s},
-                          {5, u"50.5"_s},
-                          {6, u"5"_s},
-                          {7, u"35000"_s},
-                          {8, u"450"_s},
-                          {11, u"EDDF"_s},
-                          {13, u"EGLL"_s}}),
-            PilotLine(1, {{0, u"BAW2"_s},
-                          {1, u"200"_s},
-                          {5, u"51"_s},
-                          {6, u"-0.4"_s},
-                          {11, u"EGLL"_s},
-                          {13, u"EDDF"_s}}),
-            AtcLine(1, {{0, u"EDGG_CTR"_s}, {1, u"300"_s}}),
-            AtcLine(1, {{0, u"XXXX_CTR"_s}, {1, u"301"_s}, {19, u"100"_s}}),
-            AtcLine(1, {{0, u"EDDF_APP"_s}, {1, u"302"_s}}),
-            AtcLine(1, {{0, u"EDDF_TWR"_s}, {1, u"303"_s}}),
-            AtcLine(1, {{0, u"EDDF_GND"_s}, {1, u"304"_s}}),
-            AtcLine(1, {{0, u"EDDF_ATIS"_s}, {1, u"305"_s}}),
-            AtcLine(1, {{0, u"JOE_OBS"_s}, {1, u"306"_s}}),
+            PilotLine(1, u"0=DLH1|1=100|5=50.5|6=5|7=35000|8=450|11=EDDF|13=EGLL"_s),
+            PilotLine(1, u"0=BAW2|1=200|5=51|6=-0.4|11=EGLL|13=EDDF"_s),
+            AtcLine(1, u"0=EDGG_CTR|1=300"_s),
+            AtcLine(1, u"0=XXXX_CTR|1=301|19=100"_s),
+            AtcLine(1, u"0=EDDF_APP|1=302"_s),
+            AtcLine(1, u"0=EDDF_TWR|1=303"_s),
+            AtcLine(1, u"0=EDDF_GND|1=304"_s),
+            AtcLine(1, u"0=EDDF_ATIS|1=305"_s),
+            AtcLine(1, u"0=JOE_OBS|1=306"_s),
         };
         network::InterpretWhazzup(1, network::testing::WhazzupText(lines), m_reference, m_tables[1],
                                   QDateTime());
@@ -90,10 +78,7 @@ TEST_F(TrafficScene, DrawsEveryShownClientAndLabelsThem) {
     // Station labels for all but the observer; the centres in the bold font.
     const auto& atcLabels = m_gl.List(List(lists::kAtcLabels));
     EXPECT_EQ(RecordingGl::Count(atcLabels, Op::RasterPos), 6);
-    int bold = 0;
-    for (const auto& call : atcLabels)
-        bold += call.What == Op::ListBase && call.Number == lists::kBoldFontBase;
-    EXPECT_EQ(bold, 2);
+    EXPECT_EQ(RecordingGl::Count(atcLabels, Op::ListBase, lists::kBoldFontBase), 2);
     EXPECT_EQ(RecordingGl::Count(m_gl.List(List(lists::kAtcMarkers)), Op::Vertex), 6);
 }
 
@@ -103,13 +88,8 @@ TEST_F(TrafficScene, FillsKnownSectorsWithTrianglesAndOthersAsCircles) {
     // EDGG has an outline: triangles that cover it once, without the stencil; XXXX has none: one fan of
     // its range; one fan each for the approach and tower discs.
     EXPECT_EQ(RecordingGl::Count(fills, Op::StencilFunc), 0);
-    int fans = 0, triangles = 0;
-    for (const auto& call : fills) {
-        fans += call.What == Op::Begin && call.Number == int(Primitive::TriangleFan);
-        triangles += call.What == Op::Begin && call.Number == int(Primitive::Triangles);
-    }
-    EXPECT_EQ(fans, 3);
-    EXPECT_EQ(triangles, 1);
+    EXPECT_EQ(RecordingGl::Count(fills, Op::Begin, int(Primitive::TriangleFan)), 3);
+    EXPECT_EQ(RecordingGl::Count(fills, Op::Begin, int(Primitive::Triangles)), 1);
     const auto& outlines = m_gl.List(List(lists::kOutlines));
     // EDGG's ring, XXXX's circle, the approach, tower and ground circles and the ATIS diamond.
     EXPECT_EQ(RecordingGl::Count(outlines, Op::Begin), 6);
@@ -122,9 +102,8 @@ TEST_F(TrafficScene, FriendsOnlyDrawsFriendsAlone) {
     EXPECT_EQ(RecordingGl::PrintedText(m_gl.List(List(lists::kPlaneLabels))), "BAW2");
     EXPECT_EQ(RecordingGl::PrintedText(m_gl.List(List(lists::kAtcLabels))), "EDDF_TWR");
 
-    Friends nobody;
-    const TrafficInputs empty{m_tables, nobody, true, m_colours, m_outlines, false, 1.0f};
-    BuildTrafficLists(m_gl, 1, empty);
+    m_friends = Friends();
+    BuildTrafficLists(m_gl, 1, Inputs(true));
     EXPECT_EQ(RecordingGl::Count(m_gl.List(List(lists::kPlanes)), Op::Vertex), 0);
     EXPECT_TRUE(m_gl.IsList(List(lists::kAtcMarkers)));
 }

@@ -31,19 +31,10 @@ const std::vector<RecordingGl::Call>& RecordingGl::List(int list) const {
     return it == m_lists.end() ? empty : it->second;
 }
 
-std::set<int> RecordingGl::ListNumbers() const {
-    std::set<int> numbers;
-    for (const auto& [number, calls] : m_lists)
-        numbers.insert(number);
-    return numbers;
-}
-
-int RecordingGl::Count(const std::vector<Call>& calls, Op what) {
-    return int(std::count_if(calls.begin(), calls.end(), [&](const Call& c) { return c.What == what; }));
-}
-
-int RecordingGl::CountBytes(const std::vector<Call>& calls) {
-    return Count(calls, Op::CallListByte);
+int RecordingGl::Count(const std::vector<Call>& calls, Op what, int number) {
+    return int(std::count_if(calls.begin(), calls.end(), [&](const Call& c) {
+        return c.What == what && (number < 0 || c.Number == number);
+    }));
 }
 
 std::vector<unsigned char> RecordingGl::Printed(const std::vector<Call>& calls) {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <map>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -93,13 +92,12 @@ public:
 
     // The calls recorded into a list; empty for a list that does not exist.
     const std::vector<Call>& List(int list) const;
-    std::set<int> ListNumbers() const;
     // Calls made outside any list, in order.
     const std::vector<Call>& Immediate() const { return m_immediate; }
     void ClearImmediate() { m_immediate.clear(); }
 
-    static int Count(const std::vector<Call>& calls, Op what);
-    static int CountBytes(const std::vector<Call>& calls); // glyphs printed
+    // How many calls are of that kind (with that number: a primitive, a list base...).
+    static int Count(const std::vector<Call>& calls, Op what, int number = -1);
     // The Windows-1252 codes printed into calls, as a text.
     static std::vector<unsigned char> Printed(const std::vector<Call>& calls);
     static std::string PrintedText(const std::vector<Call>& calls);
