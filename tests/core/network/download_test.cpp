@@ -7,8 +7,8 @@
 
 #include "testing/fakes.h"
 #include "testing/gzip.h"
+#include "testing/source_files.h"
 
-#include "common/file_io.h"
 #include "network/http_client.h"
 #include "network/whazzup.h"
 #include "network/whazzup_lines.h"
@@ -20,12 +20,13 @@ namespace sky::network {
 namespace {
 
 using sky::testing::FakeHttp;
+using sky::testing::SourceFile;
 
 using sky::testing::Gzip;
 
 QByteArray WhazzupFile(int clients, const QString& callsign = u"DLH1"_s) {
     const QStringList lines =
-        clients > 0 ? QStringList{testing::PilotLine(1, {{0, callsign}})} : QStringList();
+        clients > 0 ? QStringList{testing::PilotLine(1, u"0="_s + callsign)} : QStringList();
     return testing::WhazzupText(lines, u"20261121142305"_s, 2, clients).toUtf8();
 }
 
@@ -37,20 +38,12 @@ protected:
         m_state.Networks[1].StatusFileAddress = kStatus;
     }
 
-    DownloadContext Context() {
-        return DownloadContext{m_state,
-                               m_tables,
-                               m_reference,
-                               m_http,
-                               m_view,
-                               m_home.filePath(u"data"_s),
-                               m_textForce,
-                               [this] { return m_now; },
-                               [](int count) { return count - 1; }};
-    }
-
     DownloadOutcome Run() {
-        DownloadContext context = Context();
+        const auto now = [this] { return m_now; };
+        const auto lastServer = [](int count) { return count - 1; };
+        DownloadContext context{m_state,     m_tables, m_reference,
+                                m_http,      m_view,   m_home.filePath(u"data"_s),
+                                m_textForce, now,      lastServer};
         return DownloadNetwork(context, 1);
     }
 
@@ -116,19 +109,18 @@ TEST_F(Download, EveryFailureHasItsTextAndKeepsThePreviousTables) {
     m_http.Answers[u"http://b.example/w.gz"_s] = Gzip(WhazzupFile(3, u"KEPT"_s));
     ASSERT_EQ(Run(), DownloadOutcome::Interpreted);
 
-    struct Row {
+    const QByteArray fresh = Gzip(WhazzupFile(3, u"NEW"_s));
+    const struct {
         QByteArray answer;
         bool answered;
         DownloadOutcome outcome;
         QString status;
-    };
-    const QByteArray fresh = Gzip(WhazzupFile(3, u"NEW"_s));
-    const Row rows[] = {
+    } rows[] = {
         {{}, false, DownloadOutcome::FetchFailed, u"Could not contact server"_s},
         {fresh.first(fresh.size() / 2), true, DownloadOutcome::UnzipError, u"Error unzipping data"_s},
         {"not gzip at all", true, DownloadOutcome::UnzipError, u"Error unzipping data"_s},
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         SCOPED_TRACE(row.status.toStdString());
         if (row.answered)
             m_http.Answers[u"http://b.example/w.gz"_s] = row.answer;
@@ -219,18 +211,13 @@ TEST(ChooseJsonAddress, TheSettingElseTheDefaultUnlessAStatusFileWasChosenAndThe
     EXPECT_EQ(ChooseServiceAddress(u" http://mine/b "_s, true, u"/d/b.json"_s, true, live), u"http://mine/b");
 }
 
-QByteArray TestCapture(const QString& name) {
-    return ReadWholeFile(QStringLiteral(SKYLANTRA_SOURCE_DIR) + u"/tests/data/"_s + name)
-        .value_or(QByteArray());
-}
-
 TEST_F(Download, ReadsTheJsonDataWhenTheTextServerGivesNothing) {
     // Today's VATSIM: the old text address answers with a stub; json3 names the data.
     ServeStatus(u"url0=http://a.example/w.txt\njson3=http://data.example/v3/vatsim-data.json"_s);
     m_http.Answers[u"http://a.example/w.txt"_s] = "; this feed is retired\n";
-    m_http.Answers[u"http://data.example/v3/vatsim-data.json"_s] = TestCapture(u"vatsim-v3.json"_s);
+    m_http.Answers[u"http://data.example/v3/vatsim-data.json"_s] = SourceFile(u"tests/data/vatsim-v3.json"_s);
     m_http.Answers[u"http://data.example/v3/transceivers-data.json"_s] =
-        TestCapture(u"vatsim-transceivers.json"_s);
+        SourceFile(u"tests/data/vatsim-transceivers.json"_s);
     EXPECT_EQ(Run(), DownloadOutcome::Interpreted);
     EXPECT_EQ(m_view.Statuses.last(), u"VATSIM data interpreted");
     EXPECT_EQ(m_tables[1].PilotCount, 3);
@@ -247,12 +234,12 @@ TEST_F(Download, ReadsTheJsonDataWhenTheTextServerGivesNothing) {
 
 TEST_F(Download, AnUnreadableFeedKeepsThePreviousTables) {
     m_state.Networks[1].JsonAddress = u"http://data.example/feed.json"_s;
-    m_http.Answers[u"http://data.example/feed.json"_s] = TestCapture(u"vatsim-v3.json"_s);
+    m_http.Answers[u"http://data.example/feed.json"_s] = SourceFile(u"tests/data/vatsim-v3.json"_s);
     ASSERT_EQ(Run(), DownloadOutcome::Interpreted);
     // The status file is read once all the same, for the profile address and the message.
     EXPECT_EQ(m_http.Requests.mid(0, 2), (QStringList{kStatus, u"http://data.example/feed.json"_s}));
 
-    const QByteArray full = TestCapture(u"vatsim-v3.json"_s);
+    const QByteArray full = SourceFile(u"tests/data/vatsim-v3.json"_s);
     const struct {
         QByteArray body;
         const char16_t* status;

@@ -2,20 +2,17 @@
 
 #include <gtest/gtest.h>
 
-#include "common/file_io.h"
 #include "network/whazzup.h"
 #include "qt_printers.h"
 #include "refdata/reference_data.h"
+#include "testing/source_files.h"
 
 using namespace Qt::StringLiterals;
 
 namespace sky::network {
 namespace {
 
-QByteArray Capture(const QString& name) {
-    return ReadWholeFile(QStringLiteral(SKYLANTRA_SOURCE_DIR) + u"/tests/data/"_s + name)
-        .value_or(QByteArray());
-}
+using sky::testing::SourceFile;
 
 class JsonFeeds : public ::testing::Test {
 protected:
@@ -32,10 +29,11 @@ protected:
 
 TEST(DetectFeed, TellsTextFromEachNetworksJson) {
     EXPECT_EQ(DetectFeed("!GENERAL\r\nVERSION = 8\r\n"), FeedKind::Text);
-    EXPECT_EQ(DetectFeed(Capture(u"vatsim-v3.json"_s)), FeedKind::VatsimV3);
-    EXPECT_EQ(DetectFeed(Capture(u"ivao-v2.json"_s)), FeedKind::IvaoV2);
+    EXPECT_EQ(DetectFeed(SourceFile(u"tests/data/vatsim-v3.json"_s)), FeedKind::VatsimV3);
+    EXPECT_EQ(DetectFeed(SourceFile(u"tests/data/ivao-v2.json"_s)), FeedKind::IvaoV2);
     EXPECT_EQ(DetectFeed("  {\"something\": 1}"), FeedKind::UnknownJson);
-    EXPECT_EQ(DetectFeed(Capture(u"vatsim-v3.json"_s).left(500)), FeedKind::Unreadable); // cut short
+    EXPECT_EQ(DetectFeed(SourceFile(u"tests/data/vatsim-v3.json"_s).left(500)),
+              FeedKind::Unreadable); // cut short
 }
 
 TEST(StampFromIso, ReadsTheFeedsTimesInUtc) {
@@ -45,10 +43,11 @@ TEST(StampFromIso, ReadsTheFeedsTimesInUtc) {
     EXPECT_EQ(StampFromIso(u"yesterday"_s), u"");
 }
 
+// What the translation puts in each field; what the interpreter derives from a field is its own test's.
 TEST_F(JsonFeeds, AVatsimCaptureReadsLikeItsTextFile) {
-    const auto transceivers = ParseVatsimTransceivers(Capture(u"vatsim-transceivers.json"_s));
+    const auto transceivers = ParseVatsimTransceivers(SourceFile(u"tests/data/vatsim-transceivers.json"_s));
     EXPECT_EQ(transceivers.size(), 2);
-    const TranslatedFeed feed = TranslateVatsimV3(Capture(u"vatsim-v3.json"_s), transceivers);
+    const TranslatedFeed feed = TranslateVatsimV3(SourceFile(u"tests/data/vatsim-v3.json"_s), transceivers);
     ASSERT_TRUE(feed.Ok);
     EXPECT_EQ(feed.UpdateStamp, u"20261121142305");
     EXPECT_TRUE(Read(1, feed).HasClients);
@@ -60,9 +59,7 @@ TEST_F(JsonFeeds, AVatsimCaptureReadsLikeItsTextFile) {
 
     const PilotRecord& dlh = m_data.Pilots[1];
     EXPECT_EQ(dlh.RealName, u"Jane Roe");
-    EXPECT_EQ(dlh.HomeBase, u"EDDF");
     EXPECT_EQ(dlh.AircraftType, u"A320/L");
-    EXPECT_EQ(dlh.AircraftCode, u"A320");
     EXPECT_EQ(dlh.DepTime, u"1315");
     EXPECT_EQ(dlh.EnrouteTime, u"0125");
     EXPECT_EQ(dlh.PlannedAltitude, u"35000");
@@ -87,13 +84,12 @@ TEST_F(JsonFeeds, AVatsimCaptureReadsLikeItsTextFile) {
     const ControllerRecord& tower = m_data.Controllers[1];
     EXPECT_EQ(tower.AtisMessage, u"Frankfurt Tower^§Information B");
     EXPECT_FLOAT_EQ(tower.Latitude, 50.03f); // the centre of its transceivers
-    EXPECT_EQ(tower.Station, u"EDDF");
     EXPECT_EQ(m_data.Controllers[2].AdminRating, 11); // the supervisor
     EXPECT_EQ(m_data.Controllers[4].FacilityType, kFacilityAtis);
 }
 
 TEST_F(JsonFeeds, AnIvaoCaptureReadsLikeItsTextFile) {
-    const TranslatedFeed feed = TranslateIvaoV2(Capture(u"ivao-v2.json"_s));
+    const TranslatedFeed feed = TranslateIvaoV2(SourceFile(u"tests/data/ivao-v2.json"_s));
     ASSERT_TRUE(feed.Ok);
     EXPECT_EQ(feed.UpdateStamp, u"20261121142305");
     EXPECT_TRUE(Read(0, feed).HasClients);
@@ -124,11 +120,10 @@ TEST_F(JsonFeeds, AnIvaoCaptureReadsLikeItsTextFile) {
     EXPECT_EQ(tower.Frequency, u"119.250"); // as the text files wrote it
     EXPECT_EQ(tower.VisualRange, 0.0f);
     EXPECT_EQ(tower.AtisMessage, u"aurora.ivao.aero/LFPG_TWR^§Charles de Gaulle Tower^§Information K");
-    EXPECT_EQ(tower.DisplayLatitude, 49.0097f);
 }
 
 TEST_F(JsonFeeds, DocumentsThatAreNotFeedsAreRefused) {
-    const QByteArray vatsim = Capture(u"vatsim-v3.json"_s);
+    const QByteArray vatsim = SourceFile(u"tests/data/vatsim-v3.json"_s);
     EXPECT_FALSE(TranslateVatsimV3(vatsim.left(vatsim.size() / 2)).Ok);
     EXPECT_FALSE(TranslateVatsimV3("[1, 2, 3]").Ok);
     EXPECT_FALSE(TranslateVatsimV3("{\"general\": 5}").Ok);
