@@ -87,6 +87,28 @@ TEST(SortRows, NumbersInsideTextsCompareByValueAndEqualRowsKeepTheirOrder) {
         sorted.append(row[0]);
     EXPECT_EQ(sorted, (QStringList{u"3.25 nm"_s, u"12.5 nm"_s, u"aal20"_s, u"AAL198"_s, u"AAL1784"_s,
                                    u"eddf"_s, u"EDDF"_s, u"Member 0099"_s, u"Member 123456"_s}));
+// Numbers by their value, texts ignoring case, equal rows in their order; the clients go along.
+TEST(SortRows, ByOneColumnEitherWayEqualRowsKeepingTheirOrder) {
+    const std::vector<QStringList> rows = {
+        {u"KLM3"_s, u"120 nm"_s}, {u"afr9"_s, u"15 nm"_s}, {u"DLH2"_s, u"120 nm"_s}, {u"BAW5"_s, u"-"_s}};
+    const struct {
+        SortOrder sort;
+        std::vector<int> order;
+    } cases[] = {{{-1, false}, {0, 1, 2, 3}},
+                 {{0, false}, {1, 3, 2, 0}},
+                 {{0, true}, {0, 2, 3, 1}},
+                 {{1, false}, {3, 1, 0, 2}},
+                 {{1, true}, {0, 2, 1, 3}}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.sort.Column * 10 + c.sort.Descending);
+        std::vector<QStringList> sorted = rows;
+        std::vector<ClientRef> clients = {{0, true, 0}, {0, true, 1}, {0, true, 2}, {0, true, 3}};
+        SortRows(sorted, clients, c.sort);
+        for (size_t i = 0; i < rows.size(); ++i) {
+            EXPECT_EQ(sorted[i], rows[size_t(c.order[i])]);
+            EXPECT_EQ(clients[i].Slot, c.order[i]);
+        }
+    }
 }
 
 class PanelContent : public ::testing::Test {
@@ -105,18 +127,8 @@ protected:
 };
 
 TEST_F(PanelContent, ThePilotBoxTellsTheFlightAndLinksItsAirports) {
-    Load({PilotLine(1, {{0, u"DLH1"_s},
-                        {1, u"123"_s},
-                        {2, u"Jane Roe"_s},
-                        {5, u"50"_s},
-                        {6, u"6"_s},
-                        {7, u"35000"_s},
-                        {8, u"300"_s},
-                        {9, u"A320"_s},
-                        {11, u"EDDF"_s},
-                        {13, u"EGLL"_s},
-                        {30, u"DCT ANEKI Y7 NIK DCT"_s},
-                        {37, u"20261121120000"_s}})});
+    Load({PilotLine(1, u"0=DLH1|1=123|2=Jane Roe|5=50|6=6|7=35000|8=300|9=A320|11=EDDF|13=EGLL|"
+                       "30=DCT ANEKI Y7 NIK DCT|37=20261121120000"_s)});
     m_friends.Add(u"123"_s);
     const InfoBoxContent info = PilotInfo(1, m_data, 1, m_reference, m_friends);
     EXPECT_EQ(info.Title, u"DLH1");
@@ -131,11 +143,7 @@ TEST_F(PanelContent, ThePilotBoxTellsTheFlightAndLinksItsAirports) {
 }
 
 TEST_F(PanelContent, TheControllerBoxShowsItsAtisLikeTheCompanion) {
-    Load({AtcLine(1, {{0, u"EDDF_TWR"_s},
-                      {2, u"Hans"_s},
-                      {4, u"119.900"_s},
-                      {19, u"50"_s},
-                      {35, u"Frankfurt Tower^§$ voice^§Information B"_s}})});
+    Load({AtcLine(1, u"0=EDDF_TWR|2=Hans|4=119.900|19=50|35=Frankfurt Tower^§$ voice^§Information B"_s)});
     const InfoBoxContent info = ControllerInfo(1, m_data, 1, m_friends);
     EXPECT_TRUE(info.Lines.contains(u"Facility Tower, EDDF"_s));
     EXPECT_TRUE(info.Lines.contains(u"Frequency 119.900"_s));
@@ -145,12 +153,13 @@ TEST_F(PanelContent, TheControllerBoxShowsItsAtisLikeTheCompanion) {
 TEST_F(PanelContent, TheListPagesThroughEachKindOfClient) {
     QStringList clients;
     for (int i = 0; i < 95; ++i)
-        clients.append(PilotLine(1, {{0, u"P%1"_s.arg(i)}, {1, QString::number(i)}}));
-    clients.append(AtcLine(1, {{0, u"EDDF_TWR"_s}, {1, u"500"_s}}));
-    clients.append(AtcLine(1, {{0, u"JOE_OBS"_s}, {1, u"501"_s}}));
+        clients.append(PilotLine(1, u"0=P%1|1=%1"_s.arg(i)));
+    clients.append(AtcLine(1, u"0=EDDF_TWR|1=500"_s));
+    clients.append(AtcLine(1, u"0=JOE_OBS|1=501"_s));
     Load(clients);
     m_friends.Add(u"7"_s);
     m_friends.Add(u"501"_s);
+    m_friends.Add(u"999"_s); // not online
     EXPECT_EQ(PageCount(95, 40), 3);
     const TableContent last = ListPageContent(1, m_data, ListPage::Pilots, 2, 40, m_friends);
     EXPECT_EQ(last.Rows.size(), 15u);
@@ -159,22 +168,19 @@ TEST_F(PanelContent, TheListPagesThroughEachKindOfClient) {
                                       u"Events"_s}));
     EXPECT_EQ(ListPageContent(1, m_data, ListPage::Pilots, 99, 40, m_friends).PageText, u"Page 3/3");
     const TableContent friends = ListPageContent(1, m_data, ListPage::Friends, 0, 40, m_friends);
-    ASSERT_EQ(friends.Rows.size(), 2u);
-    EXPECT_EQ(friends.Rows[0].value(0), u"JOE_OBS"); // controllers and observers first
+    ASSERT_EQ(friends.Rows.size(),
+              3u); // controllers and observers first, then pilots, then who is not online
+    EXPECT_EQ(friends.Rows[0].value(0), u"JOE_OBS");
     EXPECT_EQ(friends.RowClients[1], (ClientRef{1, true, 8}));
+    EXPECT_EQ(friends.Rows[2], (QStringList{QString(), u"Member 999"_s, QString(), u"Offline"_s}));
+    EXPECT_EQ(friends.RowClients[2].Slot, 0);
+    EXPECT_TRUE(friends.GoButtons);
 }
 
 TEST_F(PanelContent, TheBoardListsArrivalsAndDeparturesWithin100Nm) {
-    Load(
-        {PilotLine(
-             1,
-             {{0, u"OUT"_s}, {5, u"50.5"_s}, {6, u"8.5"_s}, {8, u"250"_s}, {11, u"EDDF"_s}, {13, u"EGLL"_s}}),
-         PilotLine(
-             1,
-             {{0, u"FAR"_s}, {5, u"52"_s}, {6, u"8.5"_s}, {8, u"450"_s}, {11, u"EDDF"_s}, {13, u"EGLL"_s}}),
-         PilotLine(
-             1,
-             {{0, u"IN"_s}, {5, u"51"_s}, {6, u"8.5"_s}, {8, u"300"_s}, {11, u"EGLL"_s}, {13, u"EDDF"_s}})});
+    Load({PilotLine(1, u"0=OUT|5=50.5|6=8.5|8=250|11=EDDF|13=EGLL"_s),
+          PilotLine(1, u"0=FAR|5=52|6=8.5|8=450|11=EDDF|13=EGLL"_s),
+          PilotLine(1, u"0=IN|5=51|6=8.5|8=300|11=EGLL|13=EDDF"_s)});
     const TableContent board = AirportBoardContent(1, m_data, u"EDDF"_s, m_reference, 0, 40);
     EXPECT_EQ(board.Title, u"Traffic at EDDF Frankfurt Airport");
     ASSERT_EQ(board.Rows.size(), 2u);
