@@ -4,6 +4,9 @@
 
 #include "app/friends.h"
 #include "app/settings.h"
+#include "network/whazzup.h"
+#include "network/whazzup_lines.h"
+#include "refdata/reference_data.h"
 #include "view/display_state.h"
 #include "view/keys.h"
 
@@ -36,19 +39,13 @@ protected:
         m_commands.View = &m_view;
         m_commands.Panels = &m_panels;
     }
+    // Two pilots and a tower of IVAO online; the second pilot and the tower are member 555.
     void Online() {
-        m_tables[0].PilotCount = 2;
-        m_tables[0].Pilots[1].VID = u"100"_s;
-        m_tables[0].Pilots[1].Callsign = u"FIRST"_s;
-        m_tables[0].Pilots[1].Latitude = 10.0f;
-        m_tables[0].Pilots[2].VID = u"555"_s;
-        m_tables[0].Pilots[2].Callsign = u"MINE"_s;
-        m_tables[0].Pilots[2].Latitude = 50.0f;
-        m_tables[0].Pilots[2].Longitude = 8.0f;
-        m_tables[0].ControllerCount = 1;
-        m_tables[0].Controllers[1].VID = u"555"_s;
-        m_tables[0].Controllers[1].Callsign = u"EDDF_TWR"_s;
-        m_tables[0].Controllers[1].DisplayLatitude = 50.03f;
+        using network::testing::PilotLine;
+        const QStringList lines = {PilotLine(0, u"0=FIRST|1=100|5=10"_s),
+                                   PilotLine(0, u"0=MINE|1=555|5=50|6=8"_s),
+                                   network::testing::AtcLine(0, u"0=EDDF_TWR|1=555|5=50.03"_s)};
+        network::InterpretWhazzup(0, network::testing::WhazzupText(lines), ReferenceData(), m_tables[0], {});
     }
     void Up(int key, int modifiers = 0) {
         KeyContext context{m_settings, m_display, m_view, m_panels, m_friends, m_tables, m_commands};
