@@ -121,15 +121,10 @@ void Companion(const std::uint8_t* data, std::size_t size) {
     downloads.DownloadIdle = true;
     companion::CompanionConsole console;
     const QDateTime now(QDate(2026, 11, 21), QTime(14, 30), Qt::UTC);
-    companion::CommandContext context{tables,
-                                      downloads,
-                                      Reference(),
-                                      size > 0 ? data[0] % 3 : 0,
-                                      host,
-                                      http,
-                                      u"http://weather.example"_s,
-                                      [now] { return now; },
-                                      {}};
+    const auto clock = [now] { return now; };
+    companion::CommandContext context{
+        tables, downloads, Reference(), size > 0 ? data[0] % 3 : 0, host, http, u"http://weather.example"_s,
+        clock,  {}};
     const QStringList lines = Text(data, size).split(u'\n');
     for (qsizetype i = 0; i < lines.size() && i < 20; ++i) {
         const QString line = lines[i].trimmed();

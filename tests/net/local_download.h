@@ -18,15 +18,12 @@ struct LocalDownload {
     network::DownloadOutcome Run(bool textForce = false, bool randomServer = false) {
         Now = Now.addSecs(3600);
         State.DownloadIdle = true;
-        network::DownloadContext context{State,
-                                         Tables,
-                                         Reference,
-                                         Client,
-                                         View,
-                                         Home.filePath(QStringLiteral("data")),
-                                         textForce,
-                                         [this] { return Now; },
-                                         randomServer ? std::function<int(int)>() : [](int) { return 0; }};
+        const auto now = [this] { return Now; };
+        const std::function<int(int)> firstServer = [](int) { return 0; };
+        network::DownloadContext context{
+            State,     Tables, Reference,
+            Client,    View,   Home.filePath(QStringLiteral("data")),
+            textForce, now,    randomServer ? std::function<int(int)>() : firstServer};
         return network::DownloadNetwork(context, 0);
     }
 

@@ -66,15 +66,9 @@ protected:
 
     QStringList Run(const QString& line) {
         m_printed.clear();
-        CommandContext context{m_tables,
-                               m_downloads,
-                               m_reference,
-                               m_shown,
-                               m_host,
-                               m_http,
-                               u"http://127.0.0.1:9/wx"_s,
-                               [this] { return m_now; },
-                               {}};
+        const auto now = [this] { return m_now; };
+        CommandContext context{
+            m_tables, m_downloads, m_reference, m_shown, m_host, m_http, u"http://127.0.0.1:9/wx"_s, now, {}};
         m_console.Enter(line, context);
         return m_printed;
     }

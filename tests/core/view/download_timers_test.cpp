@@ -13,16 +13,13 @@ protected:
         m_tables[0].LastDownload = m_start;
     }
     TimerContext Context(qint64 secondsLater) {
-        return TimerContext{m_countdown,
-                            m_shown,
-                            m_tables,
-                            m_downloads,
-                            m_start.addSecs(secondsLater),
-                            [this](int n) {
-                                m_downloaded.push_back(n);
-                                m_countdown = 300;
-                            },
-                            [this] { ++m_markChanges; }};
+        const auto download = [this](int n) {
+            m_downloaded.push_back(n);
+            m_countdown = 300;
+        };
+        const auto marksChanged = [this] { ++m_markChanges; };
+        return {m_countdown, m_shown,     m_tables, m_downloads, m_start.addSecs(secondsLater),
+                download,    marksChanged};
     }
 
     void Auto(qint64 secondsLater) {
