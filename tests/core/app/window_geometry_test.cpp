@@ -7,14 +7,15 @@
 namespace sky {
 namespace {
 
+// Each button's edges, and below the strip.
 TEST(TitleStripZone, ButtonsFromTheRightThenTheCaption) {
+    const std::pair<int, TitleZone> rows[] = {
+        {780, TitleZone::Close},    {779, TitleZone::Maximise}, {760, TitleZone::Maximise},
+        {759, TitleZone::Minimise}, {740, TitleZone::Minimise}, {739, TitleZone::Caption},
+    };
+    for (const auto& [x, zone] : rows)
+        EXPECT_EQ(TitleStripZone(x, 20, 800), zone) << x;
     EXPECT_EQ(TitleStripZone(799, 0, 800), TitleZone::Close);
-    EXPECT_EQ(TitleStripZone(780, 20, 800), TitleZone::Close);
-    EXPECT_EQ(TitleStripZone(779, 10, 800), TitleZone::Maximise);
-    EXPECT_EQ(TitleStripZone(760, 10, 800), TitleZone::Maximise);
-    EXPECT_EQ(TitleStripZone(759, 10, 800), TitleZone::Minimise);
-    EXPECT_EQ(TitleStripZone(740, 10, 800), TitleZone::Minimise);
-    EXPECT_EQ(TitleStripZone(739, 10, 800), TitleZone::Caption);
     EXPECT_EQ(TitleStripZone(799, 21, 800), TitleZone::None);
 }
 
@@ -42,12 +43,11 @@ TEST(ToggleMaximised, RestoresExactlyTheGeometryBeforeIt) {
 }
 
 TEST(ResizeEdgesAt, EdgesAndCornersButNotTheButtonsNorWhileMaximised) {
-    struct Row {
+    const struct {
         int x, y;
         bool maximised;
         int edges;
-    };
-    const Row rows[] = {
+    } rows[] = {
         {0, 300, false, kResizeLeft},
         {799, 300, false, kResizeRight},
         {400, 599, false, kResizeBottom},
@@ -59,24 +59,23 @@ TEST(ResizeEdgesAt, EdgesAndCornersButNotTheButtonsNorWhileMaximised) {
         {400, 300, false, kResizeNone},
         {0, 300, true, kResizeNone},
     };
-    for (const Row& r : rows)
+    for (const auto& r : rows)
         EXPECT_EQ(ResizeEdgesAt(r.x, r.y, 800, 600, r.maximised), r.edges) << r.x << "," << r.y;
 }
 
 TEST(FitOnScreens, AWindowOffEveryScreenOrLargerThanItComesOntoTheNearest) {
     const std::vector<PixelBox> screens = {{0, 0, 1920, 1050}, {1920, 0, 1280, 1024}};
-    struct Row {
+    const struct {
         const char* name;
         PixelBox window, placed;
-    };
-    const Row rows[] = {
+    } rows[] = {
         {"on the first screen", {100, 100, 800, 600}, {100, 100, 800, 600}},
         {"half off an edge stays", {1500, 900, 800, 600}, {1500, 900, 800, 600}},
         {"on a screen that is gone", {4000, 200, 800, 600}, {2160, 212, 800, 600}},
         {"far above", {100, -5000, 800, 600}, {560, 225, 800, 600}},
         {"larger than any screen", {0, 0, 143165576, 143165576}, {0, 0, 1920, 1050}},
     };
-    for (const Row& r : rows) {
+    for (const auto& r : rows) {
         SCOPED_TRACE(r.name);
         EXPECT_EQ(FitOnScreens(r.window, screens), r.placed);
     }

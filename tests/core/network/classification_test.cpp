@@ -10,16 +10,12 @@ namespace sky::network {
 namespace {
 
 TEST(PlannedAltitudeFt, ReadsTheUsualWaysOfFilingALevel) {
-    EXPECT_EQ(PlannedAltitudeFt(u"FL350"), 35000.0);
-    EXPECT_EQ(PlannedAltitudeFt(u"F350"), 35000.0);
-    EXPECT_EQ(PlannedAltitudeFt(u"fl090"), 9000.0);
-    EXPECT_EQ(PlannedAltitudeFt(u"A045"), 4500.0);
-    EXPECT_EQ(PlannedAltitudeFt(u"35000"), 35000.0);
-    EXPECT_EQ(PlannedAltitudeFt(u"350"), 35000.0);
-    EXPECT_NEAR(PlannedAltitudeFt(u"S1130"), 37073.5, 0.1);
-    EXPECT_NEAR(PlannedAltitudeFt(u"M0900"), 2952.8, 0.1);
-    EXPECT_EQ(PlannedAltitudeFt(u""), 0.0);
-    EXPECT_EQ(PlannedAltitudeFt(u"VFR"), 0.0);
+    const std::pair<const char16_t*, double> rows[] = {
+        {u"FL350", 35000.0}, {u"F350", 35000.0},  {u"fl090", 9000.0}, {u"A045", 4500.0}, {u"35000", 35000.0},
+        {u"350", 35000.0},   {u"S1130", 37073.5}, {u"M0900", 2952.8}, {u"", 0.0},        {u"VFR", 0.0},
+    };
+    for (const auto& [filed, feet] : rows)
+        EXPECT_NEAR(PlannedAltitudeFt(filed), feet, 0.1) << QString::fromUtf16(filed).toStdString();
 }
 
 // A flight from Frankfurt (50N 8.5E) to a destination due east on the same parallel, 600 nm away.
@@ -39,12 +35,11 @@ PilotRecord Flight(float lonOffsetDeg, float speedKts, float altitudeFt, const c
 
 TEST(FlightStatus, JudgesEachPhaseAtItsBoundaries) {
     // One degree of longitude at 50N is about 38.6 nm.
-    struct Row {
+    const struct {
         float lonOffset, speed, altitude;
         const char16_t* planned;
         const char16_t* status;
-    };
-    const Row rows[] = {
+    } rows[] = {
         {0.0f, 0, 364, u"FL350", u"Boarding"},
         {0.0f, 4.9f, 364, u"FL350", u"Boarding"},
         {0.0f, 5, 364, u"FL350", u"Departing"}, // taxiing
@@ -63,7 +58,7 @@ TEST(FlightStatus, JudgesEachPhaseAtItsBoundaries) {
         {5.0f, 460, 6000, u"", u"En route"},
         {12.0f, 400, 20000, u"", u"Descending"}, // within 150 nm of the destination
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         SCOPED_TRACE(QString::fromUtf16(row.status).toStdString() + " at +" + std::to_string(row.lonOffset));
         EXPECT_EQ(FlightStatus(Flight(row.lonOffset, row.speed, row.altitude, row.planned)),
                   QString::fromUtf16(row.status));
