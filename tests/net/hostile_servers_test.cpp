@@ -56,7 +56,7 @@ TEST_F(HostileServer, NoServerHoldsTheClientLongerThanItsTimeOutsWhileEventsFlow
         {"/to-ftp", 3000, ""},                             // elsewhere
     };
     QtHttpClient client(1000, u"0"_s);
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         // The window's events go on while a fetch waits: a timer keeps firing.
         int ticks = 0;
         QTimer tick;

@@ -14,13 +14,12 @@ namespace {
 TEST(ResolveFolders, HomeByOptionEnvironmentProgramFolderOrTheUsersDataFolder) {
     const QString exe = u"/opt/sky/bin"_s, user = u"/home/u/.local/share/Skylantra"_s,
                   installed = u"/opt/sky/share/skylantra"_s;
-    struct Row {
+    const struct {
         const char* name;
         QString option, environment;
         bool writable, hasData;
         QString home, shipped;
-    };
-    const Row rows[] = {
+    } rows[] = {
         {"option first", u"/a"_s, u"/b"_s, true, true, u"/a"_s, exe},
         {"then the environment", QString(), u"/b/./c/.."_s, true, true, u"/b"_s, exe},
         {"a build tree or portable copy", QString(), QString(), true, true, exe, exe},
@@ -29,7 +28,7 @@ TEST(ResolveFolders, HomeByOptionEnvironmentProgramFolderOrTheUsersDataFolder) {
         {"a read-only copy with its data", QString(), QString(), false, true, user, exe},
         {"an option with an installed program", u"/a"_s, QString(), false, false, u"/a"_s, installed},
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         const Folders f =
             ResolveFolders({row.option, row.environment, exe, row.writable, row.hasData, user, installed});

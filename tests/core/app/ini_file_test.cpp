@@ -11,11 +11,10 @@ namespace sky {
 namespace {
 
 TEST(IniFileRead, FindsKeysAsTheClassicReaderDoes) {
-    struct Row {
+    const struct {
         const char* text;
         const char16_t *section, *key, *expected; // "d": the default came back
-    };
-    const Row rows[] = {
+    } rows[] = {
         {"[User]\nIVAO_ID=123\n", u"Display", u"IVAO_ID", u"d"},
         {"[User]\nIVAO_ID=123\n", u"User", u"VATSIM_ID", u"d"},
         {"[ planes ]\n  PlaneFill = 323274  \n", u"PLANES", u"planefill", u"323274"},
@@ -32,7 +31,7 @@ TEST(IniFileRead, FindsKeysAsTheClassicReaderDoes) {
         {"k=0\n[a]\n;k=1\n#k=2\njust text\n=3\n[b\nk=4\n", u"b", u"k", u"4"},
         {"[a]\nk=\x01\xFF\xFEgarbage\nnext=1\n", u"a", u"next", u"1"},
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         SCOPED_TRACE(row.text);
         EXPECT_EQ(IniFile::FromBytes(row.text).Value(row.section, row.key, u"d"_s),
                   QString::fromUtf16(row.expected));
@@ -54,12 +53,11 @@ TEST(IniFileRead, LongValuesAreCutLikeTheClassicBuffer) {
 // Only the line of a key set is written anew; a missing key joins its section, a missing section the
 // file's end, in the file's own line ends and encoding; anything untouched comes back byte for byte.
 TEST(IniFileWrite, RewritesOnlyWhatIsSet) {
-    struct Row {
+    const struct {
         QByteArray before;
         std::vector<std::array<QString, 3>> set;
         QByteArray after;
-    };
-    const Row rows[] = {
+    } rows[] = {
         {"; mine\n[User]\nivao_id = 1\nUnknown=keep me\n\n[Network]\nProxy=p:3128\n",
          {{u"USER"_s, u"IVAO_ID"_s, u"2"_s}},
          "; mine\n[User]\nivao_id=2\nUnknown=keep me\n\n[Network]\nProxy=p:3128\n"},
@@ -76,7 +74,7 @@ TEST(IniFileWrite, RewritesOnlyWhatIsSet) {
         {"[a]\n\n\nk = \"1\"\n\n", {}, "[a]\n\n\nk = \"1\"\n\n"},
         {QByteArray("[a]\nk=\x00\xFF\n", 9), {}, QByteArray("[a]\nk=\x00\xFF\n", 9)},
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         SCOPED_TRACE(row.before.toStdString());
         IniFile ini = IniFile::FromBytes(row.before);
         for (const auto& [section, key, value] : row.set)

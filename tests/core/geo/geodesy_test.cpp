@@ -36,11 +36,10 @@ TEST(Distance, ReproducesTheFiguresOfTheApproximateArcCosine) {
 }
 
 TEST(Course, GivesWholeDegreesInItsMixedRanges) {
-    struct Row {
+    const struct {
         float lat1, lon1, lat2, lon2;
         int expected;
-    };
-    const Row rows[] = {
+    } rows[] = {
         {0, 0, 0, 10, 90},                              // due east: y > 0, x = 0
         {0, 0, 0, -10, 270},                            // due west: y < 0, x = 0
         {10, 5, -10, 5, 180},                           // due south
@@ -53,7 +52,7 @@ TEST(Course, GivesWholeDegreesInItsMixedRanges) {
         {51.4706f, -0.4619f, -33.9461f, 151.1772f, 60}, // London to Sydney, 60.47
         {40, 40, 40, 40, 0},                            // no movement: y = 0 and x = 0
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         SCOPED_TRACE(row.expected);
         EXPECT_EQ(Course(row.lat1, row.lon1, row.lat2, row.lon2), row.expected);
     }
@@ -79,15 +78,14 @@ TEST(ScreenToLatLon, BesideTheGlobeThereIsNoPosition) {
 }
 
 TEST(ClampView, KeepsZoomAndLatitudeAndWrapsLongitudeOnce) {
-    struct Row {
+    const struct {
         ViewState in, out;
-    };
-    const Row rows[] = {
+    } rows[] = {
         {{190, 0, 1}, {-170, 0, 1}},    {{-200, 0, 1}, {160, 0, 1}}, {{0, 0, 0.1f}, {0, 0, 0.3f}},
         {{0, 0, 80}, {0, 0, 50}},       {{0, 95, 1}, {0, 90, 1}},    {{0, -95, 1}, {0, -90, 1}},
         {{180, 90, 50}, {180, 90, 50}}, {{600, 0, 1}, {240, 0, 1}},
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         ViewState view = row.in;
         ClampView(view);
         SCOPED_TRACE(row.in.ViewX);

@@ -29,18 +29,17 @@ TEST(FillTriangles, CoverTheRingOnceInSmallPiecesAlongTheGlobe) {
     // dLon * (sin(lat2) - sin(lat1)) when its edges run along the parallels; with great-circle edges,
     // as here, the area lies a little below that, so the expected areas are those of the same rings
     // cut into triangles at their corners.
-    struct Row {
+    const struct {
         const char* name;
         std::vector<LatLon> ring;
-    };
-    const Row rows[] = {
+    } rows[] = {
         {"square", {{0, 0}, {0, 10}, {10, 10}, {10, 0}, {0, 0}}},
         {"the same, clockwise", {{0, 0}, {10, 0}, {10, 10}, {0, 10}}},
         {"concave L, from its inner corner", {{5, 5}, {20, 5}, {20, 0}, {0, 0}, {0, 20}, {5, 20}}},
         {"across the date line", {{-10, 170}, {-10, -170}, {10, -170}, {10, 170}}},
         {"60 degrees wide, long edges", {{-20, 60}, {20, 60}, {20, 120}, {-20, 120}}},
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         const std::vector<Vec3> triangles = FillTriangles(row.ring, 1.0);
         ASSERT_EQ(triangles.size() % 3, 0u);

@@ -8,17 +8,16 @@ namespace sky::geo {
 namespace {
 
 TEST(FormatLatLon, WritesHemisphereDegreesAndMinutesAsAPilotReadsThem) {
-    struct Row {
+    const struct {
         float lat, lon;
         const char16_t* expected;
-    };
-    const Row rows[] = {
+    } rows[] = {
         {50.0333f, 8.5706f, u"N50°02.0' E008°34.2'"},    {50.0333f, 8.5717f, u"N50°02.0' E008°34.3'"},
         {-33.9461f, 151.1772f, u"S33°56.8' E151°10.6'"}, {40.6398f, -73.7789f, u"N40°38.4' W073°46.7'"},
         {0.0f, 0.0f, u"N00°00.0' E000°00.0'"},           {-0.0f, -180.0f, u"N00°00.0' W180°00.0'"},
         {90.0f, 179.99999f, u"N90°00.0' E180°00.0'"},    {10.99999f, -0.00001f, u"N11°00.0' E000°00.0'"},
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         SCOPED_TRACE(QString::fromUtf16(row.expected).toStdString());
         EXPECT_EQ(FormatLatLon(row.lat, row.lon), QString::fromUtf16(row.expected));
     }
@@ -33,12 +32,11 @@ TEST(FormatUtcTime, TakesHoursAndMinutesOfTheStamp) {
 }
 
 TEST(OnlineTime, WholeMinutesFromLogonToTheDataTime) {
-    struct Row {
+    const struct {
         const char16_t* logon;
         const char16_t* update;
         const char16_t* expected;
-    };
-    const Row rows[] = {
+    } rows[] = {
         {u"20261121121800", u"20261121142305", u"2h 05m"},
         {u"20261121142305", u"20261121142305", u"0h 00m"},
         {u"20261121142306", u"20261121142305", u"0h 00m"},
@@ -52,7 +50,7 @@ TEST(OnlineTime, WholeMinutesFromLogonToTheDataTime) {
         {u"20261321121800", u"20261121142305", u"-"},
         {u"2026112112180x", u"20261121142305", u"-"},
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         SCOPED_TRACE(QString::fromUtf16(row.logon).toStdString());
         EXPECT_EQ(OnlineTime(QStringView(row.logon), QStringView(row.update)),
                   QString::fromUtf16(row.expected));

@@ -7,14 +7,13 @@ namespace {
 
 TEST(PlaceLabels, EachTakesTheFirstFreePlaceByPriorityOrIsLeftOut) {
     const LabelRequest a{400, 300, 60, 1, 5, 8};
-    struct Row {
+    const struct {
         const char* name;
         std::vector<LabelRequest> requests;
         std::vector<PixelRect> reserved;
         std::vector<bool> shown;
         std::vector<int> dx; // of the shown ones, in order
-    };
-    const Row rows[] = {
+    } rows[] = {
         {"alone: right of the symbol, baseline 3 below", {a}, {}, {true}, {9}},
         {"the same spot twice: the second goes left", {a, a}, {}, {true, true}, {9, -69}},
         {"a reserved area on the right: left", {a}, {{405, 292, 100, 20}}, {true}, {-69}},
@@ -23,7 +22,7 @@ TEST(PlaceLabels, EachTakesTheFirstFreePlaceByPriorityOrIsLeftOut) {
         {"off the area: left out", {{820, 300, 60, 1, 0, 8}}, {}, {false}, {}},
         {"priority beats order", {a, {400, 300, 60, 1, 1, 8}}, {}, {true, true}, {-69, 9}},
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         const std::vector<LabelSpot> spots = PlaceLabels(row.requests, {}, row.reserved, 800, 600);
         ASSERT_EQ(spots.size(), row.shown.size());
