@@ -16,15 +16,9 @@ class Frame : public ::testing::Test {
 protected:
     std::vector<int> CalledLists() {
         std::vector<int> called;
-        for (const auto& call : m_gl.Immediate()) {
-            if (call.What == Op::CallList)
-                called.push_back(call.Number);
-        }
+        for (const auto& call : RecordingGl::Calls(m_gl.Immediate(), Op::CallList))
+            called.push_back(call.Number);
         return called;
-    }
-    const RecordingGl::Call& First(Op what) {
-        const auto& calls = m_gl.Immediate();
-        return *std::find_if(calls.begin(), calls.end(), [&](const auto& c) { return c.What == what; });
     }
     void Draw() {
         m_gl.ClearImmediate();
@@ -77,18 +71,18 @@ TEST_F(Frame, TheGlobesViewportIsTwiceTheHeightSquareOrTheWholeOfAWideWindow) {
     for (const auto& row : rows) {
         m_frame.WidthPx = row.width;
         Draw();
-        const auto& values = First(Op::Viewport).Values;
-        EXPECT_EQ(std::vector<float>(values, values + 4), row.viewport) << row.width;
+        const RecordingGl::Call viewport = RecordingGl::Calls(m_gl.Immediate(), Op::Viewport).at(0);
+        EXPECT_EQ(std::vector<float>(viewport.Values, viewport.Values + 4), row.viewport) << row.width;
     }
 }
 
 // The pixel tests see the globe's square viewport; here the depth that cuts it.
 TEST_F(Frame, ZoomedOutTheGlobeIsCutAtItsCentreZoomedInAtItsNearSurface) {
     Draw();
-    EXPECT_EQ(First(Op::Translate).Values[2], -1.0f);
+    EXPECT_EQ(RecordingGl::Calls(m_gl.Immediate(), Op::Translate).at(0).Values[2], -1.0f);
     m_view.ViewZ = 8.0f;
     Draw();
-    EXPECT_EQ(First(Op::Translate).Values[2], 1.0f - 8.0f);
+    EXPECT_EQ(RecordingGl::Calls(m_gl.Immediate(), Op::Translate).at(0).Values[2], 1.0f - 8.0f);
 }
 
 } // namespace

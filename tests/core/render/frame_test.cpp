@@ -22,20 +22,16 @@ TEST(BuildFrame, HoldsTheProductLineAndRecordsTheStatusLine) {
 
 TEST(BuildNetworkMarks, MarksOnlyFlaggedNetworksSideBySide) {
     RecordingGl gl;
-    const auto vertexXs = [&](int width) {
-        std::vector<float> xs;
-        for (const auto& call : gl.List(lists::kNetworkMarks)) {
-            if (call.What == Op::Vertex)
-                xs.push_back((call.Values[0] + 1.0f) * float(width) / 2.0f);
-        }
-        return xs;
+    const auto marks = [&](bool ivao, bool vatsim) {
+        BuildNetworkMarks(gl, DefaultColourTable(), 800, 600, {ivao, vatsim});
+        return RecordingGl::Calls(gl.List(lists::kNetworkMarks), Op::Vertex);
     };
-    BuildNetworkMarks(gl, DefaultColourTable(), 800, 600, {false, false});
-    EXPECT_TRUE(vertexXs(800).empty());
-    BuildNetworkMarks(gl, DefaultColourTable(), 800, 600, {false, true});
-    EXPECT_EQ(vertexXs(800).size(), 4u);
-    BuildNetworkMarks(gl, DefaultColourTable(), 800, 600, {true, true});
-    EXPECT_EQ(vertexXs(800).size(), 8u);
+    EXPECT_TRUE(marks(false, false).empty());
+    const auto one = marks(false, true), both = marks(true, true);
+    ASSERT_EQ(one.size(), 4u);
+    ASSERT_EQ(both.size(), 8u);
+    EXPECT_LT(both[3].Values[0], both[4].Values[0]); // side by side, IVAO first
+    EXPECT_EQ(both[4].Values[0], one[0].Values[0]);
 }
 
 TEST(BuildTitleBox, NamesTheProgramAndItsSources) {

@@ -27,10 +27,7 @@ TEST(BuildGlobe, ShadesNinetyBandsByTheirSouthernEdge) {
     RecordingGl gl;
     const ColourTable colours = DefaultColourTable();
     BuildGlobe(gl, colours);
-    std::vector<Call> bands;
-    for (const Call& call : gl.List(lists::kGlobe))
-        if (call.What == Op::Colour)
-            bands.push_back(call);
+    const std::vector<Call> bands = RecordingGl::Calls(gl.List(lists::kGlobe), Op::Colour);
     ASSERT_EQ(bands.size(), 90u);
     EXPECT_FLOAT_EQ(bands.front().Values[2], colours.Blue[kSlotGlobePoles]);
     float rgb[3];
@@ -57,11 +54,9 @@ TEST(BuildLineFile, CoastlinesShadePerSegmentBordersTakeOneColour) {
     BuildLineFile(gl, lists::kCoastlines, u"0:1\n45:2\n89:3\n", colours, true);
     EXPECT_EQ(RecordingGl::Count(gl.List(lists::kCoastlines), Op::Colour), 2);
     BuildLineFile(gl, lists::kBorders, u"0:1\n45:2\n89:3\n", colours, false);
-    const auto& borders = gl.List(lists::kBorders);
-    ASSERT_EQ(RecordingGl::Count(borders, Op::Colour), 1);
-    const Call colour =
-        *std::find_if(borders.begin(), borders.end(), [](const Call& c) { return c.What == Op::Colour; });
-    EXPECT_FLOAT_EQ(colour.Values[0], colours.Red[kSlotCountryBorders]);
+    const std::vector<Call> colour = RecordingGl::Calls(gl.List(lists::kBorders), Op::Colour);
+    ASSERT_EQ(colour.size(), 1u);
+    EXPECT_FLOAT_EQ(colour[0].Values[0], colours.Red[kSlotCountryBorders]);
 }
 
 class LoadGeographyFiles : public ::testing::Test {

@@ -31,6 +31,13 @@ const std::vector<RecordingGl::Call>& RecordingGl::List(int list) const {
     return it == m_lists.end() ? empty : it->second;
 }
 
+std::vector<RecordingGl::Call> RecordingGl::Calls(const std::vector<Call>& calls, Op what) {
+    std::vector<Call> kind;
+    std::copy_if(calls.begin(), calls.end(), std::back_inserter(kind),
+                 [&](const Call& c) { return c.What == what; });
+    return kind;
+}
+
 int RecordingGl::Count(const std::vector<Call>& calls, Op what, int number) {
     return int(std::count_if(calls.begin(), calls.end(), [&](const Call& c) {
         return c.What == what && (number < 0 || c.Number == number);

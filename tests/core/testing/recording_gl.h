@@ -96,7 +96,9 @@ public:
     const std::vector<Call>& Immediate() const { return m_immediate; }
     void ClearImmediate() { m_immediate.clear(); }
 
-    // How many calls are of that kind (with that number: a primitive, a list base...).
+    // The calls of that kind, in order, and how many there are (with that number: a primitive, a list
+    // base...).
+    static std::vector<Call> Calls(const std::vector<Call>& calls, Op what);
     static int Count(const std::vector<Call>& calls, Op what, int number = -1);
     // The Windows-1252 codes printed into calls, as a text.
     static std::vector<unsigned char> Printed(const std::vector<Call>& calls);
