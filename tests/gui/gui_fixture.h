@@ -66,19 +66,11 @@ inline int BlackIn(const QImage& image, const QRect& area) {
     return CountNear(image, qRgb(0, 0, 0), 2, area);
 }
 
-// An IVAO pilot cruising east at FL350 and 450 knots at this place; more fields as given.
-inline QString CruisingPilot(const QString& callsign, double lat, double lon,
-                             const network::testing::Fields& more = {}) {
-    network::testing::Fields fields = {{0, callsign},
-                                       {1, u"200001"_s},
-                                       {2, u"Test Pilot"_s},
-                                       {5, QString::number(lat, 'f', 5)},
-                                       {6, QString::number(lon, 'f', 5)},
-                                       {7, u"35000"_s},
-                                       {8, u"450"_s},
-                                       {45, u"90"_s}};
-    fields.insert(fields.end(), more.begin(), more.end());
-    return network::testing::PilotLine(0, fields);
+// An IVAO pilot cruising east at FL350 and 450 knots at this place; more fields as given ("11=EDDF|...").
+inline QString CruisingPilot(const QString& callsign, double lat, double lon, const QString& more = {}) {
+    const QString place = u"5=%1|6=%2|"_s.arg(QString::number(lat, 'f', 5), QString::number(lon, 'f', 5));
+    return network::testing::PilotLine(0, u"0=%1|1=200001|2=Test Pilot|7=35000|8=450|45=90|"_s.arg(callsign) +
+                                              place + more);
 }
 
 class Gui : public ::testing::Test {
@@ -124,9 +116,13 @@ public:
         return QImage(path);
     }
 
-    // A value of the settings file the program wrote.
-    QString Setting(const char16_t* section, const char16_t* key) const {
-        return IniFile::Load(m_home.filePath(u"skln.ini"_s)).Value(section, key, QString());
+    // Values of the settings file the program wrote, the keys and the values blank-separated.
+    QString Setting(const QString& section, const QString& keys) const {
+        const IniFile ini = IniFile::Load(m_home.filePath(u"skln.ini"_s));
+        QStringList values;
+        for (const QString& key : keys.split(u' '))
+            values.append(ini.Value(section, key, QString()));
+        return values.join(u' ');
     }
 
     // Writes a file of the home folder.

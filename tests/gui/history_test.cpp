@@ -12,7 +12,7 @@ const QRgb kIvao = qRgb(0x28, 0x8D, 0xFF);
 
 // The pilot a little further north at each download, filed to Copenhagen.
 QString Pilot(double lat) {
-    return CruisingPilot(u"DLH1"_s, lat, 10, {{11, u"EDDF"_s}, {13, u"EKCH"_s}, {30, u"DCT"_s}});
+    return CruisingPilot(u"DLH1"_s, lat, 10, u"11=EDDF|13=EKCH|30=DCT"_s);
 }
 
 class History : public Gui {
