@@ -17,14 +17,10 @@ namespace {
 
 using sky::testing::Gzip;
 
-QByteArray Whazzup(const QByteArray& callsign) {
-    return network::testing::WhazzupText(
-               {QString::fromUtf8(callsign +
-                                  ":800001:Jane Roe EDDF:PILOT::50.1:8.6:35000:450:B738:450:EDDF:"
-                                  "FL350:KJFK" +
-                                  QByteArray(26, ':'))},
-               u"20261121142305"_s, 1, 2)
-        .toUtf8();
+QByteArray Whazzup(const QString& callsign) {
+    const QString pilot =
+        network::testing::PilotLine(0, u"0=%1|1=800001|5=50.1|6=8.6|7=35000"_s.arg(callsign));
+    return network::testing::WhazzupText({pilot}, u"20261121142305"_s, 1, 2).toUtf8();
 }
 
 class DownloadAgainstLocalServer : public ::testing::Test {
@@ -43,14 +39,13 @@ protected:
 
 TEST_F(DownloadAgainstLocalServer, FetchesPlainAndGzipDataEndToEnd) {
     m_server.Serve(u"status.txt"_s, "url0=whazzup.txt\ngzurl0=whazzup.txt.gz\nmsg0=<b>hello</b>\n\n\n");
-    m_server.Serve(u"whazzup.txt"_s, Whazzup("PLAIN1"));
-    m_server.Serve(u"whazzup.txt.gz"_s, Gzip(Whazzup("GZIP1")));
+    m_server.Serve(u"whazzup.txt"_s, Whazzup(u"PLAIN1"_s));
+    m_server.Serve(u"whazzup.txt.gz"_s, Gzip(Whazzup(u"GZIP1"_s)));
 
     EXPECT_EQ(Run(false), network::DownloadOutcome::Interpreted);
     EXPECT_EQ(m_download.View.Statuses.last(), u"IVAO data interpreted");
     EXPECT_EQ(m_download.View.Messages, QStringList{u"<b>hello</b>"_s});
     EXPECT_EQ(m_download.Tables[0].Pilots[1].Callsign, u"GZIP1");
-    EXPECT_EQ(m_download.Tables[0].Pilots[1].HomeBase, u"EDDF");
     EXPECT_TRUE(QFile::exists(m_download.Home.filePath(u"data/whazzup.txt.gz"_s)));
 
     m_download.State.Networks[0].Servers.ServerCount = 0;
@@ -65,7 +60,7 @@ TEST_F(DownloadAgainstLocalServer, PicksAServerAtRandom) {
     m_server.Serve(u"status.txt"_s,
                    "url0=http://127.0.0.1:1/whazzup.txt\nurl0=a.txt\nurl0=b.txt\nurl0=c.txt\n\n");
     for (const QString& name : {u"a.txt"_s, u"b.txt"_s, u"c.txt"_s})
-        m_server.Serve(name, Whazzup(name.first(1).toUpper().toUtf8()));
+        m_server.Serve(name, Whazzup(name.first(1).toUpper()));
     QSet<QString> served;
     int interpreted = 0;
     for (int download = 0; download < 10; ++download) {
