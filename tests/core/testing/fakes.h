@@ -32,20 +32,19 @@ public:
     void ShowStatus(const QString& text) override { Statuses.append(text); }
     void ShowNetworkMessage(const QString& text) override { Messages.append(text); }
     void ClearTraffic(int network) override { Cleared.append(network); }
-    void MarksChanged() override { ++MarkChanges; }
+    void MarksChanged() override {}
     QStringList Statuses, Messages;
     QList<int> Cleared;
-    int MarkChanges = 0;
 };
 
 // The window around a map session, recording what the session asked of it.
 class FakeMapHost : public view::MapHost {
 public:
-    void Redraw() override { ++Redraws; }
+    void Redraw() override {}
     void ShowCompanion() override {}
     void ShowNetworkMessage(const QString& text) override { Messages.append(text); }
     void EnableAutoDownload(bool enabled) override { AutoDownload = enabled; }
-    void OpenUrl(const QString& address) override { Opened.append(address); }
+    void OpenUrl(const QString&) override {}
     void Notify(int network, const QString& callsign, const QString& text) override {
         Notified.append(QString::number(network) + u'|' + callsign + u'|' + text);
     }
@@ -56,7 +55,6 @@ public:
     QStringList Charts;   // "network|callsign|member"
     QStringList Notified; // "network|callsign|text"
     QStringList Messages;
-    int Redraws = 0;
     bool AutoDownload = false;
 };
 
