@@ -18,17 +18,12 @@ const QRgb kAtcLabel = qRgb(0x00, 0xFF, 0x4E);
 
 // Thirty aircraft parked at Frankfurt in rows a mile and a half apart, and its tower.
 QStringList ParkedAtFrankfurt() {
-    QStringList lines = {AtcLine(
-        0, {{0, u"EDDF_TWR"_s}, {1, u"300001"_s}, {4, u"118.500"_s}, {5, u"50.0267"_s}, {6, u"8.5584"_s}})};
+    QStringList lines = {AtcLine(0, u"0=EDDF_TWR|1=300001|4=118.500|5=50.0267|6=8.5584"_s)};
     for (int i = 0; i < 30; ++i) {
         const double lat = 50.0267 + (i / 5 - 2.5) * 0.025, lon = 8.5584 + (i % 5 - 2) * 0.039;
-        lines.append(PilotLine(0, {{0, u"DLH%1"_s.arg(100 + i)},
-                                   {1, u"2000%1"_s.arg(10 + i)},
-                                   {5, QString::number(lat, 'f', 5)},
-                                   {6, QString::number(lon, 'f', 5)},
-                                   {11, u"EDDF"_s},
-                                   {13, u"KJFK"_s},
-                                   {45, u"90"_s}}));
+        lines.append(
+            PilotLine(0, u"0=DLH%1|1=2000%2|5=%3|6=%4|11=EDDF|13=KJFK|45=90"_s.arg(100 + i).arg(10 + i).arg(
+                             QString::number(lat, 'f', 5), QString::number(lon, 'f', 5))));
     }
     return lines;
 }

@@ -4,7 +4,10 @@
 
 #include "app/colour_theme.h"
 #include "app/friends.h"
+#include "network/whazzup.h"
+#include "network/whazzup_lines.h"
 #include "refdata/fir_outlines.h"
+#include "refdata/reference_data.h"
 #include "render/traffic_scene.h"
 
 using namespace Qt::StringLiterals;
@@ -17,31 +20,18 @@ namespace {
 class Crowds : public ::testing::Test {
 protected:
     void SetUp() override {
-        network::NetworkData& d = m_tables[1];
-        const auto add = [&](const char16_t* callsign, float lat, float speedKts, const char16_t* from,
-                             const char16_t* to, const char16_t* vid = u"1") {
-            network::PilotRecord& p = d.Pilots[size_t(++d.PilotCount)];
-            p = {};
-            p.Callsign = QString::fromUtf16(callsign);
-            p.VID = QString::fromUtf16(vid);
-            p.Latitude = lat;
-            p.Longitude = 4.764f;
-            p.GroundSpeed = speedKts;
-            p.DepAirport = QString::fromUtf16(from);
-            p.DestAirport = QString::fromUtf16(to);
-            const bool fromAmsterdam = p.DepAirport == u"EHAM", toAmsterdam = p.DestAirport == u"EHAM";
-            p.DepLatitude = fromAmsterdam ? 52.308f : (p.DepAirport == u"EHRD" ? 51.957f : 40.0f);
-            p.DepLongitude = fromAmsterdam ? 4.764f : (p.DepAirport == u"EHRD" ? 4.764f : 0.0f);
-            p.DestLatitude = toAmsterdam ? 52.308f : 30.0f;
-            p.DestLongitude = toAmsterdam ? 4.764f : 0.0f;
+        ReferenceData airports;
+        airports.AddAirports(
+            u"EHAM:Schiphol:Amsterdam:NL:52.308:4.764\nEHRD:Rotterdam:Rotterdam:NL:51.957:4.764\n"_s);
+        const auto at = [](const QString& fields) {
+            return network::testing::PilotLine(1, u"1=1|6=4.764|"_s + fields);
         };
-        add(u"KLM1", 52.308f, 0.0f, u"EHAM", u"LOWW");
-        add(u"KLM2", 52.341f, 0.0f, u"EHAM", u"LOWW");
-        add(u"KLM3", 52.275f, 10.0f, u"EGLL", u"EHAM");
-        add(u"CPA4", 52.242f, 0.0f, u"BIKF", u"LOWW");
-        add(u"KLM5", 52.290f, 180.0f, u"EHAM", u"LOWW");
-        add(u"FRND", 52.330f, 0.0f, u"EHAM", u"LOWW", u"777");
-        add(u"TRA7", 51.957f, 0.0f, u"EHRD", u"LOWW");
+        const QStringList lines = {
+            at(u"0=KLM1|5=52.308|11=EHAM|13=LOWW"_s),       at(u"0=KLM2|5=52.341|11=EHAM|13=LOWW"_s),
+            at(u"0=KLM3|5=52.275|8=10|11=EGLL|13=EHAM"_s),  at(u"0=CPA4|5=52.242|11=BIKF|13=LOWW"_s),
+            at(u"0=KLM5|5=52.290|8=180|11=EHAM|13=LOWW"_s), at(u"0=FRND|1=777|5=52.330|11=EHAM|13=LOWW"_s),
+            at(u"0=TRA7|5=51.957|11=EHRD|13=LOWW"_s)};
+        network::InterpretWhazzup(1, network::testing::WhazzupText(lines), airports, m_tables[1], {});
         m_friends.Add(u"777"_s);
     }
 
@@ -68,13 +58,8 @@ TEST_F(Crowds, ParkedAircraftOfAnAirportAreOneMarkWhileTheirSymbolsWouldOverlap)
         std::vector<int> grouped; // slots
         int departing, arrived;
     } rows[] = {
-        {"zoomed out: the parked and the taxiing, not the airborne, the friend or the lone one",
-         1.0f,
-         {},
-         true,
-         {1, 2, 3, 4},
-         2,
-         1},
+        // Zoomed out: the parked and the taxiing, not the airborne, the friend or the lone one.
+        {"zoomed out", 1.0f, {}, true, {1, 2, 3, 4}, 2, 1},
         {"the selected aircraft stands apart", 1.0f, network::ClientRef{1, true, 2}, true, {1, 3, 4}, 1, 1},
         {"zoomed in, two miles apart stand clear", 50.0f, {}, true, {}, 0, 0},
         {"every label drawn: no crowds", 1.0f, {}, false, {}, 0, 0},
