@@ -27,7 +27,7 @@ public:
     void ClosePanels() override { *Panels = render::PanelMode::None; }
     void Redraw() override { ++Redraws; }
     QStringList Log;
-    QString Status = u"before"_s;
+    QString Status;
     geo::ViewState* View = nullptr;
     render::PanelMode* Panels = nullptr;
     int Redraws = 0;
@@ -47,9 +47,12 @@ protected:
                                    network::testing::AtcLine(0, u"0=EDDF_TWR|1=555|5=50.03"_s)};
         network::InterpretWhazzup(0, network::testing::WhazzupText(lines), ReferenceData(), m_tables[0], {});
     }
-    void Up(int key, int modifiers = 0) {
+    // Releases a key; what the status line says after it (empty: nothing).
+    QString Up(int key, int modifiers = 0) {
+        m_commands.Status.clear();
         KeyContext context{m_settings, m_display, m_view, m_panels, m_friends, m_tables, m_commands};
         KeyUp(context, key, modifiers);
+        return m_commands.Status;
     }
     void Down(int key, int modifiers = 0) {
         KeyContext context{m_settings, m_display, m_view, m_panels, m_friends, m_tables, m_commands};
@@ -101,17 +104,13 @@ TEST_F(Keys, BeforeTheFirstDownloadOnlyTheGeneralKeysAct) {
     EXPECT_TRUE(m_settings.ShowPlaneLabels);
     EXPECT_TRUE(m_settings.ShowPlanes);
     EXPECT_TRUE(m_commands.Log.isEmpty());
-    Up(keys::Letter('G'));
+    EXPECT_EQ(Up(keys::Letter('G')), u"Lat/Lon grid toggle");
     EXPECT_FALSE(m_settings.ShowLatLon);
-    EXPECT_EQ(m_commands.Status, u"Lat/Lon grid toggle");
-    Up(keys::Letter('C'));
+    EXPECT_EQ(Up(keys::Letter('C')), u"Country borders toggle");
     EXPECT_FALSE(m_display.ShowCountries);
-    EXPECT_EQ(m_commands.Status, u"Country borders toggle");
     m_settings.DisableCountries = true; // then the key does nothing and says nothing
-    m_commands.Status.clear();
-    Up(keys::Letter('C'));
+    EXPECT_TRUE(Up(keys::Letter('C')).isEmpty());
     EXPECT_FALSE(m_display.ShowCountries);
-    EXPECT_TRUE(m_commands.Status.isEmpty());
     Up(keys::Letter('I'), keys::kCtrl);
     Up(keys::Letter('V'));
     Up(keys::Letter('B'));
@@ -120,38 +119,31 @@ TEST_F(Keys, BeforeTheFirstDownloadOnlyTheGeneralKeysAct) {
 
 TEST_F(Keys, ShiftAloneStoresAViewAnyOtherModifierRestores) {
     m_view = {1.0f, 2.0f, 3.0f};
-    Up(keys::Digit(2), keys::kShift);
+    EXPECT_EQ(Up(keys::Digit(2), keys::kShift), u"Current view stored as View 2");
     EXPECT_EQ(m_settings.X[1], 1.0f);
     EXPECT_EQ(m_settings.Z[1], 3.0f);
-    EXPECT_EQ(m_commands.Status, u"Current view stored as View 2");
-    Up(keys::Digit(1), keys::kCtrl);
+    EXPECT_EQ(Up(keys::Digit(1), keys::kCtrl), u"View 1 restored");
     EXPECT_EQ(m_view.ViewX, m_settings.X[0]);
-    EXPECT_EQ(m_commands.Status, u"View 1 restored");
-    Up(keys::Digit(2));
+    EXPECT_EQ(Up(keys::Digit(2)), u"View 2 restored");
     EXPECT_EQ(m_view.ViewZ, 3.0f);
-    EXPECT_EQ(m_commands.Status, u"View 2 restored");
 }
 
 TEST_F(Keys, LayerKeysWithShiftLabelKeysWithoutAndOnlyWhileTheLayerShows) {
     Online();
-    Up(keys::F(4), keys::kShift);
+    EXPECT_EQ(Up(keys::F(4), keys::kShift), u"Airport display toggle");
     EXPECT_FALSE(m_settings.ShowAirports);
-    EXPECT_EQ(m_commands.Status, u"Airport display toggle");
     const int redraws = m_commands.Redraws;
-    Up(keys::F(4));
-    EXPECT_TRUE(m_settings.ShowAirportLabels); // the layer is off: nothing but a redraw
-    EXPECT_EQ(m_commands.Status, u"Airport display toggle");
+    EXPECT_TRUE(Up(keys::F(4)).isEmpty()); // the layer is off: nothing but a redraw
+    EXPECT_TRUE(m_settings.ShowAirportLabels);
     EXPECT_EQ(m_commands.Redraws, redraws + 1);
-    Up(keys::F(5));
+    EXPECT_EQ(Up(keys::F(5)), u"ATC labels toggle");
     EXPECT_FALSE(m_settings.ShowATCLabels);
-    EXPECT_EQ(m_commands.Status, u"ATC labels toggle");
     Up(keys::F(6), keys::kShift);
     EXPECT_EQ(m_commands.Log.last(), u"unhighlight");
     Up(keys::F(1));
     EXPECT_FALSE(m_settings.ShowPlaneLabels || m_settings.ShowATCLabels || m_settings.ShowAirportLabels);
-    Up(keys::F(1));
+    EXPECT_EQ(Up(keys::F(1)), u"All labels toggle");
     EXPECT_TRUE(m_settings.ShowPlaneLabels && m_settings.ShowATCLabels && m_settings.ShowAirportLabels);
-    EXPECT_EQ(m_commands.Status, u"All labels toggle");
 }
 
 TEST_F(Keys, FriendsFilterCountsFriendsOnlineAndComparisonViewIgnoresNetworkKeys) {
@@ -159,19 +151,16 @@ TEST_F(Keys, FriendsFilterCountsFriendsOnlineAndComparisonViewIgnoresNetworkKeys
     Up(keys::F(2));
     EXPECT_FALSE(m_display.FriendsOnly); // an empty friends list: nothing
     m_friends.Add(u"999"_s);
-    Up(keys::F(2));
-    EXPECT_EQ(m_commands.Status, u"No friends online");
+    EXPECT_EQ(Up(keys::F(2)), u"No friends online");
     m_friends.Add(u"555"_s);
     Up(keys::F(2), keys::kShift);
     EXPECT_FALSE(m_display.FriendsOnly);
-    Up(keys::F(2));
+    EXPECT_EQ(Up(keys::F(2)), u"Friends toggle (2 online)");
     EXPECT_TRUE(m_display.FriendsOnly);
-    EXPECT_EQ(m_commands.Status, u"Friends toggle (2 online)");
     Up(keys::F(3));
     EXPECT_FALSE(m_settings.ShowInbounds); // no inbound lines among friends
-    Up(keys::F(2));
+    EXPECT_EQ(Up(keys::F(2)), u"Friends toggle");
     EXPECT_FALSE(m_display.FriendsOnly);
-    EXPECT_EQ(m_commands.Status, u"Friends toggle");
     EXPECT_EQ(m_commands.Log, (QStringList{u"rebuild 0"_s, u"rebuild 0"_s}));
 
     m_display.ShownNetwork = 2;
@@ -189,12 +178,11 @@ TEST_F(Keys, CentreOnMyselfLetsTheLastMatchingPilotWin) {
     m_settings.IVAO_ID = u"555"_s;
     m_settings.ShowATC = false;
     m_settings.ShowPlanes = false;
-    Up(keys::Digit(4));
+    EXPECT_EQ(Up(keys::Digit(4)), u"Centered on myself (MINE)");
     EXPECT_EQ(m_view.ViewY, -50.0f);
     EXPECT_EQ(m_view.ViewX, 8.0f);
     EXPECT_EQ(m_view.ViewZ, 16.0f);
     EXPECT_TRUE(m_settings.ShowATC && m_settings.ShowPlanes);
-    EXPECT_EQ(m_commands.Status, u"Centered on myself (MINE)");
 
     m_settings.IVAO_ID = u"123"_s;
     m_view = {};
