@@ -33,8 +33,7 @@ TEST(FormatUtcTime, TakesHoursAndMinutesOfTheStamp) {
 
 TEST(OnlineTime, WholeMinutesFromLogonToTheDataTime) {
     const struct {
-        const char16_t* logon;
-        const char16_t* update;
+        const char16_t *logon, *update;
         const char16_t* expected;
     } rows[] = {
         {u"20261121121800", u"20261121142305", u"2h 05m"},

@@ -37,8 +37,7 @@ TEST(FlightStatus, JudgesEachPhaseAtItsBoundaries) {
     // One degree of longitude at 50N is about 38.6 nm.
     const struct {
         float lonOffset, speed, altitude;
-        const char16_t* planned;
-        const char16_t* status;
+        const char16_t *planned, *status;
     } rows[] = {
         {0.0f, 0, 364, u"FL350", u"Boarding"},
         {0.0f, 4.9f, 364, u"FL350", u"Boarding"},

@@ -87,8 +87,7 @@ TEST_F(Whazzup, NamesLoseTheirTailsAndTypesGiveTheirAircraftCode) {
 
 TEST_F(Whazzup, AltitudeAndSpeedAreLimited) {
     const struct {
-        const char16_t* altitude;
-        const char16_t* speed;
+        const char16_t *altitude, *speed;
         float altitudeFt, speedKts;
     } rows[] = {
         {u"35000", u"450", 35000, 450},
