@@ -23,6 +23,11 @@ protected:
     InterpretResult Read(int network, const TranslatedFeed& feed) {
         return InterpretWhazzup(network, feed.Text, m_reference, m_data, QDateTime());
     }
+    // Pilots, controllers, observers, clients and reload minutes, as read.
+    std::vector<int> Figures() const {
+        return {m_data.PilotCount, m_data.ControllerCount, m_data.ObserverCount, m_data.ConnectedClients,
+                m_data.ReloadMinutes};
+    }
     ReferenceData m_reference;
     NetworkData m_data;
 };
@@ -51,25 +56,17 @@ TEST_F(JsonFeeds, AVatsimCaptureReadsLikeItsTextFile) {
     ASSERT_TRUE(feed.Ok);
     EXPECT_EQ(feed.UpdateStamp, u"20261121142305");
     EXPECT_TRUE(Read(1, feed).HasClients);
-    EXPECT_EQ(m_data.PilotCount, 3);
-    EXPECT_EQ(m_data.ControllerCount, 4);
-    EXPECT_EQ(m_data.ObserverCount, 2);
-    EXPECT_EQ(m_data.ConnectedClients, 6); // 7 connections less the ATIS
-    EXPECT_EQ(m_data.ReloadMinutes, 1);
+    // Pilots, controllers, observers, the clients (7 connections less the ATIS), the reload minutes.
+    EXPECT_EQ(Figures(), (std::vector<int>{3, 4, 2, 6, 1}));
 
     const PilotRecord& dlh = m_data.Pilots[1];
-    EXPECT_EQ(dlh.RealName, u"Jane Roe");
-    EXPECT_EQ(dlh.AircraftType, u"A320/L");
-    EXPECT_EQ(dlh.DepTime, u"1315");
-    EXPECT_EQ(dlh.EnrouteTime, u"0125");
-    EXPECT_EQ(dlh.PlannedAltitude, u"35000");
-    EXPECT_EQ(dlh.Heading, 271);
-    // A pilot certificate (IR) is no controller rating: neither a rating nor a supervisor.
-    EXPECT_EQ(dlh.Rating, 0);
-    EXPECT_EQ(dlh.AdminRating, 0);
-    EXPECT_EQ(dlh.PilotCertificate, 3);
-    EXPECT_EQ(dlh.TimeConnected, u"20261121121800");
-    EXPECT_EQ(dlh.Route, u"ANEKI Y7 NIK");
+    EXPECT_EQ((QStringList{dlh.RealName, dlh.AircraftType, dlh.DepTime, dlh.EnrouteTime, dlh.PlannedAltitude,
+                           dlh.TimeConnected, dlh.Route}),
+              (QStringList{u"Jane Roe"_s, u"A320/L"_s, u"1315"_s, u"0125"_s, u"35000"_s, u"20261121121800"_s,
+                           u"ANEKI Y7 NIK"_s}));
+    // Heading, rating, supervisor, certificate: a pilot certificate (IR) is no controller rating.
+    EXPECT_EQ((std::vector<int>{dlh.Heading, dlh.Rating, dlh.AdminRating, dlh.PilotCertificate}),
+              (std::vector<int>{271, 0, 0, 3}));
 
     const PilotRecord& strings = m_data.Pilots[2]; // numbers sent as strings, no flight plan
     EXPECT_EQ(strings.Latitude, 40.6f);
@@ -83,7 +80,7 @@ TEST_F(JsonFeeds, AVatsimCaptureReadsLikeItsTextFile) {
 
     const ControllerRecord& tower = m_data.Controllers[1];
     EXPECT_EQ(tower.AtisMessage, u"Frankfurt Tower^§Information B");
-    EXPECT_FLOAT_EQ(tower.Latitude, 50.03f); // the centre of its transceivers
+    EXPECT_FLOAT_EQ(tower.Latitude, 50.03f);          // the centre of its transceivers
     EXPECT_EQ(m_data.Controllers[2].AdminRating, 11); // the supervisor
     EXPECT_EQ(m_data.Controllers[4].FacilityType, kFacilityAtis);
 }
@@ -93,23 +90,15 @@ TEST_F(JsonFeeds, AnIvaoCaptureReadsLikeItsTextFile) {
     ASSERT_TRUE(feed.Ok);
     EXPECT_EQ(feed.UpdateStamp, u"20261121142305");
     EXPECT_TRUE(Read(0, feed).HasClients);
-    EXPECT_EQ(m_data.PilotCount, 2);
-    EXPECT_EQ(m_data.ControllerCount, 2);
-    EXPECT_EQ(m_data.ObserverCount, 1);
-    EXPECT_EQ(m_data.ConnectedClients, 4); // 5 less the follow-me car
+    EXPECT_EQ(Figures(), (std::vector<int>{2, 2, 1, 4, 1})); // the clients: 5 less the follow-me car
 
     const PilotRecord& afr = m_data.Pilots[1];
-    EXPECT_EQ(afr.VID, u"512345");
-    EXPECT_EQ(afr.DepTime, u"1315");
-    EXPECT_EQ(afr.EnrouteTime, u"0130");
-    EXPECT_EQ(afr.POB, 174);
-    EXPECT_EQ(afr.FlightType, u"S");
-    EXPECT_EQ(afr.Rating, 5);
-    EXPECT_EQ(afr.Heading, 95);
+    EXPECT_EQ((QStringList{afr.VID, afr.DepTime, afr.EnrouteTime, afr.FlightType, afr.Software,
+                           afr.PlannedAltitude, afr.CruiseSpeed}),
+              (QStringList{u"512345"_s, u"1315"_s, u"0130"_s, u"S"_s, u"altitude/win 1.10.2b"_s, u"F360"_s,
+                           u"N0450"_s}));
+    EXPECT_EQ((std::vector<int>{afr.POB, afr.Rating, afr.Heading}), (std::vector<int>{174, 5, 95}));
     EXPECT_EQ(afr.Altitude, 36000.0f);
-    EXPECT_EQ(afr.Software, u"altitude/win 1.10.2b");
-    EXPECT_EQ(afr.PlannedAltitude, u"F360");
-    EXPECT_EQ(afr.CruiseSpeed, u"N0450");
 
     const PilotRecord& nan = m_data.Pilots[2]; // NaN and null values read as 0
     EXPECT_EQ(nan.Latitude, 0.0f);

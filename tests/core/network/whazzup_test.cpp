@@ -110,18 +110,16 @@ TEST_F(Whazzup, AltitudeAndSpeedAreLimited) {
 
 TEST_F(Whazzup, EachNetworkReadsItsOwnFieldsForRatingsHeadingAndSoftware) {
     const PilotRecord ivao = Pilot(0, u"16=9|38= IvAp|39=2.0.2 |40=2|41=5|43=S|44=180|45=271.5"_s);
-    EXPECT_EQ(ivao.Rating, 5);
-    EXPECT_EQ(ivao.AdminRating, 2);
-    EXPECT_EQ(ivao.Heading, 272);
-    EXPECT_EQ(ivao.POB, 180);
+    // Rating, supervisor, heading, people on board.
+    EXPECT_EQ((std::vector<int>{ivao.Rating, ivao.AdminRating, ivao.Heading, ivao.POB}),
+              (std::vector<int>{5, 2, 272, 180}));
     EXPECT_EQ(ivao.FlightType, u"S");
     EXPECT_EQ(ivao.Software, u"IvAp 2.0.2");
 
     const PilotRecord vatsim = Pilot(1, u"16=3|38=90.5|40=7|44=180"_s);
-    EXPECT_EQ(vatsim.Rating, 3);
-    EXPECT_EQ(vatsim.AdminRating, 3);
-    EXPECT_EQ(vatsim.Heading, 90); // 90.5 to the even neighbour
-    EXPECT_EQ(vatsim.POB, 0);
+    // The heading 90.5 to the even neighbour.
+    EXPECT_EQ((std::vector<int>{vatsim.Rating, vatsim.AdminRating, vatsim.Heading, vatsim.POB}),
+              (std::vector<int>{3, 3, 90, 0}));
     EXPECT_EQ(vatsim.Software, u"");
 }
 
@@ -198,15 +196,11 @@ TEST_F(Whazzup, ControllerFieldsAreReadAsSent) {
     const ControllerRecord c =
         Controller(0, u"0=eddf_twr|1=123456|2=Hans Meier°x|4=119.900|14=EU1|19=50|"
                       "35=Frankfurt Tower^§Info A|37=20261121120000|38=IvAc|39=1.2|40=11|41=5"_s);
-    EXPECT_EQ(c.Callsign, u"EDDF_TWR");
-    EXPECT_EQ(c.RealName, u"Hans Meier");
-    EXPECT_EQ(c.Frequency, u"119.900");
+    EXPECT_EQ((QStringList{c.Callsign, c.RealName, c.Frequency, c.AtisMessage, c.Software, c.TimeConnected}),
+              (QStringList{u"EDDF_TWR"_s, u"Hans Meier"_s, u"119.900"_s, u"Frankfurt Tower^§Info A"_s,
+                           u"IvAc 1.2"_s, u"20261121120000"_s}));
     EXPECT_EQ(c.VisualRange, 50.0f);
-    EXPECT_EQ(c.AtisMessage, u"Frankfurt Tower^§Info A");
-    EXPECT_EQ(c.Rating, 5);
-    EXPECT_EQ(c.AdminRating, 11);
-    EXPECT_EQ(c.Software, u"IvAc 1.2");
-    EXPECT_EQ(c.TimeConnected, u"20261121120000");
+    EXPECT_EQ((std::vector<int>{c.Rating, c.AdminRating}), (std::vector<int>{5, 11}));
 }
 
 TEST_F(Whazzup, InterpretationFillsTheTablesAndFigures) {
@@ -218,10 +212,10 @@ TEST_F(Whazzup, InterpretationFillsTheTablesAndFigures) {
     const InterpretResult result = Interpret(1, text);
     EXPECT_TRUE(result.Read);
     EXPECT_TRUE(result.HasClients);
-    EXPECT_EQ(m_data.PilotCount, 2);
-    EXPECT_EQ(m_data.ControllerCount, 3);
-    EXPECT_EQ(m_data.ObserverCount, 1);
-    EXPECT_EQ(m_data.ConnectedClients, 4); // 6 less the ATIS and the follow-me car
+    // Pilots, controllers, observers, and the clients: 6 less the ATIS and the follow-me car.
+    EXPECT_EQ((std::vector<int>{m_data.PilotCount, m_data.ControllerCount, m_data.ObserverCount,
+                                m_data.ConnectedClients}),
+              (std::vector<int>{2, 3, 1, 4}));
     EXPECT_EQ(m_data.UpdateStamp, u"20261121142305");
     EXPECT_EQ(m_data.Pilots[2].Callsign, u"BAW2");
     EXPECT_EQ(m_data.Controllers[1].Callsign, u"EDDF_TWR");
