@@ -1,6 +1,5 @@
 #include "view/map_session.h"
 
-#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 
