@@ -30,9 +30,8 @@ QStringList Feed(const QString& friendCallsign = {}) {
     for (const Flight& f : kFlights) {
         const QString callsign = QString::fromUtf16(f.Callsign);
         pilots.append(CruisingPilot(callsign, f.Lat, f.Lon,
-                                    {{1, callsign == friendCallsign ? u"111"_s : u"200001"_s},
-                                     {11, u"EDDM"_s},
-                                     {13, QString::fromUtf16(f.To)}}));
+                                    u"1=%1|11=EDDM|13=%2"_s.arg(callsign == friendCallsign ? u"111"_s : u"200001"_s,
+                                                                QString::fromUtf16(f.To))));
     }
     return pilots;
 }
