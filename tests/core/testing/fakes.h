@@ -44,7 +44,7 @@ public:
     void ShowCompanion() override {}
     void ShowNetworkMessage(const QString& text) override { Messages.append(text); }
     void EnableAutoDownload(bool enabled) override { AutoDownload = enabled; }
-    void OpenUrl(const QString&) override {}
+    void OpenUrl(const QString& address) override { Opened.append(address); }
     void Notify(int network, const QString& callsign, const QString& text) override {
         Notified.append(QString::number(network) + u'|' + callsign + u'|' + text);
     }
