@@ -78,7 +78,7 @@ FontGlyphs RenderFont(int base, const QFont& font) {
     return glyphs;
 }
 
-// Packs both fonts row by row into one alpha texture, a pixel apart, and notes where each glyph went.
+// Packs both fonts row by row into one alpha texture, two pixels apart, and notes where each glyph went.
 unsigned UploadAtlas(const FontGlyphs& small, const FontGlyphs& bold, GlyphAtlas& atlas) {
     constexpr int kWidth = 1024;
     struct Place {
@@ -92,21 +92,24 @@ unsigned UploadAtlas(const FontGlyphs& small, const FontGlyphs& bold, GlyphAtlas
         places.push_back({&small.Images[size_t(code)], &atlas.Small[size_t(code)], small.Descent});
         places.push_back({&bold.Images[size_t(code)], &atlas.Bold[size_t(code)], bold.Descent});
     }
-    int x = 1, y = 1, rowHeight = 0;
+    constexpr int kGap = 2;
+    int x = kGap, y = kGap, rowHeight = 0;
     for (Place& p : places) {
-        if (x + p.Image->width() + 1 > kWidth) {
-            x = 1;
-            y += rowHeight + 1;
+        if (x + p.Image->width() + kGap > kWidth) {
+            x = kGap;
+            y += rowHeight + kGap;
             rowHeight = 0;
         }
         p.X = x;
         p.Y = y;
-        x += p.Image->width() + 1;
+        x += p.Image->width() + kGap;
         rowHeight = std::max(rowHeight, p.Image->height());
     }
     int height = 1;
-    while (height < y + rowHeight + 1)
+    while (height < y + rowHeight + kGap)
         height *= 2;
+    atlas.Width = kWidth;
+    atlas.Height = height;
     std::vector<GLubyte> alpha(size_t(kWidth * height), 0);
     for (const Place& p : places) {
         const int w = p.Image->width(), h = p.Image->height();
@@ -148,8 +151,8 @@ GlyphAtlas BuildGlyphFonts(double devicePixelRatio, unsigned previousTexture) {
     }
     const FontGlyphs small = RenderFont(render::lists::kSmallFontBase,
                                         MakeFont("DejaVu Sans Mono", int(std::lround(10 * ratio)), false));
-    const FontGlyphs bold =
-        RenderFont(render::lists::kBoldFontBase, MakeFont("Liberation Sans", int(std::lround(12 * ratio)), true));
+    const FontGlyphs bold = RenderFont(render::lists::kBoldFontBase,
+                                       MakeFont("Liberation Sans", int(std::lround(12 * ratio)), true));
     GlyphAtlas atlas;
     atlas.DevicePixelRatio = ratio;
     atlas.Texture = UploadAtlas(small, bold, atlas);

@@ -9,14 +9,16 @@ struct GlyphBox {
     int Advance = 0;
     int Width = 0;
     int Height = 0;
-    int Descent = 0;         // rows below the baseline
-    float U0 = 0, V0 = 0;    // the texture coordinates of its lower left corner
-    float U1 = 0, V1 = 0;    // and of its upper right corner
+    int Descent = 0;      // rows below the baseline
+    float U0 = 0, V0 = 0; // the texture coordinates of its lower left corner
+    float U1 = 0, V1 = 0; // and of its upper right corner
 };
 
 // Both fonts' glyphs, codes 0 to 254, in one alpha texture.
+// Glyphs lie two texels apart, so a glyph's outline, a texel round it, takes nothing of its neighbours.
 struct GlyphAtlas {
     unsigned Texture = 0;
+    int Width = 1, Height = 1; // of the texture, in texels
     double DevicePixelRatio = 1.0;
     std::array<GlyphBox, 255> Small{};
     std::array<GlyphBox, 255> Bold{};

@@ -18,6 +18,7 @@ const char* const kVertexShader = R"(#version 120
 uniform vec4 viewport;
 uniform vec4 drawn;
 varying vec2 texel;
+varying vec4 outline;
 void main() {
     vec4 clip = gl_ModelViewMatrix * gl_Vertex;
     if (clip.w <= 0.0 || any(greaterThan(abs(clip.xyz), vec3(clip.w)))) {
@@ -29,14 +30,29 @@ void main() {
     }
     gl_FrontColor = gl_Color;
     texel = gl_MultiTexCoord0.xy;
+    outline = gl_MultiTexCoord2;
 }
 )";
 
-// As a bitmap: the set pixels take the colour, the others are left alone.
+// As a bitmap: the set pixels take the colour, the others are left alone. An outline's quad (an outline
+// colour with an alpha above 0) instead takes its colour on every pixel that is set or has a set
+// neighbour: the glyph grown by a pixel, which the glyph itself is then drawn over.
 const char* const kFragmentShader = R"(#version 120
 uniform sampler2D glyphs;
+uniform vec2 texelSize;
 varying vec2 texel;
+varying vec4 outline;
 void main() {
+    if (outline.a > 0.0) {
+        float grown = 0.0;
+        for (int dy = -1; dy <= 1; ++dy)
+            for (int dx = -1; dx <= 1; ++dx)
+                grown = max(grown, texture2D(glyphs, texel + vec2(float(dx), float(dy)) * texelSize).a);
+        if (grown < 0.5)
+            discard;
+        gl_FragColor = outline;
+        return;
+    }
     if (texture2D(glyphs, texel).a < 0.5)
         discard;
     gl_FragColor = gl_Color;
@@ -69,6 +85,7 @@ bool TextBatch::Initialise(QOpenGLFunctions& functions) {
     program->setUniformValue("glyphs", 0);
     m_viewportLocation = program->uniformLocation("viewport");
     m_drawnLocation = program->uniformLocation("drawn");
+    m_texelSizeLocation = program->uniformLocation("texelSize");
     program->release();
     m_program = std::move(program);
     return true;
@@ -90,7 +107,7 @@ void TextBatch::Move(float dx, float dy) {
 void TextBatch::Glyph(bool bold, unsigned char code) {
     const GlyphBox& box = m_atlas.Glyph(bold, code);
     m_quads.push_back(Quad{m_anchor[0], m_anchor[1], m_anchor[2], float(m_penX), float(m_penY - box.Descent),
-                           &box, m_colour});
+                           &box, m_colour, m_outline});
     m_penX += box.Advance;
 }
 
@@ -98,7 +115,28 @@ void TextBatch::Flush() {
     if (m_quads.empty() || !m_program)
         return;
     m_functions->glUseProgram(m_program->programId());
+    const auto corner = [](const Quad& q, float x, float y, float u, float v) {
+        glMultiTexCoord2f(GL_TEXTURE0, u, v);
+        glMultiTexCoord2f(GL_TEXTURE1, x, y);
+        glVertex3f(q.X, q.Y, q.Z);
+    };
+    // Every outline first, a texel and a pixel larger each way than its glyph, then every glyph over
+    // them: no outline covers any glyph, of its own label or another.
+    const float du = 1.0f / float(m_atlas.Width), dv = 1.0f / float(m_atlas.Height);
     glBegin(GL_QUADS);
+    for (const Quad& q : m_quads) {
+        if (!q.Outline)
+            continue;
+        const GlyphBox& b = *q.Box;
+        glMultiTexCoord4f(GL_TEXTURE2, q.Outline->R, q.Outline->G, q.Outline->B, q.Outline->A);
+        const float left = q.Left - 1, bottom = q.Bottom - 1;
+        const float right = q.Left + float(b.Width) + 1, top = q.Bottom + float(b.Height) + 1;
+        corner(q, left, bottom, b.U0 - du, b.V0 - dv);
+        corner(q, right, bottom, b.U1 + du, b.V0 - dv);
+        corner(q, right, top, b.U1 + du, b.V1 + dv);
+        corner(q, left, top, b.U0 - du, b.V1 + dv);
+    }
+    glMultiTexCoord4f(GL_TEXTURE2, 0, 0, 0, 0);
     std::optional<Rgba> current;
     for (const Quad& q : m_quads) {
         if (q.Colour && q.Colour != current) {
@@ -107,19 +145,28 @@ void TextBatch::Flush() {
         }
         const GlyphBox& b = *q.Box;
         const float right = q.Left + float(b.Width), top = q.Bottom + float(b.Height);
-        const float corners[4][4] = {{q.Left, q.Bottom, b.U0, b.V0},
-                                     {right, q.Bottom, b.U1, b.V0},
-                                     {right, top, b.U1, b.V1},
-                                     {q.Left, top, b.U0, b.V1}};
-        for (const auto& c : corners) {
-            glMultiTexCoord2f(GL_TEXTURE0, c[2], c[3]);
-            glMultiTexCoord2f(GL_TEXTURE1, c[0], c[1]);
-            glVertex3f(q.X, q.Y, q.Z);
-        }
+        corner(q, q.Left, q.Bottom, b.U0, b.V0);
+        corner(q, right, q.Bottom, b.U1, b.V0);
+        corner(q, right, top, b.U1, b.V1);
+        corner(q, q.Left, top, b.U0, b.V1);
     }
     glEnd();
     m_functions->glUseProgram(0);
     m_quads.clear();
+}
+
+void TextBatch::SetOutline(const std::optional<Rgba>& colour) {
+    m_outline = colour && colour->A > 0.0f ? colour : std::nullopt;
+}
+
+void TextBatch::SetAtlas(const GlyphAtlas& atlas) {
+    m_atlas = atlas;
+    if (!m_program)
+        return;
+    m_functions->glUseProgram(m_program->programId());
+    m_functions->glUniform2f(m_texelSizeLocation, 1.0f / float(std::max(atlas.Width, 1)),
+                             1.0f / float(std::max(atlas.Height, 1)));
+    m_functions->glUseProgram(0);
 }
 
 void TextBatch::Viewport(const PixelRect& asked, const PixelRect& drawn) {

@@ -27,7 +27,8 @@ struct Rgba {
 // pixels beside it, and a small vertex program puts it there, snapped to whole pixels, after the view's
 // transform. So a label keeps its place beside a point on the globe however the globe turns, costs one
 // draw with every other label of its list, and, as a raster position does, shows nothing when its point
-// lies outside the view. Needs the map's GL context current.
+// lies outside the view. A glyph may have an outline: its quad drawn first a pixel larger each way in
+// the outline's colour wherever a texel round it is set. Needs the map's GL context current.
 class TextBatch {
 public:
     TextBatch();
@@ -38,7 +39,7 @@ public:
     // Frees the program and the atlas's texture with the context they were made in (current).
     void Release();
     bool Ready() const { return m_program != nullptr; }
-    void SetAtlas(const GlyphAtlas& atlas) { m_atlas = atlas; }
+    void SetAtlas(const GlyphAtlas& atlas);
     const GlyphAtlas& Atlas() const { return m_atlas; }
 
     // A new raster position, with the colour its glyphs take when the list chose one (else they take
@@ -47,6 +48,9 @@ public:
     // Moves the pen by logical pixels, as an empty bitmap moves the raster position.
     void Move(float dx, float dy);
     void Glyph(bool bold, unsigned char code);
+    // The glyphs from here on get an outline a pixel wide in this colour; none without one (or with an
+    // alpha of 0). Outlines are drawn under every glyph of the batch.
+    void SetOutline(const std::optional<Rgba>& colour);
     bool Empty() const { return m_quads.empty(); }
     // Records the gathered quads into the list being recorded (or draws them) and forgets them.
     void Flush();
@@ -60,16 +64,19 @@ private:
         float Left, Bottom; // device pixels from it
         const GlyphBox* Box;
         std::optional<Rgba> Colour;
+        std::optional<Rgba> Outline;
     };
 
     QOpenGLFunctions* m_functions = nullptr;
     std::unique_ptr<QOpenGLShaderProgram> m_program;
     int m_viewportLocation = -1;
     int m_drawnLocation = -1;
+    int m_texelSizeLocation = -1;
     GlyphAtlas m_atlas;
     std::vector<Quad> m_quads;
     float m_anchor[3] = {};
     std::optional<Rgba> m_colour;
+    std::optional<Rgba> m_outline;
     double m_penX = 0, m_penY = 0;
 };
 
