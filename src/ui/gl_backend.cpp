@@ -46,6 +46,10 @@ GLenum ToGl(render::Capability c) {
         return GL_STENCIL_TEST;
     case render::Capability::LineStipple:
         return GL_LINE_STIPPLE;
+    case render::Capability::Texture:
+        return GL_TEXTURE_2D;
+    case render::Capability::AlphaTest:
+        return GL_ALPHA_TEST;
     }
     return GL_BLEND;
 }
@@ -125,6 +129,10 @@ void GlBackend::Release() {
         lines->Release(*m_functions);
     m_detailed.clear();
     m_lines.reset();
+    for (const auto& [number, texture] : m_textures)
+        glDeleteTextures(1, &texture);
+    m_textures.clear();
+    m_pendingTextures.clear();
     m_text.Release();
     m_textReady = false;
     m_recording = false;
@@ -149,6 +157,7 @@ void GlBackend::NewList(int list) {
     FlushText();
     m_recording = true;
     m_listColour.reset();
+    m_text.SetOutline(std::nullopt);
     glNewList(GLuint(list), GL_COMPILE);
     ForgetDetail(list);
     m_recordingList = list;
@@ -159,6 +168,10 @@ void GlBackend::EndList() {
     FlushText();
     glEndList();
     m_recording = false;
+    m_text.SetOutline(std::nullopt);
+    for (const auto& [number, pending] : m_pendingTextures)
+        UploadTexture(m_textures[number], pending.first, pending.second.data());
+    m_pendingTextures.clear();
     m_listColour.reset();
     if (m_lines && m_lines->Finish(*m_functions))
         m_detailed[m_recordingList] = std::move(m_lines);
@@ -257,6 +270,10 @@ void GlBackend::BitmapMove(float dx, float dy) {
     static const GLubyte kBlank = 0;
     glBitmap(1, 1, 0.0f, 0.0f, Device(dx), Device(dy), &kBlank);
 }
+void GlBackend::TextOutline(float r, float g, float b, float a) {
+    NotPlainLines();
+    m_text.SetOutline(Rgba{r, g, b, a});
+}
 void GlBackend::LineWidth(float width) {
     FlushText();
     if (m_lines)
@@ -271,12 +288,68 @@ void GlBackend::PointSize(float size) {
 void GlBackend::Enable(render::Capability c) {
     FlushText();
     NotPlainLines();
-    glEnable(ToGl(c));
+    if (c == render::Capability::Texture)
+        OnSymbolUnit([] { glEnable(GL_TEXTURE_2D); });
+    else
+        glEnable(ToGl(c));
 }
 void GlBackend::Disable(render::Capability c) {
     FlushText();
     NotPlainLines();
-    glDisable(ToGl(c));
+    if (c == render::Capability::Texture)
+        OnSymbolUnit([] { glDisable(GL_TEXTURE_2D); });
+    else
+        glDisable(ToGl(c));
+}
+void GlBackend::DefineAlphaTexture(int number, int sizeTexels, const unsigned char* alpha) {
+    if (!m_functions || sizeTexels <= 0 || sizeTexels > 4096 || !alpha)
+        return;
+    GLuint& texture = m_textures[number];
+    if (texture == 0)
+        glGenTextures(1, &texture); // made at once, even while a list is recorded
+    // Image data in a list would be compiled into it and sent again on every call: made after it.
+    if (m_recording) {
+        m_pendingTextures[number] = {sizeTexels,
+                                     std::vector<unsigned char>(alpha, alpha + sizeTexels * sizeTexels)};
+        return;
+    }
+    UploadTexture(texture, sizeTexels, alpha);
+}
+void GlBackend::UploadTexture(unsigned texture, int sizeTexels, const unsigned char* alpha) {
+    OnSymbolUnit([&] {
+        glBindTexture(GL_TEXTURE_2D, texture);
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP_TO_EDGE);
+        glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP_TO_EDGE);
+        glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
+        glTexImage2D(GL_TEXTURE_2D, 0, GL_ALPHA8, sizeTexels, sizeTexels, 0, GL_ALPHA, GL_UNSIGNED_BYTE,
+                     alpha);
+        glBindTexture(GL_TEXTURE_2D, 0);
+    });
+}
+void GlBackend::BindTexture(int number) {
+    FlushText();
+    NotPlainLines();
+    const auto found = m_textures.find(number);
+    const GLuint texture = found == m_textures.end() ? 0 : found->second;
+    OnSymbolUnit([&] { glBindTexture(GL_TEXTURE_2D, texture); });
+}
+void GlBackend::TexCoord(float s, float t) {
+    NotPlainLines();
+    glMultiTexCoord2f(GL_TEXTURE1, s, t);
+}
+void GlBackend::AlphaFunc(float reference) {
+    FlushText();
+    NotPlainLines();
+    glAlphaFunc(GL_GREATER, reference);
+}
+template <typename Call> void GlBackend::OnSymbolUnit(Call call) {
+    if (!m_functions)
+        return;
+    m_functions->glActiveTexture(GL_TEXTURE1);
+    call();
+    m_functions->glActiveTexture(GL_TEXTURE0);
 }
 void GlBackend::BlendFunc(render::BlendFactor s, render::BlendFactor d) {
     FlushText();
@@ -303,11 +376,10 @@ void GlBackend::ClearColour(float r, float g, float b, float a) {
     NotPlainLines();
     glClearColor(r, g, b, a);
 }
-// The stencil is cleared too, so a fill cut short by a lost frame cannot leave marks behind.
 void GlBackend::Clear() {
     FlushText();
     NotPlainLines();
-    glClear(GL_COLOR_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
+    glClear(GL_COLOR_BUFFER_BIT);
 }
 void GlBackend::Viewport(int x, int y, int w, int h) {
     FlushText();

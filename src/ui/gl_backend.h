@@ -3,6 +3,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "detailed_lines.h"
 #include "render/gl_api.h"
@@ -26,7 +27,8 @@ public:
     // for this device pixel ratio. What was made in an earlier context must have been released.
     void Initialise(double devicePixelRatio);
     // With the context current, before it goes: frees every GL object made in it (vertex buffers, the
-    // glyph texture, the text program). Lists go with the context.
+    // textures, the text program). Lists go with the context; the textures are defined again as the
+    // lists that bind them are recorded in the next.
     void Release();
     // The window moved to a screen of another ratio: the glyphs again, at its size.
     void SetDevicePixelRatio(double devicePixelRatio);
@@ -52,6 +54,8 @@ public:
     void Colour(float red, float green, float blue, float alpha) override;
     void RasterPos(float x, float y, float z) override;
     void BitmapMove(float dx, float dy) override;
+    // Kept with each glyph of the batch (the glyph lists' bitmaps have none); reset by NewList and EndList.
+    void TextOutline(float red, float green, float blue, float alpha) override;
     void LineWidth(float width) override;
     void PointSize(float size) override;
     void Enable(render::Capability capability) override;
@@ -61,6 +65,11 @@ public:
     void StencilOp(render::StencilAction fail, render::StencilAction depthFail,
                    render::StencilAction pass) override;
     void ColourMask(bool write) override;
+    // Alpha textures live on the second texture unit, beside the glyphs' on the first.
+    void DefineAlphaTexture(int number, int sizeTexels, const unsigned char* alpha) override;
+    void BindTexture(int number) override;
+    void TexCoord(float s, float t) override;
+    void AlphaFunc(float reference) override;
     void ClearColour(float red, float green, float blue, float alpha) override;
     void Clear() override;
     void Viewport(int x, int y, int width, int height) override;
@@ -81,6 +90,8 @@ private:
     void FlushText();            // before any call that is not text, so the glyphs keep their place in order
     void ForgetDetail(int list); // the list's plain lines, if it had them
     float Device(float logical) const { return float(logical * m_ratio); }
+    template <typename Call> void OnSymbolUnit(Call call); // with the second texture unit active
+    void UploadTexture(unsigned texture, int sizeTexels, const unsigned char* alpha);
 
     std::unique_ptr<QOpenGLFunctions> m_functions;
     TextBatch m_text;
@@ -94,7 +105,9 @@ private:
     PixelRect m_asked;                      // the last viewport asked for, in device pixels
     std::unique_ptr<DetailedLines> m_lines; // the list being recorded, as plain lines
     std::map<int, std::unique_ptr<DetailedLines>> m_detailed;
-    bool m_fullDetail = false; // SKYLANTRA_FULL_DETAIL: every list exactly as recorded
+    bool m_fullDetail = false;          // SKYLANTRA_FULL_DETAIL: every list exactly as recorded
+    std::map<int, unsigned> m_textures; // by number, made in this context
+    std::map<int, std::pair<int, std::vector<unsigned char>>> m_pendingTextures; // made after the list
 };
 
 } // namespace sky::ui

@@ -39,8 +39,9 @@ QSurfaceFormat MapFormat() {
     format.setRedBufferSize(8);
     format.setGreenBufferSize(8);
     format.setBlueBufferSize(8);
-    format.setDepthBufferSize(16);
-    format.setStencilBufferSize(1); // for the sector fills
+    // Nothing is drawn with a depth test or a stencil: no such buffers to clear every frame.
+    format.setDepthBufferSize(0);
+    format.setStencilBufferSize(0);
     format.setSwapBehavior(QSurfaceFormat::DoubleBuffer);
     return format;
 }

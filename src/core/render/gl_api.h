@@ -3,7 +3,7 @@
 namespace sky::render {
 
 enum class Primitive { Points, Lines, LineStrip, LineLoop, Triangles, TriangleFan, Quads, Polygon };
-enum class Capability { Blend, LineSmooth, PointSmooth, StencilTest, LineStipple };
+enum class Capability { Blend, LineSmooth, PointSmooth, StencilTest, LineStipple, Texture, AlphaTest };
 enum class BlendFactor { Zero, One, SrcAlpha, OneMinusSrcAlpha };
 enum class StencilTest { Always, Equal, NotEqual };
 enum class StencilAction { Keep, Zero, Invert };
@@ -33,10 +33,24 @@ public:
     virtual void BitmapMove(float dx, float dy) = 0;
 
     // Glyphs printed from here on get an outline one pixel wide in this colour, so text stays readable
-    // over anything drawn under it; an alpha of 0 turns it off. Without support: no outline.
+    // over anything drawn under it; an alpha of 0 turns it off. The setting belongs to what is being
+    // recorded: every list starts without an outline. Without support: no outline.
     virtual void TextOutline(float red, float green, float blue, float alpha) {
         (void)red, (void)green, (void)blue, (void)alpha;
     }
+
+    // Textures by fixed number (see list_numbers.h), each a square of alpha bytes, rows from the bottom
+    // up; the colour comes from the current colour. Defining a number again replaces its texture. A
+    // definition made while a list is recorded is made at once, not recorded: the list only binds it.
+    // The defaults do nothing.
+    virtual void DefineAlphaTexture(int texture, int sizeTexels, const unsigned char* alpha) {
+        (void)texture, (void)sizeTexels, (void)alpha;
+    }
+    virtual void BindTexture(int texture) { (void)texture; } // 0: none
+    // The texture coordinate of the vertices that follow, 0 to 1 across the texture.
+    virtual void TexCoord(float s, float t) { (void)s, (void)t; }
+    // With Capability::AlphaTest, only fragments whose alpha is greater than this are drawn.
+    virtual void AlphaFunc(float reference) { (void)reference; }
 
     virtual void LineWidth(float width) = 0;
     virtual void PointSize(float size) = 0;

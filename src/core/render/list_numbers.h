@@ -42,4 +42,8 @@ inline constexpr int kSmallFontBase = 64725; // glyphs of codes 0 to 254
 inline constexpr int kBoldFontBase = 65000;
 inline constexpr int kGlyphCount = 255;
 
+// Textures have fixed numbers too: the aircraft symbol's masks from here, one per scale (see
+// aircraft_layer.h).
+inline constexpr int kSymbolMaskTextures = 1000;
+
 } // namespace sky::render::lists

@@ -23,6 +23,9 @@ public:
         RasterPos,
         BitmapMove,
         TextOutline,
+        BindTexture,
+        TexCoord,
+        AlphaFunc,
         LineWidth,
         PointSize,
         Enable,
@@ -63,6 +66,14 @@ public:
     void RasterPos(float x, float y, float z) override { Add({Op::RasterPos, 0, {x, y, z}}); }
     void BitmapMove(float dx, float dy) override { Add({Op::BitmapMove, 0, {dx, dy}}); }
     void TextOutline(float r, float g, float b, float a) override { Add({Op::TextOutline, 0, {r, g, b, a}}); }
+    // A definition is made at once, outside any list: the texture's side and alpha bytes are kept.
+    void DefineAlphaTexture(int texture, int sizeTexels, const unsigned char* alpha) override {
+        m_textures[texture] = {sizeTexels,
+                               std::vector<unsigned char>(alpha, alpha + sizeTexels * sizeTexels)};
+    }
+    void BindTexture(int texture) override { Add({Op::BindTexture, texture}); }
+    void TexCoord(float s, float t) override { Add({Op::TexCoord, 0, {s, t}}); }
+    void AlphaFunc(float reference) override { Add({Op::AlphaFunc, 0, {reference}}); }
     void LineWidth(float width) override { Add({Op::LineWidth, 0, {width}}); }
     void PointSize(float size) override { Add({Op::PointSize, 0, {size}}); }
     void Enable(Capability capability) override { Add({Op::Enable, int(capability)}); }
@@ -92,6 +103,8 @@ public:
 
     // The calls recorded into a list; empty for a list that does not exist.
     const std::vector<Call>& List(int list) const;
+    // The textures defined, by number: their side in texels and their alpha bytes.
+    const std::map<int, std::pair<int, std::vector<unsigned char>>>& Textures() const { return m_textures; }
     // Calls made outside any list, in order.
     const std::vector<Call>& Immediate() const { return m_immediate; }
     void ClearImmediate() { m_immediate.clear(); }
@@ -109,6 +122,7 @@ private:
 
     std::map<int, std::vector<Call>> m_lists;
     std::vector<Call> m_immediate;
+    std::map<int, std::pair<int, std::vector<unsigned char>>> m_textures;
     int m_recording = -1;
 };
 
