@@ -4,6 +4,8 @@
 #include <cmath>
 
 #include "render/crowds.h"
+#include "render/list_numbers.h"
+#include "render/symbol_mask.h"
 #include "render/text.h"
 #include "render/traffic_scene.h"
 
@@ -14,12 +16,20 @@ using geo::Vec3;
 
 namespace {
 
-// The aircraft symbol, nose up, in units of its half-length: a fan around the origin fills it.
-constexpr float kSymbol[][2] = {{0.00f, 1.00f},   {0.10f, 0.70f},   {0.12f, 0.25f},   {0.95f, -0.10f},
-                                {0.95f, -0.25f},  {0.12f, -0.05f},  {0.09f, -0.60f},  {0.38f, -0.85f},
-                                {0.38f, -0.98f},  {0.00f, -0.88f},  {-0.38f, -0.98f}, {-0.38f, -0.85f},
-                                {-0.09f, -0.60f}, {-0.12f, -0.05f}, {-0.95f, -0.25f}, {-0.95f, -0.10f},
-                                {-0.12f, 0.25f},  {-0.10f, 0.70f}};
+// The aircraft symbol, nose up, in units of its half-length.
+constexpr OutlinePoint kSymbol[] = {{0.00f, 1.00f},   {0.10f, 0.70f},   {0.12f, 0.25f},   {0.95f, -0.10f},
+                                    {0.95f, -0.25f},  {0.12f, -0.05f},  {0.09f, -0.60f},  {0.38f, -0.85f},
+                                    {0.38f, -0.98f},  {0.00f, -0.88f},  {-0.38f, -0.98f}, {-0.38f, -0.85f},
+                                    {-0.09f, -0.60f}, {-0.12f, -0.05f}, {-0.95f, -0.25f}, {-0.95f, -0.10f},
+                                    {-0.12f, 0.25f},  {-0.10f, 0.70f}};
+
+// Masks are made for scales a factor of this apart: the edge keeps its width within a few percent.
+constexpr double kMaskStep = 1.06;
+
+// The screen pixels to one unit of the symbol of a mask's number.
+double MaskScale(int texture) {
+    return std::pow(kMaskStep, texture - lists::kSymbolMaskTextures);
+}
 
 } // namespace
 
@@ -28,15 +38,22 @@ double SymbolSize(float viewZ) {
     return 0.012 / std::pow(1.5, SymbolBand(viewZ));
 }
 
+int SymbolMaskTexture(float viewZ, int windowHeightPx) {
+    // The globe's radius is viewZ window heights.
+    const double zoom = std::clamp(viewZ, 0.3f, 50.0f);
+    const double pixelsPerUnit = SymbolSize(viewZ) * zoom * std::clamp(windowHeightPx, 1, 100000);
+    const double step = std::round(std::log(pixelsPerUnit) / std::log(kMaskStep));
+    return lists::kSymbolMaskTextures + int(std::clamp(step, 0.0, 120.0));
+}
+
 void AircraftSymbols(GlApi& gl, const network::NetworkData& data, const TrafficInputs& in,
                      const Style& style) {
-    const double size = SymbolSize(in.ViewZ);
-    constexpr size_t kCorners = std::size(kSymbol);
-    std::vector<Vec3> centres;
-    std::vector<Vec3> outlines; // kCorners points per aircraft
+    const int texture = SymbolMaskTexture(in.ViewZ, in.WindowHeightPx);
+    const SymbolMask mask = RasteriseSymbol(kSymbol, MaskScale(texture));
+    const double reach = SymbolSize(in.ViewZ) * mask.Reach;
+    std::vector<Vec3> corners; // four per aircraft: tail left, tail right, nose right, nose left
     const int network = &data == &in.Tables[1] ? 1 : 0;
-    centres.reserve(size_t(data.PilotCount));
-    outlines.reserve(size_t(data.PilotCount) * kCorners);
+    corners.reserve(size_t(data.PilotCount) * 4);
     for (int slot = 1; slot <= data.PilotCount; ++slot) {
         const network::PilotRecord& p = data.Pilots[size_t(slot)];
         if (!Shows(in, p) || (in.Crowds && in.Crowds->IsGrouped(network, slot)))
@@ -45,36 +62,38 @@ void AircraftSymbols(GlApi& gl, const network::NetworkData& data, const TrafficI
         const double lat = p.Latitude * geo::DegToRad, lon = p.Longitude * geo::DegToRad;
         const Vec3 east{std::cos(lon), 0.0, -std::sin(lon)};
         const Vec3 north{-std::sin(lat) * std::sin(lon), std::cos(lat), -std::sin(lat) * std::cos(lon)};
-        const Vec3 forward = north * std::cos(heading) + east * std::sin(heading);
-        const Vec3 right = east * std::cos(heading) + north * -std::sin(heading);
+        const Vec3 forward = (north * std::cos(heading) + east * std::sin(heading)) * reach;
+        const Vec3 right = (east * std::cos(heading) + north * -std::sin(heading)) * reach;
         const Vec3 centre = geo::OnGlobe(p.Latitude, p.Longitude);
-        centres.push_back(centre);
-        for (const auto& corner : kSymbol)
-            outlines.push_back(centre + right * (corner[0] * size) + forward * (corner[1] * size));
+        corners.insert(corners.end(), {centre - right - forward, centre + right - forward,
+                                       centre + right + forward, centre - right + forward});
     }
-    // All symbols in one primitive each for fill and outline: a triangle from the centre to every edge
-    // of the outline fills it, and one segment per edge draws it.
-    SetColour(gl, in.Colours, style.PlaneFill, 1.0f);
-    gl.Begin(Primitive::Triangles);
-    for (size_t plane = 0; plane < centres.size(); ++plane) {
-        const Vec3* ring = &outlines[plane * kCorners];
-        for (size_t i = 0; i < kCorners; ++i) {
-            Emit(gl, centres[plane]);
-            Emit(gl, ring[i]);
-            Emit(gl, ring[(i + 1) % kCorners]);
+    // Each aircraft one square of the mask, twice: every fill first, then every edge over them, so a
+    // symbol's edge shows over the fill of one it overlaps. Alpha-tested pixels, nothing blended.
+    gl.DefineAlphaTexture(texture, mask.SizeTexels, mask.Alpha.data());
+    gl.Disable(Capability::Blend);
+    gl.Enable(Capability::Texture);
+    gl.Enable(Capability::AlphaTest);
+    gl.BindTexture(texture);
+    constexpr float kCorner[4][2] = {{0, 0}, {1, 0}, {1, 1}, {0, 1}};
+    const struct {
+        int Slot;
+        float Alpha; // passes the fill (the edge too), or the edge alone
+    } passes[] = {{style.PlaneFill, 0.25f}, {kSlotPlaneBorder, 0.75f}};
+    for (const auto& pass : passes) {
+        gl.AlphaFunc(pass.Alpha);
+        SetColour(gl, in.Colours, pass.Slot, 1.0f);
+        gl.Begin(Primitive::Quads);
+        for (size_t i = 0; i < corners.size(); ++i) {
+            gl.TexCoord(kCorner[i % 4][0], kCorner[i % 4][1]);
+            Emit(gl, corners[i]);
         }
+        gl.End();
     }
-    gl.End();
-    SetColour(gl, in.Colours, kSlotPlaneBorder, 1.0f);
-    gl.Begin(Primitive::Lines);
-    for (size_t plane = 0; plane < centres.size(); ++plane) {
-        const Vec3* ring = &outlines[plane * kCorners];
-        for (size_t i = 0; i < kCorners; ++i) {
-            Emit(gl, ring[i]);
-            Emit(gl, ring[(i + 1) % kCorners]);
-        }
-    }
-    gl.End();
+    gl.BindTexture(0);
+    gl.Disable(Capability::AlphaTest);
+    gl.Disable(Capability::Texture);
+    gl.Enable(Capability::Blend);
 }
 
 PixelRect CrowdMarkBox(const GlApi& gl, int count) {

@@ -9,7 +9,8 @@ namespace sky::render {
 struct TrafficInputs;
 
 // The aircraft symbols of a network's shown pilots, turned to their heading (or course), sized for the
-// zoom band so they keep their size on screen: all fills in one primitive, all outlines in another.
+// zoom band so they keep their size on screen: each a square of the symbol's mask for that size (defined
+// here as a texture), all fills first, then all edges.
 void AircraftSymbols(GlApi& gl, const network::NetworkData& data, const TrafficInputs& in,
                      const drawing::Style& style);
 // The marks of the crowds of network: a ring round the airport and the number of aircraft parked there,
@@ -27,5 +28,10 @@ void InboundLines(GlApi& gl, const network::NetworkData& data, const TrafficInpu
 
 // Half the length of an aircraft symbol, in units of the globe's radius, for a zoom.
 double SymbolSize(float viewZ);
+// The number of the texture of the symbol's mask for a zoom and window height: one for each few
+// percent of the symbol's size on screen, so its edge stays a pixel wide as the view zooms within a
+// band (the symbols are recorded again when the number changes), and symbols recorded for other sizes
+// keep theirs.
+int SymbolMaskTexture(float viewZ, int windowHeightPx);
 
 } // namespace sky::render

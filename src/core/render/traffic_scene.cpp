@@ -53,12 +53,7 @@ LabelPlan RecordAll(GlApi& gl, int network, const TrafficInputs& in) {
         for (int n : networks)
             draw(in.Tables[n], StyleFor(n, comparison));
     };
-    Record(gl, base + lists::kPlanes, [&] {
-        for (int n : networks) {
-            AircraftSymbols(gl, in.Tables[n], in, StyleFor(n, comparison));
-            CrowdMarks(gl, n, in, StyleFor(n, comparison));
-        }
-    });
+    BuildSymbolList(gl, network, in);
     RecordLabelLists(gl, network, labels, in);
     Record(gl, base + lists::kAirports,
            [&] { each([&](const NetworkData& d, const Style&) { AirportMarkers(gl, d, in); }); });
@@ -138,15 +133,18 @@ LabelPlan BuildComparisonLists(GlApi& gl, const TrafficInputs& in) {
 }
 
 LabelPlan BuildPlaneLists(GlApi& gl, int network, const TrafficInputs& in) {
-    const int base = lists::TrafficBase(network);
+    BuildSymbolList(gl, network, in);
+    return BuildLabelLists(gl, network, in);
+}
+
+void BuildSymbolList(GlApi& gl, int network, const TrafficInputs& in) {
     const bool comparison = network == 2;
-    Record(gl, base + lists::kPlanes, [&] {
+    Record(gl, lists::TrafficBase(network) + lists::kPlanes, [&] {
         for (int n : NetworksOf(network)) {
             AircraftSymbols(gl, in.Tables[n], in, StyleFor(n, comparison));
             CrowdMarks(gl, n, in, StyleFor(n, comparison));
         }
     });
-    return BuildLabelLists(gl, network, in);
 }
 
 LabelPlan BuildPilotLists(GlApi& gl, int network, const TrafficInputs& in) {

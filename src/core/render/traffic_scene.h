@@ -52,6 +52,7 @@ struct TrafficInputs {
     const filter::TrafficFilter* Filter = nullptr; // the filter bar's; null: none
     const KeyedLines* FriendNames = nullptr;       // names the user gave friends, by member number
     bool NamesInstead = false;                     // a friend's name in place of the callsign, not beside
+    int WindowHeightPx = 600;                      // symbols' masks are made for their size in pixels
 };
 
 // The zoom band the symbols were recorded for: a symbol list is rebuilt when the band changes.
@@ -83,6 +84,8 @@ LabelPlan BuildPlaneLists(GlApi& gl, int network, const TrafficInputs& in);
 // aircraft symbols and crowds, the three label lists (placed together), the airports and the inbound
 // lines. The stations' sectors and markers stay as recorded.
 LabelPlan BuildPilotLists(GlApi& gl, int network, const TrafficInputs& in);
+// Records the aircraft symbols alone (after a zoom that changed their size on screen by a few percent).
+void BuildSymbolList(GlApi& gl, int network, const TrafficInputs& in);
 // Records the aircraft, airport and controller labels of network (0, 1 or 2 for the comparison),
 // decluttered together when the inputs carry a label view.
 LabelPlan BuildLabelLists(GlApi& gl, int network, const TrafficInputs& in);

@@ -115,11 +115,13 @@ render::TrafficInputs SceneControl::Inputs(const render::LabelView* labels, int 
     inputs.NamesInstead = s.Config.FriendNamesInstead;
     m_crowds = render::PlanCrowds(inputs, scene == 2 ? std::vector<int>{0, 1} : std::vector<int>{scene});
     inputs.Crowds = &m_crowds;
+    inputs.WindowHeightPx = s.HeightPx;
     return inputs;
 }
 
 void SceneControl::PlacedFor(int scene) {
     m_symbolBand[size_t(scene)] = render::SymbolBand(m_state.View.ViewZ);
+    m_symbolMask[size_t(scene)] = render::SymbolMaskTexture(m_state.View.ViewZ, m_state.HeightPx);
     m_detailedLabels[size_t(scene)] = m_state.View.ViewZ >= render::kDetailedLabelZoom;
     m_labelKey = CurrentLabelKey();
     m_labelViewState = m_state.View;
@@ -228,9 +230,18 @@ void SceneControl::ViewChanged() {
         RecordHighlight();
     if (!m_state.Display.SceneBuilt[shown])
         return;
-    if (render::SymbolBand(zoom) == m_symbolBand[shown] && detailed == m_detailedLabels[shown])
+    const int mask = render::SymbolMaskTexture(zoom, m_state.HeightPx);
+    const bool sameBand =
+        render::SymbolBand(zoom) == m_symbolBand[shown] && detailed == m_detailedLabels[shown];
+    if (sameBand && mask == m_symbolMask[shown])
         return;
     const render::LabelView labels = CurrentLabelView();
+    // Within the band the symbols' edges stay a pixel wide as they grow or shrink on screen.
+    if (sameBand) {
+        render::BuildSymbolList(m_gl, shown, Inputs(&labels, shown));
+        m_symbolMask[shown] = mask;
+        return;
+    }
     m_labels = render::BuildPlaneLists(m_gl, shown, Inputs(&labels, shown));
     PlacedFor(shown);
 }
@@ -266,6 +277,7 @@ void SceneControl::Resize(int widthPx, int heightPx) {
     render::BuildFrame(m_gl, m_state.Colours, m_state.WidthPx, m_state.HeightPx, m_state.Display.StatusText);
     ClientCountChanged();
     MarksChanged();
+    ViewChanged(); // the symbols are drawn from a mask made for the window's height
 }
 
 void SceneControl::SetStatus(const QString& text) {

@@ -136,6 +136,7 @@ private:
     render::GlApi& m_gl;
     MapHost& m_host;
     std::array<int, 3> m_symbolBand = {0, 0, 0};
+    std::array<int, 3> m_symbolMask = {0, 0, 0}; // the symbols' mask, made for the window's height
     std::array<bool, 3> m_detailedLabels = {false, false, false};
     std::optional<LabelKey> m_labelKey; // of the last placement
     geo::ViewState m_labelViewState;

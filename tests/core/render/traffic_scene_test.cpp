@@ -8,6 +8,7 @@
 #include "network/whazzup_lines.h"
 #include "refdata/fir_outlines.h"
 #include "refdata/reference_data.h"
+#include "render/aircraft_layer.h"
 #include "render/list_numbers.h"
 #include "testing/recording_gl.h"
 
@@ -68,8 +69,15 @@ TEST_F(TrafficScene, RecordsTheNineListsAndDropsTheHighlight) {
 
 TEST_F(TrafficScene, DrawsEveryShownClientAndLabelsThem) {
     BuildTrafficLists(m_gl, 1, Inputs());
-    // Each aircraft a symbol of 18 corners, filled and outlined.
-    EXPECT_EQ(RecordingGl::Count(m_gl.List(List(lists::kPlanes)), Op::Vertex), 2 * (18 * 3 + 18 * 2));
+    // Each aircraft a square of the symbol's mask, for the fills and again for the edges.
+    const auto& planes = m_gl.List(List(lists::kPlanes));
+    EXPECT_EQ(RecordingGl::Count(planes, Op::Vertex), 2 * 2 * 4);
+    EXPECT_EQ(RecordingGl::Count(planes, Op::TexCoord), 2 * 2 * 4);
+    const auto bind =
+        std::find_if(planes.begin(), planes.end(), [](const auto& c) { return c.What == Op::BindTexture; });
+    ASSERT_NE(bind, planes.end());
+    EXPECT_EQ(bind->Number, SymbolMaskTexture(1.0f, 600));
+    EXPECT_EQ(m_gl.Textures().count(bind->Number), 1u);
     EXPECT_EQ(RecordingGl::PrintedText(m_gl.List(List(lists::kPlaneLabels))), "DLH1BAW2");
     // A point at each departure and destination.
     EXPECT_EQ(RecordingGl::Count(m_gl.List(List(lists::kAirports)), Op::Vertex), 4);
