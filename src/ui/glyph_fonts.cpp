@@ -9,6 +9,7 @@
 #include <QFontMetrics>
 #include <QImage>
 #include <QPainter>
+#include <QRect>
 
 #include "common/text_codec.h"
 #include "render/list_numbers.h"
@@ -85,45 +86,64 @@ unsigned UploadAtlas(const FontGlyphs& small, const FontGlyphs& bold, GlyphAtlas
         const QImage* Image;
         GlyphBox* Box;
         int Descent;
+        QRect Ink; // in the image, rows down from the top
         int X = 0, Y = 0;
     };
     std::vector<Place> places;
+    const auto ink = [](const QImage& image) {
+        QRect box;
+        for (int row = 0; row < image.height(); ++row)
+            for (int col = 0; col < image.width(); ++col)
+                if (IsSet(image, col, row))
+                    box |= QRect(col, row, 1, 1);
+        return box;
+    };
     for (int code = 0; code < render::lists::kGlyphCount; ++code) {
-        places.push_back({&small.Images[size_t(code)], &atlas.Small[size_t(code)], small.Descent});
-        places.push_back({&bold.Images[size_t(code)], &atlas.Bold[size_t(code)], bold.Descent});
+        for (const auto& [font, boxes] : {std::pair{&small, &atlas.Small}, std::pair{&bold, &atlas.Bold}}) {
+            const QImage& image = font->Images[size_t(code)];
+            places.push_back({&image, &(*boxes)[size_t(code)], font->Descent, ink(image)});
+        }
     }
     constexpr int kGap = 2;
     int x = kGap, y = kGap, rowHeight = 0;
     for (Place& p : places) {
-        if (x + p.Image->width() + kGap > kWidth) {
+        if (x + p.Ink.width() + kGap > kWidth) {
             x = kGap;
             y += rowHeight + kGap;
             rowHeight = 0;
         }
         p.X = x;
         p.Y = y;
-        x += p.Image->width() + kGap;
-        rowHeight = std::max(rowHeight, p.Image->height());
+        x += p.Ink.width() + kGap;
+        rowHeight = std::max(rowHeight, p.Ink.height());
     }
     int height = 1;
     while (height < y + rowHeight + kGap)
         height *= 2;
     atlas.Width = kWidth;
     atlas.Height = height;
-    std::vector<GLubyte> alpha(size_t(kWidth * height), 0);
+    // Two bytes a texel: the glyph grown by a texel each way (its outline's shape), then the glyph.
+    std::vector<GLubyte> texels(size_t(2 * kWidth * height), 0);
     for (const Place& p : places) {
-        const int w = p.Image->width(), h = p.Image->height();
+        const int w = p.Ink.width(), h = p.Ink.height();
         // Texture rows go up from the bottom, like the bitmaps.
         for (int row = 0; row < h; ++row) {
             for (int col = 0; col < w; ++col) {
-                if (IsSet(*p.Image, col, h - 1 - row))
-                    alpha[size_t((p.Y + row) * kWidth + p.X + col)] = 255;
+                if (!IsSet(*p.Image, p.Ink.left() + col, p.Ink.bottom() - row))
+                    continue;
+                const size_t at = size_t((p.Y + row) * kWidth + p.X + col);
+                texels[2 * at + 1] = 255;
+                for (int dy = -1; dy <= 1; ++dy)
+                    for (int dx = -1; dx <= 1; ++dx)
+                        texels[2 * (at + size_t(dy * kWidth + dx))] = 255;
             }
         }
-        *p.Box = GlyphBox{w,
+        const int imageBottom = p.Image->height() - 1;
+        *p.Box = GlyphBox{p.Image->width(),
                           w,
                           h,
-                          p.Descent,
+                          w > 0 ? p.Ink.left() : 0,
+                          p.Descent - (imageBottom - p.Ink.bottom()),
                           float(p.X) / kWidth,
                           float(p.Y) / float(height),
                           float(p.X + w) / kWidth,
@@ -136,7 +156,8 @@ unsigned UploadAtlas(const FontGlyphs& small, const FontGlyphs& bold, GlyphAtlas
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_CLAMP);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP);
-    glTexImage2D(GL_TEXTURE_2D, 0, GL_ALPHA8, kWidth, height, 0, GL_ALPHA, GL_UNSIGNED_BYTE, alpha.data());
+    glTexImage2D(GL_TEXTURE_2D, 0, GL_LUMINANCE8_ALPHA8, kWidth, height, 0, GL_LUMINANCE_ALPHA,
+                 GL_UNSIGNED_BYTE, texels.data());
     return texture;
 }
 

@@ -4,18 +4,21 @@
 
 namespace sky::ui {
 
-// Where one glyph lies in the atlas texture and how it sits on the baseline, in device pixels.
+// Where the set pixels of one glyph lie in the atlas texture (the smallest box round them, empty for a
+// blank) and how they sit beside the pen and on the baseline, in device pixels.
 struct GlyphBox {
     int Advance = 0;
     int Width = 0;
     int Height = 0;
-    int Descent = 0;      // rows below the baseline
+    int Left = 0;         // columns right of the pen
+    int Descent = 0;      // rows below the baseline (negative: above it)
     float U0 = 0, V0 = 0; // the texture coordinates of its lower left corner
     float U1 = 0, V1 = 0; // and of its upper right corner
 };
 
-// Both fonts' glyphs, codes 0 to 254, in one alpha texture.
-// Glyphs lie two texels apart, so a glyph's outline, a texel round it, takes nothing of its neighbours.
+// Both fonts' glyphs, codes 0 to 254, in one texture: alpha the glyph, luminance the glyph grown by a
+// texel each way (its outline). Glyphs lie two texels apart, so a glyph's outline, a texel round it, takes
+// nothing of its neighbours.
 struct GlyphAtlas {
     unsigned Texture = 0;
     int Width = 1, Height = 1; // of the texture, in texels

@@ -35,27 +35,17 @@ void main() {
 )";
 
 // As a bitmap: the set pixels take the colour, the others are left alone. An outline's quad (an outline
-// colour with an alpha above 0) instead takes its colour on every pixel that is set or has a set
-// neighbour: the glyph grown by a pixel, which the glyph itself is then drawn over.
+// colour with an alpha above 0) takes its colour where the glyph grown by a pixel is set instead; the
+// glyph itself is then drawn over it.
 const char* const kFragmentShader = R"(#version 120
 uniform sampler2D glyphs;
-uniform vec2 texelSize;
 varying vec2 texel;
 varying vec4 outline;
 void main() {
-    if (outline.a > 0.0) {
-        float grown = 0.0;
-        for (int dy = -1; dy <= 1; ++dy)
-            for (int dx = -1; dx <= 1; ++dx)
-                grown = max(grown, texture2D(glyphs, texel + vec2(float(dx), float(dy)) * texelSize).a);
-        if (grown < 0.5)
-            discard;
-        gl_FragColor = outline;
-        return;
-    }
-    if (texture2D(glyphs, texel).a < 0.5)
+    vec4 t = texture2D(glyphs, texel);
+    if ((outline.a > 0.0 ? t.r : t.a) < 0.5)
         discard;
-    gl_FragColor = gl_Color;
+    gl_FragColor = outline.a > 0.0 ? outline : gl_Color;
 }
 )";
 
@@ -85,7 +75,6 @@ bool TextBatch::Initialise(QOpenGLFunctions& functions) {
     program->setUniformValue("glyphs", 0);
     m_viewportLocation = program->uniformLocation("viewport");
     m_drawnLocation = program->uniformLocation("drawn");
-    m_texelSizeLocation = program->uniformLocation("texelSize");
     program->release();
     m_program = std::move(program);
     return true;
@@ -106,8 +95,9 @@ void TextBatch::Move(float dx, float dy) {
 
 void TextBatch::Glyph(bool bold, unsigned char code) {
     const GlyphBox& box = m_atlas.Glyph(bold, code);
-    m_quads.push_back(Quad{m_anchor[0], m_anchor[1], m_anchor[2], float(m_penX), float(m_penY - box.Descent),
-                           &box, m_colour, m_outline});
+    if (box.Width > 0 && box.Height > 0)
+        m_quads.push_back(Quad{m_anchor[0], m_anchor[1], m_anchor[2], float(m_penX + box.Left),
+                               float(m_penY - box.Descent), &box, m_colour, m_outline});
     m_penX += box.Advance;
 }
 
@@ -157,16 +147,6 @@ void TextBatch::Flush() {
 
 void TextBatch::SetOutline(const std::optional<Rgba>& colour) {
     m_outline = colour && colour->A > 0.0f ? colour : std::nullopt;
-}
-
-void TextBatch::SetAtlas(const GlyphAtlas& atlas) {
-    m_atlas = atlas;
-    if (!m_program)
-        return;
-    m_functions->glUseProgram(m_program->programId());
-    m_functions->glUniform2f(m_texelSizeLocation, 1.0f / float(std::max(atlas.Width, 1)),
-                             1.0f / float(std::max(atlas.Height, 1)));
-    m_functions->glUseProgram(0);
 }
 
 void TextBatch::Viewport(const PixelRect& asked, const PixelRect& drawn) {

@@ -28,7 +28,7 @@ struct Rgba {
 // transform. So a label keeps its place beside a point on the globe however the globe turns, costs one
 // draw with every other label of its list, and, as a raster position does, shows nothing when its point
 // lies outside the view. A glyph may have an outline: its quad drawn first a pixel larger each way in
-// the outline's colour wherever a texel round it is set. Needs the map's GL context current.
+// the outline's colour where the glyph grown by a pixel is set. Needs the map's GL context current.
 class TextBatch {
 public:
     TextBatch();
@@ -39,7 +39,7 @@ public:
     // Frees the program and the atlas's texture with the context they were made in (current).
     void Release();
     bool Ready() const { return m_program != nullptr; }
-    void SetAtlas(const GlyphAtlas& atlas);
+    void SetAtlas(const GlyphAtlas& atlas) { m_atlas = atlas; }
     const GlyphAtlas& Atlas() const { return m_atlas; }
 
     // A new raster position, with the colour its glyphs take when the list chose one (else they take
@@ -71,7 +71,6 @@ private:
     std::unique_ptr<QOpenGLShaderProgram> m_program;
     int m_viewportLocation = -1;
     int m_drawnLocation = -1;
-    int m_texelSizeLocation = -1;
     GlyphAtlas m_atlas;
     std::vector<Quad> m_quads;
     float m_anchor[3] = {};
