@@ -1,8 +1,9 @@
 #include "geo/sphere_geometry.h"
 
-#include <numbers>
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <numbers>
 
 namespace sky::geo {
 namespace {
@@ -11,8 +12,8 @@ constexpr double kRadToDeg = 180.0 / std::numbers::pi;
 // Fill triangles are no larger than this across.
 constexpr double kFillStepDeg = 3.0;
 
-// Points of a ring on the globe, the closing repeat of the first point dropped, each edge divided.
-std::vector<Vec3> DenseRing(const std::vector<LatLon>& ring, double maxStepDeg) {
+// The corners of a ring on the globe, repeats and the closing repeat of the first point dropped.
+std::vector<Vec3> Corners(const std::vector<LatLon>& ring) {
     std::vector<Vec3> corners;
     for (const LatLon& p : ring) {
         const Vec3 v = OnGlobe(p.Lat, p.Lon);
@@ -21,15 +22,19 @@ std::vector<Vec3> DenseRing(const std::vector<LatLon>& ring, double maxStepDeg) 
     }
     while (corners.size() > 1 && (corners.back() - corners.front()).Length() <= 1e-9)
         corners.pop_back();
-    std::vector<Vec3> dense;
+    return corners;
+}
+
+// The middle of a ring's edges, each weighted by its length: where the ring lies, however unevenly its
+// corners are spread.
+Vec3 RingCentre(const std::vector<Vec3>& corners) {
+    Vec3 sum;
     for (size_t i = 0; i < corners.size(); ++i) {
-        if (dense.empty())
-            dense.push_back(corners[i]);
-        AppendGreatCircle(dense, corners[i], corners[(i + 1) % corners.size()], maxStepDeg);
+        const Vec3& a = corners[i];
+        const Vec3& b = corners[(i + 1) % corners.size()];
+        sum = sum + (a + b) * (b - a).Length();
     }
-    if (!dense.empty())
-        dense.pop_back(); // the first point again
-    return dense;
+    return sum.Normalised();
 }
 
 struct Point2 {
@@ -90,30 +95,44 @@ double Angle(const Vec3& a, const Vec3& b) {
     return std::acos(std::clamp(a.Dot(b), -1.0, 1.0));
 }
 
-// Splits a triangle on its longest edge, at the middle of that edge's arc, until no edge is longer than
-// maxStepRad, so that it follows the globe. A shared edge is split at the same points from both sides,
-// since how often an edge is halved depends on its length alone.
-void Subdivide(const Vec3& a, const Vec3& b, const Vec3& c, double maxStepRad, int depth,
+// Splits a triangle on its longest edge that is longer than it may be, at the middle of that edge's arc,
+// until every edge is short enough: the ring's own edges (border) no longer than borderRad, so they
+// follow their great circle, the others no longer than innerRad, so the triangle follows the globe. A
+// shared inner edge is split at the same points from both sides, since how often it is halved depends
+// on its length alone.
+struct Corner {
+    Vec3 Point;
+    bool BorderNext = false; // the edge from this corner to the next is one of the ring's
+};
+void Subdivide(const std::array<Corner, 3>& t, double borderRad, double innerRad, int depth,
                std::vector<Vec3>& out) {
-    const double ab = Angle(a, b), bc = Angle(b, c), ca = Angle(c, a);
-    const double longest = std::max({ab, bc, ca});
-    if (longest <= maxStepRad || depth > 24) {
-        out.insert(out.end(), {a, b, c});
+    int split = -1;
+    double longest = 0;
+    for (int i = 0; i < 3; ++i) {
+        const double length = Angle(t[i].Point, t[(i + 1) % 3].Point);
+        if (length > (t[i].BorderNext ? borderRad : innerRad) && length > longest) {
+            longest = length;
+            split = i;
+        }
+    }
+    if (split < 0 || depth > 24) {
+        out.insert(out.end(), {t[0].Point, t[1].Point, t[2].Point});
         return;
     }
-    if (longest == ab) {
-        const Vec3 m = (a + b).Normalised();
-        Subdivide(a, m, c, maxStepRad, depth + 1, out);
-        Subdivide(m, b, c, maxStepRad, depth + 1, out);
-    } else if (longest == bc) {
-        const Vec3 m = (b + c).Normalised();
-        Subdivide(a, b, m, maxStepRad, depth + 1, out);
-        Subdivide(a, m, c, maxStepRad, depth + 1, out);
-    } else {
-        const Vec3 m = (c + a).Normalised();
-        Subdivide(a, b, m, maxStepRad, depth + 1, out);
-        Subdivide(m, b, c, maxStepRad, depth + 1, out);
-    }
+    const Corner& a = t[size_t(split)];
+    const Corner& b = t[size_t((split + 1) % 3)];
+    const Corner& c = t[size_t((split + 2) % 3)];
+    const Corner m{(a.Point + b.Point).Normalised(), a.BorderNext};
+    Subdivide({a, Corner{m.Point, false}, c}, borderRad, innerRad, depth + 1, out);
+    Subdivide({m, b, Corner{c.Point, false}}, borderRad, innerRad, depth + 1, out);
+}
+
+// The distance of p from the arc from a to b, in units of the globe's radius (small distances).
+double ArcDistance(const Vec3& p, const Vec3& a, const Vec3& b) {
+    const Vec3 normal = a.Cross(b);
+    if (normal.Length() < 1e-12 || (p - a).Dot(b - a) < 0 || (p - b).Dot(a - b) < 0)
+        return std::min((p - a).Length(), (p - b).Length());
+    return std::fabs(p.Dot(normal.Normalised()));
 }
 
 } // namespace
@@ -152,21 +171,80 @@ std::vector<Vec3> OutlineSegments(const std::vector<LatLon>& ring, double maxSte
     return segments;
 }
 
+std::vector<LatLon> SimplifyRing(const std::vector<LatLon>& ring, double toleranceRad) {
+    std::vector<LatLon> points;
+    std::vector<Vec3> places;
+    for (const LatLon& p : ring) {
+        const Vec3 v = OnGlobe(p.Lat, p.Lon);
+        if (places.empty() || (v - places.back()).Length() > 1e-9) {
+            points.push_back(p);
+            places.push_back(v);
+        }
+    }
+    while (places.size() > 1 && (places.back() - places.front()).Length() <= 1e-9) {
+        places.pop_back();
+        points.pop_back();
+    }
+    const size_t n = places.size();
+    if (n < 4 || !(toleranceRad > 0))
+        return points;
+    // Douglas-Peucker on the closed ring, from its first corner and the corner farthest from it; the
+    // corners of a cut at the 180 degree meridian stay, so the cut stays undrawn.
+    std::vector<bool> keep(n, false);
+    size_t far = 1;
+    for (size_t i = 1; i < n; ++i) {
+        keep[i] = std::fabs(std::fabs(points[i].Lon) - 180.0f) < 1e-4f;
+        if ((places[i] - places[0]).Length() > (places[far] - places[0]).Length())
+            far = i;
+    }
+    keep[0] = keep[far] = true;
+    std::vector<std::pair<size_t, size_t>> spans{{0, far}, {far, n}}; // n stands for 0 again
+    while (!spans.empty()) {
+        const auto [from, to] = spans.back();
+        spans.pop_back();
+        double farthest = -1;
+        size_t at = from;
+        for (size_t k = from + 1; k < to; ++k) {
+            const double d = ArcDistance(places[k], places[from], places[to % n]);
+            if (d > farthest) {
+                farthest = d;
+                at = k;
+            }
+        }
+        if (farthest > toleranceRad) {
+            keep[at] = true;
+            spans.push_back({from, at});
+            spans.push_back({at, to});
+        } else {
+            // Within the tolerance, only the cut's corners stay; they split the span for what lies
+            // between them.
+            for (size_t k = from + 1; k < to; ++k)
+                if (keep[k]) {
+                    spans.push_back({from, k});
+                    spans.push_back({k, to});
+                    break;
+                }
+        }
+    }
+    std::vector<LatLon> kept;
+    for (size_t i = 0; i < n; ++i)
+        if (keep[i])
+            kept.push_back(points[i]);
+    return kept;
+}
+
 std::vector<Vec3> FillTriangles(const std::vector<LatLon>& ring, double maxStepDeg) {
-    const std::vector<Vec3> dense = DenseRing(ring, maxStepDeg);
-    if (DenseRing(ring, 360.0).size() < 3) // fewer than three corners
+    const std::vector<Vec3> corners = Corners(ring);
+    if (corners.size() < 3)
         return {};
-    Vec3 sum;
-    for (const Vec3& p : dense)
-        sum = sum + p;
-    const Vec3 centre = sum.Normalised();
+    const Vec3 centre = RingCentre(corners);
     // The gnomonic projection about the ring's centre turns its great-circle edges into straight lines.
     const Vec3 helper = std::fabs(centre.Y) < 0.9 ? Vec3{0, 1, 0} : Vec3{1, 0, 0};
     const Vec3 east = helper.Cross(centre).Normalised();
     const Vec3 north = centre.Cross(east);
     std::vector<Point2> flat;
-    flat.reserve(dense.size());
-    for (const Vec3& p : dense) {
+    flat.reserve(corners.size());
+    for (const Vec3& p : corners) {
         const double depth = p.Dot(centre);
         if (depth < 0.05)
             return {};
@@ -178,21 +256,28 @@ std::vector<Vec3> FillTriangles(const std::vector<LatLon>& ring, double maxStepD
         const Point2& b = flat[(i + 1) % flat.size()];
         area += a.X * b.Y - b.X * a.Y;
     }
-    std::vector<int> order(flat.size());
-    for (size_t i = 0; i < order.size(); ++i)
-        order[i] = area >= 0 ? int(i) : int(order.size() - 1 - i);
+    const size_t n = flat.size();
+    std::vector<int> order(n);
+    for (size_t i = 0; i < n; ++i)
+        order[i] = area >= 0 ? int(i) : int(n - 1 - i);
     std::vector<Point2> ccw;
-    ccw.reserve(flat.size());
+    ccw.reserve(n);
     for (int k : order)
         ccw.push_back(flat[size_t(k)]);
-    // The corners' triangles are halved until they lie close to the globe: a flat triangle across the
-    // globe's visible edge would be cut off well inside it.
-    const std::vector<int> corners = EarClip(ccw);
-    const double maxFillStepRad = kFillStepDeg / kRadToDeg;
+    // The corners' triangles are halved until they lie close to the globe (a flat triangle across the
+    // globe's visible edge would be cut off well inside it) and their edges on the ring follow it.
+    const std::vector<int> ears = EarClip(ccw);
+    const double innerRad = kFillStepDeg / kRadToDeg;
+    const double borderRad = std::min(kFillStepDeg, std::max(maxStepDeg, 0.01)) / kRadToDeg;
     std::vector<Vec3> triangles;
-    for (size_t k = 0; k + 2 < corners.size(); k += 3) {
-        const auto at = [&](size_t i) { return dense[size_t(order[size_t(corners[k + i])])]; };
-        Subdivide(at(0), at(1), at(2), std::max(maxFillStepRad, maxStepDeg / kRadToDeg), 0, triangles);
+    for (size_t k = 0; k + 2 < ears.size(); k += 3) {
+        std::array<Corner, 3> t;
+        for (size_t i = 0; i < 3; ++i) {
+            const int from = ears[k + i], to = ears[k + (i + 1) % 3];
+            t[i] = {corners[size_t(order[size_t(from)])],
+                    (from + 1) % int(n) == to || (to + 1) % int(n) == from};
+        }
+        Subdivide(t, borderRad, innerRad, 0, triangles);
     }
     return triangles;
 }

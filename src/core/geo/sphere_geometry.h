@@ -38,12 +38,17 @@ bool IsAntimeridianCut(const LatLon& a, const LatLon& b);
 // closed back to its first point.
 std::vector<Vec3> OutlineSegments(const std::vector<LatLon>& ring, double maxStepDeg);
 
-// Triangles (three points each) that fill a ring without overlapping, its edges following great
-// circles (no point more than maxStepDeg from the next). The triangles are small (no edge over three
-// degrees, or maxStepDeg if larger) and flat between corners on the globe, so where the globe's far
-// side is cut off, a fill is cut with it, close to the globe's edge. Empty when the ring has
-// fewer than three distinct points or reaches round more than about a hemisphere. A ring that crosses
-// itself is filled as well as its order allows.
+// Triangles (three points each) that fill a ring without overlapping, the ring's edges following their
+// great circles in pieces of at most maxStepDeg (or three degrees if less). The triangles are small (no
+// edge over three degrees) and flat between corners on the globe, so where the globe's far side is cut
+// off, a fill is cut with it, close to the globe's edge. Empty when the ring has fewer than three
+// distinct points or reaches round more than about a hemisphere. A ring that crosses itself is filled
+// as well as its order allows.
 std::vector<Vec3> FillTriangles(const std::vector<LatLon>& ring, double maxStepDeg);
+
+// The corners of a ring that an outline drawn through them needs to stay within toleranceRad (radians
+// of arc) of the whole ring (Douglas-Peucker along great circles), repeats dropped, not closed. The
+// corners on the 180 degree meridian always stay.
+std::vector<LatLon> SimplifyRing(const std::vector<LatLon>& ring, double toleranceRad);
 
 } // namespace sky::geo

@@ -1,6 +1,8 @@
 #include "render/sector_layer.h"
 
 #include <algorithm>
+#include <cmath>
+#include <iterator>
 
 #include "refdata/fir_outlines.h"
 #include "render/traffic_scene.h"
@@ -12,8 +14,10 @@ using network::ControllerRecord;
 
 namespace {
 
-// Edges of outlines follow their great circle in steps of at most this many degrees.
+// Edges of outlines follow their great circle in steps of no fewer degrees than this.
 constexpr double kOutlineStepDeg = 1.0;
+// Levels of detail kept at once.
+constexpr size_t kLevelsKept = 3;
 
 // Radii of the areas drawn for stations without an outline of their own.
 constexpr double kApproachRadiusNm = 30.0;
@@ -50,8 +54,9 @@ double CentreRadiusNm(const ControllerRecord& c) {
 std::vector<const SectorShapes::Shape*> ShapesOf(const ControllerRecord& s, const TrafficInputs& in,
                                                  SectorShapes& cache) {
     std::vector<const SectorShapes::Shape*> shapes;
+    const int detail = SectorDetail(in.ViewZ, in.WindowHeightPx);
     for (const FirOutline* outline : in.Outlines.ForIdentifier(s.Station))
-        shapes.push_back(&cache.For(*outline));
+        shapes.push_back(&cache.For(*outline, detail));
     return shapes;
 }
 
@@ -66,18 +71,40 @@ void EachStation(const network::NetworkData& data, const TrafficInputs& in, Visi
 
 } // namespace
 
-const SectorShapes::Shape& SectorShapes::For(const FirOutline& outline) {
-    const auto found = m_shapes.find(&outline);
-    if (found != m_shapes.end())
+int SectorDetail(float viewZ, int windowHeightPx) {
+    // Half a pixel at the band's closest zoom, in units of the globe's radius (as many window heights
+    // as the zoom), rounded down to a power of two.
+    const double closest = std::min(50.0, std::pow(1.5, SymbolBand(viewZ) + 0.5));
+    const double tolerance = 0.5 / (closest * std::clamp(windowHeightPx, 1, 100000));
+    return int(std::floor(std::log2(tolerance)));
+}
+
+const SectorShapes::Shape& SectorShapes::For(const FirOutline& outline, int detail) {
+    if (!m_levels.contains(detail) && m_levels.size() >= kLevelsKept) {
+        // The level farthest from the one asked for goes.
+        const auto farthest =
+            std::abs(m_levels.begin()->first - detail) > std::abs(m_levels.rbegin()->first - detail)
+                ? m_levels.begin()
+                : std::prev(m_levels.end());
+        m_levels.erase(farthest);
+    }
+    auto& shapes = m_levels[detail];
+    const auto found = shapes.find(&outline);
+    if (found != shapes.end())
         return found->second;
+    // An arc split into steps of stepRad lies within 1 - cos(stepRad / 2) of its chords.
+    const double tolerance = std::ldexp(1.0, detail);
+    const double stepDeg =
+        std::max(kOutlineStepDeg, 2.0 * std::acos(std::max(0.0, 1.0 - tolerance)) / geo::DegToRad);
     Shape shape;
     for (const auto& ring : outline.Rings) {
-        const std::vector<geo::Vec3> triangles = geo::FillTriangles(ring, kOutlineStepDeg);
+        const std::vector<geo::LatLon> corners = geo::SimplifyRing(ring, tolerance);
+        const std::vector<geo::Vec3> triangles = geo::FillTriangles(corners, stepDeg);
         shape.Triangles.insert(shape.Triangles.end(), triangles.begin(), triangles.end());
-        const std::vector<geo::Vec3> segments = geo::OutlineSegments(ring, kOutlineStepDeg);
+        const std::vector<geo::Vec3> segments = geo::OutlineSegments(corners, stepDeg);
         shape.Segments.insert(shape.Segments.end(), segments.begin(), segments.end());
     }
-    return m_shapes.emplace(&outline, std::move(shape)).first->second;
+    return shapes.emplace(&outline, std::move(shape)).first->second;
 }
 
 void SectorFills(GlApi& gl, const network::NetworkData& data, const TrafficInputs& in, const Style& style) {

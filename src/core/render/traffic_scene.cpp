@@ -60,10 +60,7 @@ LabelPlan RecordAll(GlApi& gl, int network, const TrafficInputs& in) {
     Record(gl, base + lists::kInbounds,
            [&] { each([&](const NetworkData& d, const Style&) { InboundLines(gl, d, in); }); });
     gl.DeleteList(lists::kHighlight);
-    Record(gl, base + lists::kSectorFills,
-           [&] { each([&](const NetworkData& d, const Style& s) { SectorFills(gl, d, in, s); }); });
-    Record(gl, base + lists::kOutlines,
-           [&] { each([&](const NetworkData& d, const Style& s) { SectorOutlines(gl, d, in, s); }); });
+    BuildSectorLists(gl, network, in);
     Record(gl, base + lists::kAtcMarkers,
            [&] { each([&](const NetworkData& d, const Style& s) { ControllerMarkers(gl, d, in, s); }); });
     return labels;
@@ -159,6 +156,19 @@ LabelPlan BuildPilotLists(GlApi& gl, int network, const TrafficInputs& in) {
             InboundLines(gl, in.Tables[n], in);
     });
     return labels;
+}
+
+void BuildSectorLists(GlApi& gl, int network, const TrafficInputs& in) {
+    const int base = lists::TrafficBase(network);
+    const bool comparison = network == 2;
+    Record(gl, base + lists::kSectorFills, [&] {
+        for (int n : NetworksOf(network))
+            SectorFills(gl, in.Tables[n], in, StyleFor(n, comparison));
+    });
+    Record(gl, base + lists::kOutlines, [&] {
+        for (int n : NetworksOf(network))
+            SectorOutlines(gl, in.Tables[n], in, StyleFor(n, comparison));
+    });
 }
 
 LabelPlan BuildLabelLists(GlApi& gl, int network, const TrafficInputs& in) {

@@ -86,6 +86,8 @@ LabelPlan BuildPlaneLists(GlApi& gl, int network, const TrafficInputs& in);
 LabelPlan BuildPilotLists(GlApi& gl, int network, const TrafficInputs& in);
 // Records the aircraft symbols alone (after a zoom that changed their size on screen by a few percent).
 void BuildSymbolList(GlApi& gl, int network, const TrafficInputs& in);
+// Records the sector fills and outlines alone (after a zoom that changed their level of detail).
+void BuildSectorLists(GlApi& gl, int network, const TrafficInputs& in);
 // Records the aircraft, airport and controller labels of network (0, 1 or 2 for the comparison),
 // decluttered together when the inputs carry a label view.
 LabelPlan BuildLabelLists(GlApi& gl, int network, const TrafficInputs& in);

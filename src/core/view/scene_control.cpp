@@ -12,6 +12,7 @@
 #include "render/frame.h"
 #include "render/night_layer.h"
 #include "render/panel_layout.h"
+#include "render/sector_layer.h"
 #include "render/text.h"
 #include "view/map_host.h"
 #include "view/map_state.h"
@@ -121,7 +122,6 @@ render::TrafficInputs SceneControl::Inputs(const render::LabelView* labels, int 
 
 void SceneControl::PlacedFor(int scene) {
     m_symbolBand[size_t(scene)] = render::SymbolBand(m_state.View.ViewZ);
-    m_symbolMask[size_t(scene)] = render::SymbolMaskTexture(m_state.View.ViewZ, m_state.HeightPx);
     m_detailedLabels[size_t(scene)] = m_state.View.ViewZ >= render::kDetailedLabelZoom;
     m_labelKey = CurrentLabelKey();
     m_labelViewState = m_state.View;
@@ -141,6 +141,7 @@ void SceneControl::BuildTrafficScene(int network) {
         const render::LabelView labels = CurrentLabelView();
         m_labels = render::BuildTrafficLists(m_gl, network, Inputs(&labels, network));
         PlacedFor(network);
+        ScalesRecorded(network, true, true);
     }
     if (data.ConnectedClients > 0) {
         if (!display.FriendsOnly)
@@ -173,6 +174,7 @@ void SceneControl::BuildComparisonScene() {
         const render::LabelView labels = CurrentLabelView();
         m_labels = render::BuildComparisonLists(m_gl, Inputs(&labels, 2));
         PlacedFor(2);
+        ScalesRecorded(2, true, true);
         m_state.Display.SceneBuilt[2] = true;
     }
     SetStatus(status);
@@ -230,20 +232,32 @@ void SceneControl::ViewChanged() {
         RecordHighlight();
     if (!m_state.Display.SceneBuilt[shown])
         return;
-    const int mask = render::SymbolMaskTexture(zoom, m_state.HeightPx);
     const bool sameBand =
         render::SymbolBand(zoom) == m_symbolBand[shown] && detailed == m_detailedLabels[shown];
-    if (sameBand && mask == m_symbolMask[shown])
+    const bool newMask = render::SymbolMaskTexture(zoom, m_state.HeightPx) != m_symbolMask[shown];
+    const bool newDetail = render::SectorDetail(zoom, m_state.HeightPx) != m_sectorDetail[shown];
+    if (sameBand && !newMask && !newDetail)
         return;
     const render::LabelView labels = CurrentLabelView();
-    // Within the band the symbols' edges stay a pixel wide as they grow or shrink on screen.
+    const render::TrafficInputs inputs = Inputs(&labels, shown);
+    if (newDetail)
+        render::BuildSectorLists(m_gl, shown, inputs);
     if (sameBand) {
-        render::BuildSymbolList(m_gl, shown, Inputs(&labels, shown));
-        m_symbolMask[shown] = mask;
-        return;
+        // The symbols' edges stay a pixel wide as they grow or shrink on screen within the band.
+        if (newMask)
+            render::BuildSymbolList(m_gl, shown, inputs);
+    } else {
+        m_labels = render::BuildPlaneLists(m_gl, shown, inputs);
+        PlacedFor(shown);
     }
-    m_labels = render::BuildPlaneLists(m_gl, shown, Inputs(&labels, shown));
-    PlacedFor(shown);
+    ScalesRecorded(shown, newMask || !sameBand, newDetail);
+}
+
+void SceneControl::ScalesRecorded(int scene, bool symbols, bool sectors) {
+    if (symbols)
+        m_symbolMask[size_t(scene)] = render::SymbolMaskTexture(m_state.View.ViewZ, m_state.HeightPx);
+    if (sectors)
+        m_sectorDetail[size_t(scene)] = render::SectorDetail(m_state.View.ViewZ, m_state.HeightPx);
 }
 
 void SceneControl::RebuildLabels() {
@@ -252,8 +266,12 @@ void SceneControl::RebuildLabels() {
     const auto grouped = m_crowds.Grouped;
     const render::TrafficInputs inputs = Inputs(&labels, shown);
     // The selection or a switch may have taken an aircraft out of its crowd, or put it back.
-    m_labels = m_crowds.Grouped != grouped ? render::BuildPlaneLists(m_gl, shown, inputs)
-                                           : render::BuildLabelLists(m_gl, shown, inputs);
+    if (m_crowds.Grouped != grouped) {
+        m_labels = render::BuildPlaneLists(m_gl, shown, inputs);
+        ScalesRecorded(shown, true, false);
+    } else {
+        m_labels = render::BuildLabelLists(m_gl, shown, inputs);
+    }
     PlacedFor(shown);
 }
 

@@ -130,13 +130,16 @@ private:
     render::TrafficInputs Inputs(const render::LabelView* labels, int scene);
     void RebuildLabels(); // the three label lists of the shown scene, for the view as it is
     void PlacedFor(int scene);
+    // The symbols or sectors of a scene were recorded for the view as it is.
+    void ScalesRecorded(int scene, bool symbols, bool sectors);
     void StatusChanged(); // records the status line from the state's text
 
     MapState& m_state;
     render::GlApi& m_gl;
     MapHost& m_host;
     std::array<int, 3> m_symbolBand = {0, 0, 0};
-    std::array<int, 3> m_symbolMask = {0, 0, 0}; // the symbols' mask, made for the window's height
+    std::array<int, 3> m_symbolMask = {0, 0, 0};   // the symbols' mask, made for their size on screen
+    std::array<int, 3> m_sectorDetail = {0, 0, 0}; // the sectors' level of detail
     std::array<bool, 3> m_detailedLabels = {false, false, false};
     std::optional<LabelKey> m_labelKey; // of the last placement
     geo::ViewState m_labelViewState;
