@@ -16,6 +16,12 @@ void DetailedLines::LineWidth(float width) {
     m_lineWidth = width;
 }
 
+void DetailedLines::Tolerance(float pixels) {
+    if (m_stage != Stage::Before)
+        m_usable = false;
+    m_tolerance = pixels;
+}
+
 void DetailedLines::Colour(const Rgba& colour) {
     if (m_stage == Stage::After)
         m_usable = false;

@@ -56,6 +56,8 @@ public:
     void BitmapMove(float dx, float dy) override;
     // Kept with each glyph of the batch (the glyph lists' bitmaps have none); reset by NewList and EndList.
     void TextOutline(float red, float green, float blue, float alpha) override;
+    // Kept for the list's lines drawn with fewer segments (see DetailedLines); nothing for GL.
+    void LineTolerance(float pixels) override;
     void LineWidth(float width) override;
     void PointSize(float size) override;
     void Enable(render::Capability capability) override;

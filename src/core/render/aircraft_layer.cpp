@@ -137,6 +137,9 @@ void AirportMarkers(GlApi& gl, const network::NetworkData& data, const TrafficIn
 }
 
 void InboundLines(GlApi& gl, const network::NetworkData& data, const TrafficInputs& in) {
+    // So many long lines show no difference when drawn up to two pixels off their arcs, and cost far
+    // fewer segments so when zoomed out.
+    gl.LineTolerance(2.0f);
     SetColour(gl, in.Colours, kSlotAirports, 0.6f);
     gl.Begin(Primitive::Lines);
     std::vector<Vec3> arc;

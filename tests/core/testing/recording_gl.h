@@ -26,6 +26,7 @@ public:
         BindTexture,
         TexCoord,
         AlphaFunc,
+        LineTolerance,
         LineWidth,
         PointSize,
         Enable,
@@ -74,6 +75,7 @@ public:
     void BindTexture(int texture) override { Add({Op::BindTexture, texture}); }
     void TexCoord(float s, float t) override { Add({Op::TexCoord, 0, {s, t}}); }
     void AlphaFunc(float reference) override { Add({Op::AlphaFunc, 0, {reference}}); }
+    void LineTolerance(float pixels) override { Add({Op::LineTolerance, 0, {pixels}}); }
     void LineWidth(float width) override { Add({Op::LineWidth, 0, {width}}); }
     void PointSize(float size) override { Add({Op::PointSize, 0, {size}}); }
     void Enable(Capability capability) override { Add({Op::Enable, int(capability)}); }
