@@ -81,5 +81,30 @@ TEST(OutlineSegments, FollowGreatCirclesAndLeaveOutTheDateLineCut) {
     EXPECT_EQ(segments.size() / 2, 9u + 20u + 7u);
 }
 
+TEST(SimplifyRing, KeepsTheCornersTheToleranceNeedsAndTheDateLineCut) {
+    struct Row {
+        const char* name;
+        std::vector<LatLon> ring;
+        double toleranceRad;
+        size_t corners;
+    };
+    // (0, 5) lies on the equator's great circle; (5, 10.001) is 1.7e-5 rad off its meridian.
+    const std::vector<LatLon> square = {{0, 0}, {0, 5}, {0, 10}, {5, 10.001f}, {10, 10}, {10, 0}, {0, 0}};
+    const Row rows[] = {
+        {"a wiggle under the tolerance goes", square, 1e-4, 4},
+        {"one over it stays", square, 1e-6, 5},
+        {"no tolerance keeps every corner, once", square, 0, 6},
+        {"the cut at 180 degrees stays", {{30, 170}, {30, 180}, {40, 180}, {50, 180}, {50, 170}}, 0.5, 4},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        const std::vector<LatLon> kept = SimplifyRing(row.ring, row.toleranceRad);
+        EXPECT_EQ(kept.size(), row.corners);
+        EXPECT_EQ(
+            std::count_if(kept.begin(), kept.end(), [](const LatLon& p) { return p.Lon == 180; }),
+            std::count_if(row.ring.begin(), row.ring.end(), [](const LatLon& p) { return p.Lon == 180; }));
+    }
+}
+
 } // namespace
 } // namespace sky::geo
