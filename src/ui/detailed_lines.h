@@ -14,7 +14,7 @@ namespace sky::ui {
 // them than the view can show. The list is recorded as GL records it and, beside it, into this; a list
 // that turns out to hold anything but a line width, a tolerance, colours and one block of separate line
 // segments is left to GL. Drawn, the segments go from a vertex buffer through LineDetail at the list's
-// tolerance (a pixel unless it says otherwise): lines stay within it of where the full list puts them,
+// tolerance (half a pixel unless it says otherwise): lines stay within it of where the full list puts them,
 // and a zoomed-out frame spares Mesa's software rasteriser most of the set-up of segments shorter than
 // a pixel.
 class DetailedLines {

@@ -207,7 +207,7 @@ void GlBackend::CallList(int list) {
     const double yScale = std::sqrt(double(m[1]) * m[1] + double(m[5]) * m[5] + double(m[9]) * m[9]);
     const double pixelsPerUnit = std::max(xScale * m_asked.Width, yScale * m_asked.Height) / 2.0;
     DetailedLines& lines = *detailed->second;
-    lines.Draw(*m_functions, pixelsPerUnit, Device(lines.ToleranceSet().value_or(1.0f)),
+    lines.Draw(*m_functions, pixelsPerUnit, Device(lines.ToleranceSet().value_or(0.5f)),
                Device(lines.LineWidthSet().value_or(1.0f)));
 }
 void GlBackend::ListBase(int base) {

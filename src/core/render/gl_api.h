@@ -54,7 +54,7 @@ public:
 
     // The lines of the list being recorded may be drawn up to this many pixels from where they were
     // recorded, so a GL that draws long lists of lines with fewer segments when zoomed out may leave
-    // out that much; a pixel when not said. The default does nothing.
+    // out that much; half a pixel when not said. The default does nothing.
     virtual void LineTolerance(float pixels) { (void)pixels; }
     virtual void LineWidth(float width) = 0;
     virtual void PointSize(float size) = 0;
