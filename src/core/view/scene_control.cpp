@@ -198,6 +198,7 @@ void SceneControl::Refilter(bool pilotsOnly) {
         const render::LabelView labels = CurrentLabelView();
         m_labels = render::BuildPilotLists(m_gl, shown, Inputs(&labels, shown));
         PlacedFor(shown);
+        ScalesRecorded(shown, true, false);
         m_state.Display.SceneBuilt[size_t(shown)] = true;
     } else {
         m_quiet = true;
