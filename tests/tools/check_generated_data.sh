@@ -33,7 +33,8 @@ if [ ! -d "$sources/ourairports" ] || [ ! -d "$sources/vatspy" ]; then
 fi
 python3 "$root/tools/make_refdata.py" "$sources" "$out/refdata"
 python3 "$root/tools/make_geography.py" "$sources" "$out/refdata"
-for file in airports.dat firlist.dat firdisplay.dat firdisplay.sup navaids.dat coastline.dat countries.dat; do
+python3 "$root/tools/make_land.py" "$sources" "$out/refdata"
+for file in airports.dat firlist.dat firdisplay.dat firdisplay.sup navaids.dat coastline.dat countries.dat land.dat; do
     same "$out/refdata/$file" "$root/data/$file"
 done
 exit $status
