@@ -1,7 +1,9 @@
 #include "gui_fixture.h"
 
+#include "app/colour_theme.h"
 #include "geo/geodesy.h"
 #include "geo/projection.h"
+#include "render/geography.h"
 
 using namespace Qt::StringLiterals;
 
@@ -151,17 +153,15 @@ TEST_F(Gui, AtTwiceTheScaleTheMapFillsTheWindowAndTextKeepsItsSize) {
     // No traffic before a download: nothing in the aircraft's colours; a snapshot writes no settings.
     EXPECT_LT(CountNear(normal, kPlaneBorder, 20), 50);
     EXPECT_EQ(sky::ReadWholeFile(m_home.filePath(u"skln.ini"_s)), QByteArray("[Map]\nShowNight=0\n"));
-    // The globe reaches into the upper right quarter, as it does at the normal scale.
-    const QRgb globe = qRgb(0x10, 0x10, 0x2A);
-    const auto upperRight = [](const QImage& i) {
-        return QRect(i.width() / 2, i.height() / 10, i.width() / 3, i.height() / 3);
+    // The globe (its sea and land) reaches into the upper right quarter, as it does at the normal scale.
+    const auto globeShare = [](const QImage& i) {
+        const QRect upperRight(i.width() / 2, i.height() / 10, i.width() / 3, i.height() / 3);
+        const int globe = CountNear(i, qRgb(0x10, 0x10, 0x2A), 8, upperRight);
+        return double(globe + CountNear(i, qRgb(0x1D, 0x22, 0x38), 8, upperRight)) /
+               (upperRight.width() * upperRight.height());
     };
-    const double share = double(CountNear(normal, globe, 8, upperRight(normal))) /
-                         (upperRight(normal).width() * upperRight(normal).height());
-    const double scaledShare = double(CountNear(scaled, globe, 8, upperRight(scaled))) /
-                               (upperRight(scaled).width() * upperRight(scaled).height());
-    EXPECT_GT(share, 0.2);
-    EXPECT_NEAR(scaledShare, share, 0.1);
+    EXPECT_GT(globeShare(normal), 0.2);
+    EXPECT_NEAR(globeShare(scaled), globeShare(normal), 0.1);
     // The status line "Ready" is twice as tall in device pixels.
     const QRgb white = qRgb(0xFF, 0xFF, 0xFF);
     const QRect text = BoundsOf(normal, white, 8, QRect(60, 580, 200, 20));
@@ -220,6 +220,47 @@ TEST_F(Gui, TheNightSideOfTheGlobeIsShaded) {
     const int day = brightness(-10.0f, 60.0f), night = brightness(10.0f, 160.0f);
     EXPECT_GT(day, 30);
     EXPECT_LE(night, day * (1.0 - 0.45) + 3) << "day " << day << ", night " << night;
+}
+
+// Land in the theme's Land colour, a lake and the sea in the globe's colour of their latitude, in both
+// shipped themes: round the south pole (the land meets at the pole and across the date line) and over
+// Africa with Lake Victoria.
+TEST_F(Gui, LandAndSeaShowInTheThemesColours) {
+    const struct {
+        const char* theme;
+        sky::geo::ViewState view;
+        std::vector<sky::geo::LatLon> land, water;
+    } rows[] = {{"default.dc",
+                 {0, 90, 1},
+                 {{-88.5f, 45}, {-86, 135}, {-87.5f, 179.5f}, {-87.5f, -179.5f}},
+                 {{-55, 95}, {-65, -145}}},
+                {"daylight.dc", {25, 0, 2}, {{4.5f, 23.5f}, {-7, 25}}, {{-1.5f, 33}, {-8, 8}}}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.theme);
+        Write(u"skln.ini"_s, "[Map]\nShowNight=0\n[Display]\nColourTheme="_ba + row.theme + "\n");
+        const QString view = u"%1,%2,%3"_s.arg(row.view.ViewX).arg(-row.view.ViewY).arg(row.view.ViewZ);
+        const QImage image = Snapshot({u"--demo"_s, u"--view"_s, view});
+        ASSERT_FALSE(image.isNull());
+        const sky::ColourTable colours = sky::LoadColourTheme(m_home.path(), QString::fromLatin1(row.theme));
+        const auto expect = [&](sky::geo::LatLon place, const float rgb[3]) {
+            const auto p = sky::geo::LatLonToScreen(place.Lat, place.Lon, 800, 600, row.view);
+            ASSERT_TRUE(p.has_value());
+            const QRgb colour =
+                qRgb(int(rgb[0] * 255 + 0.5f), int(rgb[1] * 255 + 0.5f), int(rgb[2] * 255 + 0.5f));
+            EXPECT_EQ(CountNear(image, colour, 3, QRect(int(p->X) - 2, int(p->Y) - 2, 5, 5)), 25)
+                << place.Lat << " " << place.Lon;
+        };
+        const float land[3] = {colours.Red[sky::kSlotLand], colours.Green[sky::kSlotLand],
+                               colours.Blue[sky::kSlotLand]};
+        for (const auto& place : row.land)
+            expect(place, land);
+        for (const auto& place : row.water) {
+            float sea[3];
+            sky::render::GradientColour(colours, sky::kSlotGlobeEquator, sky::kSlotGlobePoles, place.Lat,
+                                        sea);
+            expect(place, sea);
+        }
+    }
 }
 
 } // namespace

@@ -74,6 +74,8 @@ const std::array<ThemeKey, ColourTable::kSlots>& ThemeKeys() {
         {u"PLANES", u"PlaneLabel", u"FFFF9C", kSlotPlaneLabel},
         {u"PLANES", u"PlaneFill", u"323274", kSlotPlaneFill},
         {u"PLANES", u"PlaneBorder", u"FFFF2A", kSlotPlaneBorder},
+        // Our own, after the classic ones.
+        {u"Geo", u"Land", u"1D2238", kSlotLand},
     }};
     return keys;
 }

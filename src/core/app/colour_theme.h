@@ -7,10 +7,10 @@
 
 namespace sky {
 
-// The 27 theme colours by slot, as fractions from 0 to 1. Slots 0 and 1 are the two networks' own
-// colours, so the colour of network n is slot n.
+// The theme colours by slot, as fractions from 0 to 1: the 27 of the classic themes, then those of our
+// own. Slots 0 and 1 are the two networks' own colours, so the colour of network n is slot n.
 struct ColourTable {
-    static constexpr int kSlots = 27;
+    static constexpr int kSlots = 28;
     std::array<float, kSlots> Red{};
     std::array<float, kSlots> Green{};
     std::array<float, kSlots> Blue{};
@@ -45,6 +45,7 @@ enum ColourSlot : int {
     kSlotPlaneFill = 24,
     kSlotPlaneBorder = 25,
     kSlotPlaneLabel = 26,
+    kSlotLand = 27, // our own: the land on the globe
 };
 
 // One key of a theme file: where it is, its built-in value and the slot it fills.

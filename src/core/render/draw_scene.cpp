@@ -5,6 +5,7 @@
 #include "app/colour_theme.h"
 #include "app/settings.h"
 #include "render/gl_api.h"
+#include "render/land_layer.h"
 #include "render/list_numbers.h"
 
 namespace sky::render {
@@ -69,6 +70,7 @@ void DrawCore(GlApi& gl, const FrameInputs& in) {
     if (!s.DisableSmooth)
         gl.Enable(Capability::LineSmooth);
     gl.CallList(lists::kGlobe);
+    DrawLand(gl, in.View, in.WidthPx, in.HeightPx);
     if (s.ShowNight)
         gl.CallList(lists::kNight);
     if (s.ShowLatLon)

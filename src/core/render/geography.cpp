@@ -10,6 +10,7 @@
 #include "common/text_codec.h"
 #include "geo/geodesy.h"
 #include "render/gl_api.h"
+#include "render/land_layer.h"
 #include "render/list_numbers.h"
 
 using namespace Qt::StringLiterals;
@@ -141,6 +142,9 @@ GeographyResult LoadGeography(GlApi& gl, const ColourTable& colours, const QStri
     const auto countries = disableCountries ? std::optional<QByteArray>() : read(u"countries.dat"_s);
     BuildGrid(gl, colours);
     BuildGlobe(gl, colours);
+    // A data folder of an older version has no land: its globe is drawn without, and nothing is said.
+    if (const auto land = ReadWholeFile(folder.filePath(u"land.dat"_s)))
+        BuildLand(gl, *land, colours);
     if (redraw)
         redraw();
     if (coastline)

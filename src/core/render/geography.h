@@ -34,8 +34,9 @@ struct GeographyResult {
 };
 
 // Builds lists 51 to 53, and 54 unless disableCountries, from coastline.dat and countries.dat in
-// dataFolder; redraw is called after the globe and after the coastlines so the map fills in visibly. A
-// file that cannot be read leaves its list out and is named in the result.
+// dataFolder, and the land lists from land.dat; redraw is called after the globe with its land and after
+// the coastlines so the map fills in visibly. A file that cannot be read leaves its lists out and is
+// named in the result, land.dat excepted (a globe without land is still a map).
 GeographyResult LoadGeography(GlApi& gl, const ColourTable& colours, const QString& dataFolder,
                               bool disableCountries, const std::function<void()>& redraw = {});
 

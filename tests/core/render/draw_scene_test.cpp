@@ -4,6 +4,7 @@
 
 #include "app/colour_theme.h"
 #include "app/settings.h"
+#include "render/land_layer.h"
 #include "render/list_numbers.h"
 #include "testing/recording_gl.h"
 
@@ -38,8 +39,11 @@ TEST_F(Frame, DrawsEveryLayerInItsFixedOrder) {
     m_frame.ShownNetwork = 1;
     m_frame.ShowAbout = false;
     m_settings.ShowInbounds = true;
+    const int land = LandList(1, 14, 19); // the tile of the view's centre, 50 N 10 E
+    m_gl.NewList(land);
+    m_gl.EndList();
     Draw();
-    EXPECT_EQ(CalledLists(), (std::vector<int>{lists::kGlobe, lists::kNight, lists::kGrid, lists::kBorders,
+    EXPECT_EQ(CalledLists(), (std::vector<int>{lists::kGlobe, land, lists::kNight, lists::kGrid, lists::kBorders,
                                                25, 26, lists::kCoastlines, 22, 23, lists::kEventMarks, 27, 28,
                                                lists::kHighlight, 24, 20, 21, lists::kFrame,
                                                lists::kNetworkMarks, lists::kStatusLine, lists::kClientCount}));
