@@ -18,6 +18,8 @@
 #include "gl_backend.h"
 #include "network/http_client.h"
 #include "render/draw_scene.h"
+#include "render/land_layer.h"
+#include "render/list_numbers.h"
 #include "view/map_session.h"
 
 using namespace Qt::StringLiterals;
@@ -225,6 +227,73 @@ BENCHMARK(BM_DrawSceneVatsimDemo)
     ->Args({800, 600, 1})
     ->Args({800, 600, 0})
     ->Args({1920, 1080, 1})
+    ->Unit(benchmark::kMillisecond);
+
+// Takes the land off the globe, as a data folder without land.dat leaves it.
+void DeleteLand(sky::render::GlApi& gl) {
+    for (int list = 0; list < sky::render::LandListCount(); ++list)
+        gl.DeleteList(sky::render::lists::kLandFirst + list);
+}
+
+// The decluttered frame of BM_DrawSceneVatsimDemo without (land 0) and with (land 1) the land, taken in
+// turn in one run.
+void BM_DrawSceneWithLand(benchmark::State& state) {
+    const int width = int(state.range(0)), height = int(state.range(1));
+    Target(width, height);
+    DemoMap map;
+    map.Configure([&](sky::Settings& s) { s.ShowInbounds = true; });
+    map.session->Resize(width, height);
+    map.session->Scene().RebuildScene(1);
+    if (state.range(2) == 0)
+        DeleteLand(map.gl);
+    const sky::render::FrameInputs inputs = map.session->Frame();
+    for (auto _ : state) {
+        sky::render::DrawScene(map.gl, inputs);
+        glFinish();
+    }
+}
+BENCHMARK(BM_DrawSceneWithLand)
+    ->ArgNames({"w", "h", "land"})
+    ->ArgsProduct({{800}, {600}, {0, 1}})
+    ->ArgsProduct({{1920}, {1080}, {0, 1}})
+    ->Unit(benchmark::kMillisecond);
+
+// A frame of the globe and its coastlines only (no traffic, grid, borders or night), without (land 0)
+// and with (land 1) the land, at a window size and a view: 0 the demo's view over Europe at zoom 1.49,
+// 1 Heathrow at zoom 16, 2 the whole globe at zoom 0.5. What the land adds to a frame.
+void BM_DrawGlobeAndLand(benchmark::State& state) {
+    const int width = int(state.range(0)), height = int(state.range(1));
+    const sky::geo::ViewState views[] = {
+        {13.34f, -54.15f, 1.49f}, {-0.46f, -51.47f, 16.0f}, {0.0f, 0.0f, 0.5f}};
+    Target(width, height);
+    DemoMap map(false);
+    map.session->StartUp();
+    if (state.range(2) == 0)
+        DeleteLand(map.gl);
+    sky::Settings settings;
+    settings.ShowNight = settings.ShowLatLon = settings.ShowATC = settings.ShowAirports = false;
+    settings.ShowPlanes = false;
+    const sky::render::FrameInputs globeOnly{settings,
+                                             map.session->Frame().Colours,
+                                             views[state.range(3)],
+                                             0,
+                                             {},
+                                             false,
+                                             false,
+                                             false,
+                                             false,
+                                             false,
+                                             width,
+                                             height};
+    for (auto _ : state) {
+        sky::render::DrawScene(map.gl, globeOnly);
+        glFinish();
+    }
+}
+BENCHMARK(BM_DrawGlobeAndLand)
+    ->ArgNames({"w", "h", "land", "view"})
+    ->ArgsProduct({{800}, {600}, {0, 1}, {0, 1, 2}})
+    ->ArgsProduct({{1920}, {1080}, {0, 1}, {0, 1, 2}})
     ->Unit(benchmark::kMillisecond);
 
 // The same frame with the traffic layers off: the globe, grid, coastlines and borders every frame calls
