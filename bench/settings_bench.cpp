@@ -1,7 +1,11 @@
 #include <benchmark/benchmark.h>
 
+#include <QTemporaryDir>
+
 #include "app/ini_file.h"
+#include "alerts/watch_list.h"
 #include "app/settings.h"
+#include "common/file_io.h"
 
 namespace {
 
@@ -35,5 +39,18 @@ void BM_WriteSettings(benchmark::State& state) {
     }
 }
 BENCHMARK(BM_WriteSettings)->Arg(0)->Arg(10000);
+
+// A watch list grown by a script: every line a pattern of its own, read as start-up reads it.
+void BM_LoadWatchList(benchmark::State& state) {
+    QByteArray bytes;
+    for (int i = 0; i < int(state.range(0)); ++i)
+        bytes += "W" + QByteArray::number(i) + "_*\n";
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("watch.dat"));
+    sky::WriteFileAtomically(path, bytes);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(sky::alerts::WatchList::Load(path).Patterns().size());
+}
+BENCHMARK(BM_LoadWatchList)->ArgName("lines")->Arg(20000)->Arg(80000)->Arg(200000)->Iterations(1)->Unit(benchmark::kMillisecond);
 
 } // namespace

@@ -11,7 +11,7 @@ packages=(
     cmake ninja-build g++ pkg-config
     qt6-base-dev libqt6opengl6-dev qt6-charts-dev libqt6sql6-sqlite dbus-daemon libgl-dev libgl1-mesa-dri zlib1g-dev
     libgtest-dev libgmock-dev libbenchmark-dev clang libclang-rt-14-dev openssl
-    xvfb xauth xdotool x11-xkb-utils fonts-dejavu-core fonts-liberation2 python3
+    xvfb xauth xdotool x11-xkb-utils fonts-dejavu-core fonts-liberation2 python3 faketime
     help2man desktop-file-utils appstream python3-debian
 )
 

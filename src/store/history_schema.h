@@ -6,6 +6,8 @@
 // flight's track.
 //
 // Frame marks: "\x1F<line>" for a station, "\x1E<line>:<flight>" for a pilot.
+#include <QStringList>
+
 namespace sky::store::schema {
 
 inline constexpr int kVersion = 1;
@@ -13,6 +15,8 @@ inline constexpr int kVersion = 1;
 inline constexpr char16_t kStationMark = u'\x1F';
 inline constexpr char16_t kPilotMark = u'\x1E';
 
+inline const QStringList kTableNames = {QStringLiteral("snapshots"), QStringLiteral("lines"),
+                                        QStringLiteral("flights"), QStringLiteral("positions")};
 inline constexpr const char* kTables[] = {
     "CREATE TABLE IF NOT EXISTS snapshots(id INTEGER PRIMARY KEY, network INTEGER NOT NULL, stamp TEXT, "
     "taken INTEGER NOT NULL, frame BLOB NOT NULL)",

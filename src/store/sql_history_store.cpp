@@ -1,5 +1,6 @@
 #include "sql_history_store.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QHash>
 #include <QMutexLocker>
@@ -24,11 +25,22 @@ history::TrackPoint Point(const QSqlQuery& q, int first) {
 
 } // namespace
 
-SqlHistoryStore::SqlHistoryStore(const QString& path, int keepHours, bool readOnly)
-    : m_path(path), m_connection(u"skylantra-history-%1"_s.arg(quintptr(this))), m_readOnly(readOnly) {
-    if (!OpenReader(readOnly) || readOnly)
+SqlHistoryStore::SqlHistoryStore(const QString& path, int keepHours, bool readOnly, int pruneEveryMs)
+    : m_path(path), m_connection(u"skylantra-history-%1"_s.arg(quintptr(this))) {
+    m_open = OpenReader(readOnly);
+    if (!m_open) {
+        // Nothing is read from a file that was refused: no connection stays to answer from it.
+        if (QSqlDatabase::contains(m_connection)) {
+            QSqlDatabase::database(m_connection, false).close();
+            QSqlDatabase::removeDatabase(m_connection);
+        }
         return;
-    m_writer = new HistoryWriter(path, keepHours, [this](const QString& why) { SetProblem(why); });
+    }
+    if (readOnly)
+        return;
+    m_writer = new HistoryWriter(path, keepHours, pruneEveryMs,
+                                 {[this](const QString& why) { SetProblem(why); },
+                                  [this](const QString& why) { WriteFailed(why); }});
     m_writer->moveToThread(&m_thread);
     QObject::connect(&m_thread, &QThread::finished, m_writer, &QObject::deleteLater);
     m_thread.start();
@@ -49,46 +61,65 @@ SqlHistoryStore::~SqlHistoryStore() {
 }
 
 bool SqlHistoryStore::OpenReader(bool readOnly) {
+    const QString where = u"the history at "_s + QDir::toNativeSeparators(m_path);
+    if (readOnly && !QFileInfo(m_path).isFile()) {
+        SetProblem(u"there is no history at "_s + QDir::toNativeSeparators(m_path));
+        return false;
+    }
     QSqlDatabase db = QSqlDatabase::addDatabase(u"QSQLITE"_s, m_connection);
     db.setDatabaseName(m_path);
     db.setConnectOptions(readOnly ? u"QSQLITE_OPEN_READONLY;QSQLITE_BUSY_TIMEOUT=2000"_s
                                   : u"QSQLITE_BUSY_TIMEOUT=2000"_s);
-    if (readOnly && !QFileInfo(m_path).isFile()) {
-        SetProblem(u"there is no history at "_s + m_path);
-        return false;
-    }
     if (!db.open()) {
-        SetProblem(u"the history at "_s + m_path + u" cannot be opened: "_s + db.lastError().text());
+        SetProblem(where + u" cannot be opened: "_s + db.lastError().text());
         return false;
     }
+    // What the file is, before anything in it is changed: a damaged file, or one that is no database,
+    // answers no version; one of a newer version, or another program's, is left as it is.
     QSqlQuery q(db);
-    // A damaged file, or one that is no database, answers no version.
     if (!q.exec(u"PRAGMA user_version"_s) || !q.next()) {
-        SetProblem(u"the history at "_s + m_path + u" is damaged: "_s + q.lastError().text());
+        SetProblem(where + u" is damaged: "_s + q.lastError().text());
         return false;
     }
     const int version = q.value(0).toInt();
+    if (!q.exec(u"SELECT name FROM sqlite_master WHERE type = 'table'"_s)) {
+        SetProblem(where + u" is damaged: "_s + q.lastError().text());
+        return false;
+    }
+    QStringList tables;
+    while (q.next())
+        tables.append(q.value(0).toString());
+    q.finish();
     if (version > schema::kVersion) {
-        SetProblem(u"the history at "_s + m_path + u" comes from a newer Skylantra"_s);
+        SetProblem(where + u" comes from a newer Skylantra"_s);
         return false;
     }
-    if (readOnly)
-        return true;
-    // Each download adds a row to every flight's part of the positions, so a write touches a page a
-    // flight: small pages keep what a commit writes small. Only a new file takes the size.
-    q.exec(u"PRAGMA page_size=1024"_s);
-    if (!q.exec(u"PRAGMA journal_mode=WAL"_s)) {
-        SetProblem(u"the history at "_s + m_path + u" cannot be written: "_s + q.lastError().text());
-        return false;
-    }
-    for (const char* statement : schema::kTables) {
-        if (!q.exec(QString::fromLatin1(statement))) {
-            SetProblem(u"the history at "_s + m_path + u" cannot be written: "_s + q.lastError().text());
+    for (const QString& table : tables) {
+        if (!table.startsWith(u"sqlite_") && !schema::kTableNames.contains(table)) {
+            SetProblem(where + u" is no Skylantra history (it holds a table "_s + table + u')');
             return false;
         }
     }
-    q.exec(u"PRAGMA user_version=%1"_s.arg(schema::kVersion));
-    return true;
+    if (readOnly)
+        return true;
+    const auto setUp = [&](const QString& statement) {
+        if (q.exec(statement))
+            return true;
+        SetProblem(where + u" cannot be written: "_s + q.lastError().text());
+        return false;
+    };
+    // Each download adds a row to every flight's part of the positions, so a write touches a page a
+    // flight: small pages keep what a commit writes small. The space of pruned snapshots goes back to
+    // the disk. Both only while the file is new.
+    if (tables.isEmpty() && !(setUp(u"PRAGMA page_size=1024"_s) && setUp(u"PRAGMA auto_vacuum=INCREMENTAL"_s)))
+        return false;
+    if (!setUp(u"PRAGMA journal_mode=WAL"_s))
+        return false;
+    for (const char* statement : schema::kTables) {
+        if (!setUp(QString::fromLatin1(statement)))
+            return false;
+    }
+    return version == schema::kVersion || setUp(u"PRAGMA user_version=%1"_s.arg(schema::kVersion));
 }
 
 void SqlHistoryStore::SetProblem(const QString& text) {
@@ -100,6 +131,21 @@ void SqlHistoryStore::SetProblem(const QString& text) {
 QString SqlHistoryStore::Problem() const {
     QMutexLocker lock(&m_mutex);
     return m_problem;
+}
+
+void SqlHistoryStore::OnWriteFailed(std::function<void(const QString&)> failed) {
+    QMutexLocker lock(&m_mutex);
+    m_writeFailed = std::move(failed);
+}
+
+void SqlHistoryStore::WriteFailed(const QString& why) {
+    std::function<void(const QString&)> failed;
+    {
+        QMutexLocker lock(&m_mutex);
+        failed = m_writeFailed;
+    }
+    if (failed)
+        failed(why);
 }
 
 void SqlHistoryStore::Record(int network, const QString& text, const QDateTime& taken) {
@@ -119,7 +165,7 @@ void SqlHistoryStore::Flush() {
 std::vector<history::TrackPoint> SqlHistoryStore::Track(int network, const QString& callsign,
                                                         const QString& member) {
     std::vector<history::TrackPoint> track;
-    if (!Problem().isEmpty() && !QSqlDatabase::contains(m_connection))
+    if (!m_open)
         return track;
     QSqlQuery q(QSqlDatabase::database(m_connection));
     q.prepare(
@@ -138,6 +184,8 @@ std::vector<history::TrackPoint> SqlHistoryStore::Track(int network, const QStri
 std::vector<std::pair<QString, std::vector<history::TrackPoint>>> SqlHistoryStore::Tracks(int network,
                                                                                           qint64 sinceUtc) {
     std::vector<std::pair<QString, std::vector<history::TrackPoint>>> tracks;
+    if (!m_open)
+        return tracks;
     QSqlQuery q(QSqlDatabase::database(m_connection));
     q.prepare(u"SELECT f.callsign || ':' || f.member, s.taken, p.lat, p.lon, p.altitude FROM snapshots s "
               u"JOIN positions p ON p.snapshot = s.id JOIN flights f ON f.id = p.flight "
@@ -157,6 +205,8 @@ std::vector<std::pair<QString, std::vector<history::TrackPoint>>> SqlHistoryStor
 
 std::vector<history::StoredSnapshot> SqlHistoryStore::Snapshots(int network) {
     std::vector<history::StoredSnapshot> snapshots;
+    if (!m_open)
+        return snapshots;
     QSqlQuery q(QSqlDatabase::database(m_connection));
     q.prepare(u"SELECT id, stamp, taken FROM snapshots WHERE network = ? ORDER BY id"_s);
     q.addBindValue(network);
@@ -168,6 +218,8 @@ std::vector<history::StoredSnapshot> SqlHistoryStore::Snapshots(int network) {
 }
 
 QString SqlHistoryStore::SnapshotText(qint64 id) {
+    if (!m_open)
+        return {};
     QSqlDatabase db = QSqlDatabase::database(m_connection);
     QSqlQuery q(db);
     q.prepare(u"SELECT network, frame FROM snapshots WHERE id = ?"_s);

@@ -1,10 +1,12 @@
 #include "console_mode.h"
 
 #include <iostream>
+#include <memory>
 #include <string>
 
 #include "qt_http_client.h"
 #include "render/null_gl.h"
+#include "sql_history_store.h"
 #include "view/map_session.h"
 
 using namespace Qt::StringLiterals;
@@ -53,7 +55,14 @@ int RunConsole(const LaunchOptions& launch) {
     network::FeedAddresses addresses = ChooseAddresses(launch, config, folders);
     addresses.Bookings.clear();
     addresses.Events.clear();
-    view::MapSession session(folders, config, friends, gl, host, http, nullptr, addresses);
+    // Every download is kept in the history here too, in the same file as a map on this home folder.
+    std::unique_ptr<store::SqlHistoryStore> history;
+    if (config.HistoryHours > 0) {
+        history = std::make_unique<store::SqlHistoryStore>(folders.HomeFile(u"history.db"_s), config.HistoryHours,
+                                                           false);
+        history->OnWriteFailed([](const QString& why) { PrintLine(stderr, u"Skylantra: "_s + why); });
+    }
+    view::MapSession session(folders, config, friends, gl, host, http, history.get(), addresses);
     host.Watch(&session.Display());
     const QString missing = session.StartUp();
     if (!missing.isEmpty())
@@ -62,8 +71,10 @@ int RunConsole(const LaunchOptions& launch) {
     session.Companion().SetSink([](const QString& text) { PrintLine(stdout, text); });
     session.DownloadOnStart(launch.DownloadNetworks);
     std::string line;
-    while (std::getline(std::cin, line))
+    while (std::getline(std::cin, line)) {
+        session.CheckSharedFiles(); // the map beside this may have changed the friends or watch list
         session.CompanionEnter(QString::fromStdString(line));
+    }
     return 0;
 }
 

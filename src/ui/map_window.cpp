@@ -70,6 +70,15 @@ MapWindow::MapWindow(MapOptions options)
                                                              m_options.Config.HistoryHours, false);
     m_session = std::make_unique<view::MapSession>(m_options.Files, m_options.Config, m_options.FriendList,
                                                    m_gl, *this, m_http, m_history.get(), m_options.Addresses);
+    // A download the history could not keep is said at once, on the map's thread.
+    if (m_history)
+        m_history->OnWriteFailed([this](const QString& why) {
+            QMetaObject::invokeMethod(this, [this, why] {
+                PrintLine(stderr, u"Skylantra: "_s + why);
+                makeCurrent();
+                m_session->History().WriteFailed(why);
+            });
+        });
     if (m_options.View)
         m_session->Scene().SetView(*m_options.View);
     m_autoDownloadTimer.setInterval(1000);
@@ -92,6 +101,7 @@ MapWindow::MapWindow(MapOptions options)
     });
     connect(&m_downloadTimer, &QTimer::timeout, this, [this] {
         makeCurrent();
+        m_session->CheckSharedFiles();
         m_session->Downloader().DownloadTimerTick();
         m_session->Coming().Tick();
     });
@@ -432,16 +442,10 @@ void MapWindow::ShutDown() {
                                     Twips(now.width(), tpp), Twips(now.height(), tpp)};
     const Settings& config = m_session->Config();
     // The stored views are those of the session, which the keys may have changed.
-    QStringList failures;
-    for (const WriteResult& result : SaveSettings(m_options.Files.Home, config, m_session->FriendList(),
-                                                  placement, m_options.TwipsPerPixel)) {
-        if (!result.Ok) {
-            PrintLine(stderr, u"Skylantra: "_s + result.Message);
-            failures.append(result.Message);
-        }
-    }
-    if (!failures.isEmpty()) {
-        QMessageBox box(QMessageBox::Warning, u"Skylantra"_s, failures.join(u'\n'), QMessageBox::Ok);
+    const WriteResult saved = SaveSettings(m_options.Files.Home, config, placement, m_options.TwipsPerPixel);
+    if (!saved.Ok) {
+        PrintLine(stderr, u"Skylantra: "_s + saved.Message);
+        QMessageBox box(QMessageBox::Warning, u"Skylantra"_s, saved.Message, QMessageBox::Ok);
         box.setTextFormat(Qt::PlainText);
         box.exec();
     }

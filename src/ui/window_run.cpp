@@ -89,6 +89,12 @@ int RunWindow(const LaunchOptions& launch) {
     // A lock that cannot be made at all is no second program: it is said, and the map runs.
     QLockFile lock(QDir(folders.Home).filePath(u"skylantra.lock"_s));
     if (!lock.tryLock(0)) {
+        // A snapshot is asked for by a script, which must be able to tell that none was taken.
+        if (lock.error() == QLockFile::LockFailedError && !launch.SnapshotPath.isEmpty()) {
+            PrintLine(stderr, u"Skylantra: another Skylantra is running with the home folder "_s +
+                                  QDir::toNativeSeparators(folders.Home) + u"; no snapshot was taken."_s);
+            return 1;
+        }
         if (lock.error() == QLockFile::LockFailedError)
             return 0;
         report(u"Skylantra cannot make its lock file in "_s + QDir::toNativeSeparators(folders.Home) +

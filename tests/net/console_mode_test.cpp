@@ -1,4 +1,6 @@
 #include <QProcess>
+#include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QTemporaryDir>
 #include <QUrl>
 
@@ -6,6 +8,7 @@
 
 #include "common/file_io.h"
 #include "local_http_server.h"
+#include "sql_history_store.h"
 
 using namespace Qt::StringLiterals;
 
@@ -104,9 +107,45 @@ TEST(ConsoleMode, ReadsTheJsonFeedsOfBothNetworksAndSaysWhyThereIsNoData) {
 
 // With the demo the weather comes from the bundled reports: offline, as the traffic is.
 TEST(ConsoleMode, TheDemoAnswersWeatherFromItsOwnReports) {
-    const QString out = RunConsole(kBuild, {u"--demo"_s}, "metar EDDF\ntaf EGLL\n").first;
+    QTemporaryDir home;
+    const QString out = RunConsole(home.path(), {u"--demo"_s}, "metar EDDF\ntaf EGLL\n").first;
     EXPECT_TRUE(out.contains(u"> metar EDDF\nEDDF 211423Z"_s)) << out.toStdString();
     EXPECT_TRUE(out.contains(u"> taf EGLL\nTAF EGLL 211100Z"_s)) << out.toStdString();
+}
+
+// Two terminals at once on one home: every watch either confirmed is kept, and each keeps its download
+// in the one history file. A history that refuses the download says so on standard error.
+TEST(ConsoleMode, TwoTerminalsOnOneHomeKeepEveryWatchAndEveryDownload) {
+    QTemporaryDir home;
+    QProcess terminals[2];
+    for (int t = 0; t < 2; ++t) {
+        QByteArray input;
+        for (int i = 0; i < 40; ++i)
+            input += "watch T" + QByteArray::number(t) + "N" + QByteArray::number(i) + "_*\n";
+        terminals[t].start(kBuild + u"/skylantra"_s, {u"--console"_s, u"--home"_s, home.path(), u"--demo"_s,
+                                                     u"--download"_s, u"ivao"_s});
+        terminals[t].write(input);
+        terminals[t].closeWriteChannel();
+    }
+    for (QProcess& terminal : terminals) {
+        ASSERT_TRUE(terminal.waitForFinished(60000));
+        EXPECT_TRUE(terminal.readAllStandardOutput().contains("Watching T"));
+    }
+    const QByteArray watched = sky::ReadWholeFile(home.filePath(u"data/watch.dat"_s)).value_or(QByteArray());
+    EXPECT_EQ(watched.count('\n'), 80) << watched.toStdString();
+    EXPECT_EQ(sky::store::SqlHistoryStore(home.filePath(u"history.db"_s), 24, true).Snapshots(0).size(), 2u);
+
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"refuse"_s);
+        db.setDatabaseName(home.filePath(u"history.db"_s));
+        ASSERT_TRUE(db.open());
+        QSqlQuery(db).exec(u"CREATE TRIGGER refuse BEFORE INSERT ON snapshots BEGIN SELECT "
+                           u"RAISE(ABORT, 'database or disk is full'); END"_s);
+        db.close();
+    }
+    QSqlDatabase::removeDatabase(u"refuse"_s);
+    const QString said = RunConsole(home.path(), {u"--demo"_s, u"--download"_s, u"ivao"_s}, "stat\n").second;
+    EXPECT_TRUE(said.contains(u"Skylantra: The history cannot be written"_s)) << said.toStdString();
 }
 
 } // namespace

@@ -44,25 +44,51 @@ WatchList WatchList::Load(const QString& path) {
 
 WatchList WatchList::Parse(const QString& text) {
     WatchList list;
-    for (QStringView line : QStringView(text).split(u'\n'))
+    for (QStringView line : QStringView(text).split(u'\n')) {
+        if (list.Full()) {
+            list.m_refused += Normalised(line.toString()).isEmpty() ? 0 : 1;
+            continue;
+        }
         list.Add(line.toString());
+    }
     return list;
 }
 
+namespace {
+
+bool IsWildcard(const QString& pattern) {
+    return pattern.contains(u'*') || pattern.contains(u'?');
+}
+
+} // namespace
+
 bool WatchList::Add(const QString& pattern) {
     const QString kept = Normalised(pattern);
-    if (kept.isEmpty() || m_patterns.contains(kept))
+    if (kept.isEmpty() || Full() || m_kept.contains(kept))
         return false;
     m_patterns.append(kept);
+    m_kept.insert(kept);
+    if (IsWildcard(kept))
+        m_wildcards.append(kept);
+    else
+        m_exact.insert(kept);
     return true;
 }
 
 bool WatchList::Remove(const QString& pattern) {
-    return m_patterns.removeAll(Normalised(pattern)) > 0;
+    const QString kept = Normalised(pattern);
+    if (!m_kept.remove(kept))
+        return false;
+    m_patterns.removeOne(kept);
+    m_wildcards.removeOne(kept);
+    m_exact.remove(kept);
+    return true;
 }
 
 bool WatchList::Matches(const QString& callsign) const {
-    for (const QString& pattern : m_patterns) {
+    if (m_exact.contains(callsign.toUpper()))
+        return true;
+    for (const QString& pattern : m_wildcards) {
         if (MatchesPattern(pattern, callsign))
             return true;
     }
@@ -76,8 +102,5 @@ QByteArray WatchList::ToBytes() const {
     return bytes;
 }
 
-WriteResult WatchList::Save(const QString& path) const {
-    return WriteFileMakingFolder(path, ToBytes());
-}
 
 } // namespace sky::alerts

@@ -96,8 +96,43 @@ QByteArray Friends::ToBytes() const {
     return bytes;
 }
 
-WriteResult Friends::Save(const QString& path) const {
-    return WriteFileMakingFolder(path, ToBytes());
+Friends Friends::Merged(const Friends& base, const Friends& mine, const Friends& theirs) {
+    Friends merged = theirs;
+    for (const QString& entry : mine.Entries())
+        if (!base.Contains(entry))
+            merged.Add(entry);
+    for (const QString& entry : base.Entries())
+        if (!mine.Contains(entry))
+            merged.Remove(entry);
+    return merged;
+}
+
+FriendsFile::FriendsFile(const QString& path)
+    : m_file(path), m_base(Friends::Parse(DecodeText(m_file.Read()).Text)) {}
+
+WriteResult FriendsFile::Save(Friends& list) {
+    const WriteResult saved = m_file.Update([&](const QByteArray& current) -> std::optional<QByteArray> {
+        list = Friends::Merged(m_base, list, Friends::Parse(DecodeText(current).Text));
+        return list.ToBytes();
+    });
+    // A save that failed keeps the change in this run's list; the next save merges it again.
+    if (saved.Ok)
+        m_base = list;
+    return saved;
+}
+
+bool FriendsFile::Reload(Friends& list) {
+    const std::optional<QByteArray> changed = m_file.ReadIfChanged();
+    if (!changed)
+        return false;
+    Friends theirs = Friends::Parse(DecodeText(*changed).Text);
+    if (theirs.Entries() == list.Entries()) {
+        m_base = std::move(theirs);
+        return false;
+    }
+    list = theirs;
+    m_base = std::move(theirs);
+    return true;
 }
 
 FriendToggle ToggleFriend(Friends& friends, const QString& realName, const QString& memberId) {

@@ -5,6 +5,7 @@
 #include <QStringList>
 
 #include "common/file_io.h"
+#include "common/shared_file.h"
 
 namespace sky {
 
@@ -29,12 +30,30 @@ public:
 
     // One member number per line, in order.
     QByteArray ToBytes() const;
-    // Writes the file anew, atomically, creating its folder when missing.
-    WriteResult Save(const QString& path) const;
+
+    // What this program made of base, applied to theirs (the list as another program left it): theirs
+    // with the entries added since base, without those removed since base.
+    static Friends Merged(const Friends& base, const Friends& mine, const Friends& theirs);
 
 private:
     QStringList m_entries;
     QSet<QString> m_keys;
+};
+
+// The friends file as the map and the terminal Companion on one home folder share it: each saves its
+// own changes merged with the other's, and takes up the other's when it notices them.
+class FriendsFile {
+public:
+    explicit FriendsFile(const QString& path); // reads the file as the list both start from
+    // Saves list as this program changed it since it last read or saved the file, merged under the
+    // file's lock with what changed there meanwhile; list becomes the merged one.
+    WriteResult Save(Friends& list);
+    // When another program changed the file since: list becomes what it holds; true then.
+    bool Reload(Friends& list);
+
+private:
+    SharedFile m_file;
+    Friends m_base; // the list as last read or saved
 };
 
 // What ToggleFriend did, for the caller to show and to rebuild what depends on the list: the scene

@@ -199,14 +199,11 @@ Settings LoadSettings(const QString& home, const ScreenMetrics& screen, Friends&
     return ReadSettings(IniFile::Load(SettingsPath(home)), screen);
 }
 
-std::vector<WriteResult> SaveSettings(const QString& home, const Settings& settings, const Friends& friends,
-                                      const WindowPlacement& window, float twipsPerPixel) {
-    std::vector<WriteResult> results;
-    results.push_back(friends.Save(FriendsPath(home)));
+WriteResult SaveSettings(const QString& home, const Settings& settings, const WindowPlacement& window,
+                         float twipsPerPixel) {
     IniFile ini = IniFile::Load(SettingsPath(home));
     WriteSettings(settings, window, twipsPerPixel, ini);
-    results.push_back(ini.Save(SettingsPath(home)));
-    return results;
+    return ini.Save(SettingsPath(home));
 }
 
 } // namespace sky

@@ -119,9 +119,10 @@ QString FriendsPath(const QString& home);
 // Start-up: reads the friends list, then skln.ini.
 Settings LoadSettings(const QString& home, const ScreenMetrics& screen, Friends& friends);
 
-// Shut-down: writes the friends list, then skln.ini, each atomically. A file that cannot be written
-// keeps its previous content; the messages say which.
-std::vector<WriteResult> SaveSettings(const QString& home, const Settings& settings, const Friends& friends,
-                                      const WindowPlacement& window, float twipsPerPixel);
+// Shut-down: writes skln.ini atomically; a file that cannot be written keeps its previous content and
+// the message says so. The friends list is not written here: it is kept as soon as it changes, merged
+// with what another program on the same home changed (FriendsFile), which a rewrite at exit would undo.
+WriteResult SaveSettings(const QString& home, const Settings& settings, const WindowPlacement& window,
+                         float twipsPerPixel);
 
 } // namespace sky

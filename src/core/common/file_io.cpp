@@ -37,21 +37,27 @@ std::optional<QByteArray> ReadWholeFile(const QString& path, qint64 maxBytes) {
 WriteResult WriteFileMakingFolder(const QString& path, const QByteArray& bytes) {
     const QString folder = QFileInfo(path).absolutePath();
     if (!QDir().mkpath(folder))
-        return {false, u"Could not write "_s + path + u": cannot create the folder "_s + folder};
+        return {false, u"Could not write "_s + QDir::toNativeSeparators(path) + u": cannot create the folder "_s +
+                           QDir::toNativeSeparators(folder)};
     return WriteFileAtomically(path, bytes);
 }
 
 WriteResult WriteFileAtomically(const QString& path, const QByteArray& bytes) {
+    const auto failed = [&path](const QString& why) {
+        return WriteResult{false, u"Could not write "_s + QDir::toNativeSeparators(path) + u": "_s + why};
+    };
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly))
-        return {false, u"Could not write "_s + path + u": "_s + file.errorString()};
-    if (file.write(bytes) != bytes.size()) {
-        const QString message = u"Could not write "_s + path + u": "_s + file.errorString();
+        return failed(file.errorString());
+    // The write lands in a buffer that flush() hands to the disk; commit() would rename whatever got
+    // there (an empty file, on a full disk) over the old one, so both are checked before it.
+    if (file.write(bytes) != bytes.size() || !file.flush() || file.error() != QFileDevice::NoError) {
+        const QString why = file.errorString();
         file.cancelWriting();
-        return {false, message};
+        return failed(why);
     }
     if (!file.commit())
-        return {false, u"Could not write "_s + path + u": "_s + file.errorString()};
+        return failed(file.errorString());
     return {};
 }
 

@@ -17,8 +17,9 @@ struct WriteResult {
 // refused too, so a hostile file cannot exhaust memory.
 std::optional<QByteArray> ReadWholeFile(const QString& path, qint64 maxBytes = qint64(64) << 20);
 
-// Replaces the file with bytes in one step: the new content goes to a temporary file that is renamed
-// over the old one only when complete, so a crash or a full disk leaves the old file as it was.
+// The one way a user's file is saved: the new content goes to a temporary file, every write and the
+// flush are checked, and only then is it renamed over the old one; a crash, a full disk or any failed
+// write leaves the old file as it was. The message names the file.
 WriteResult WriteFileAtomically(const QString& path, const QByteArray& bytes);
 
 // The same, making the file's folder first when it is missing (data/friends.dat, data/watch.dat).

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <vector>
 
 #include <QDateTime>
@@ -24,8 +25,9 @@ struct StoredSnapshot {
 };
 
 // Where the program keeps what it has seen: every snapshot it interpreted and every client's position
-// in it. The map asks it for a flight's track and for earlier snapshots to replay. A store that cannot
-// work says why in Problem() and answers empty.
+// in it. The map asks it for a flight's track and for earlier snapshots to replay. A store that could
+// not open its history says why in Problem() and answers empty in every query; a snapshot that could
+// not be written is said through the handler given to OnWriteFailed, and the store goes on.
 class HistoryStore {
 public:
     virtual ~HistoryStore() = default;
@@ -35,12 +37,15 @@ public:
     virtual std::vector<TrackPoint> Track(int network, const QString& callsign, const QString& member) = 0;
     // The tracks of many flights since a time, at once: keyed "callsign:member".
     virtual std::vector<std::pair<QString, std::vector<TrackPoint>>> Tracks(int network, qint64 sinceUtc) = 0;
-    // The snapshots of network, oldest first; and the text of one.
+    // The snapshots of network written so far, oldest first; and the text of one.
     virtual std::vector<StoredSnapshot> Snapshots(int network) = 0;
     virtual QString SnapshotText(qint64 id) = 0;
     // Empty while the store works; else why it does not ("the history is locked by another program").
     virtual QString Problem() const = 0;
-    // Waits until every snapshot handed over is written.
+    // failed is called with a message naming the trouble as soon as a write or a clean-up fails (a full
+    // disk, a read-only file), on whichever thread writes: the caller hands it on to its own.
+    virtual void OnWriteFailed(std::function<void(const QString&)> failed) { (void)failed; }
+    // Waits until every snapshot handed over is written: for tests and shut-down, never the map.
     virtual void Flush() {}
 };
 

@@ -5,17 +5,16 @@ namespace {
 
 constexpr qsizetype kMinimumPieces = 5;
 
-// Splits on CR LF with one search for LF, the common case of the networks' files; a LF without a CR
-// before it stays inside its line, as a split on the pair would leave it.
-QList<QStringView> SplitOnCrLf(QStringView text, qsizetype pairs) {
+// Splits at every LF, dropping the CR before it where there is one: a file written with CR LF that
+// had a line added with LF alone reads as its lines, not as one of them holding the next.
+QList<QStringView> SplitOnLineFeeds(QStringView text, qsizetype lineFeeds) {
     QList<QStringView> lines;
-    lines.reserve(pairs + 1);
+    lines.reserve(lineFeeds + 1);
     qsizetype start = 0;
     for (qsizetype lf = text.indexOf(u'\n'); lf >= 0; lf = text.indexOf(u'\n', lf + 1)) {
-        if (lf > 0 && text[lf - 1] == u'\r') {
-            lines.append(text.sliced(start, lf - 1 - start));
-            start = lf + 1;
-        }
+        const qsizetype end = lf > start && text[lf - 1] == u'\r' ? lf - 1 : lf;
+        lines.append(text.sliced(start, end - start));
+        start = lf + 1;
     }
     lines.append(text.sliced(start));
     return lines;
@@ -24,20 +23,12 @@ QList<QStringView> SplitOnCrLf(QStringView text, qsizetype pairs) {
 } // namespace
 
 QList<QStringView> SplitNetworkLines(QStringView text) {
-    qsizetype pairs = 0;
-    qsizetype lineFeeds = 0;
-    for (qsizetype lf = text.indexOf(u'\n'); lf >= 0; lf = text.indexOf(u'\n', lf + 1)) {
-        ++lineFeeds;
-        if (lf > 0 && text[lf - 1] == u'\r')
-            ++pairs;
-    }
     // A separator that occurs four times gives five pieces.
-    if (pairs >= kMinimumPieces - 1)
-        return SplitOnCrLf(text, pairs);
+    const qsizetype lineFeeds = text.count(u'\n');
+    if (lineFeeds >= kMinimumPieces - 1)
+        return SplitOnLineFeeds(text, lineFeeds);
     if (text.count(u'\r') >= kMinimumPieces - 1)
         return text.split(u'\r');
-    if (lineFeeds >= kMinimumPieces - 1)
-        return text.split(u'\n');
     return {};
 }
 

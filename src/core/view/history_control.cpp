@@ -31,8 +31,10 @@ HistoryControl::HistoryControl(MapState& state, SceneControl& scene, history::Hi
 
 void HistoryControl::Interpreted(int network, const QString& text, const QDateTime& now) {
     // A download brings the newest data: the replay is over.
-    m_index = -1;
+    m_shownId = -1;
     m_state.Display.Replaying = false;
+    if (network == 0 || network == 1)
+        m_live[size_t(network)] = LiveData{text, now.toSecsSinceEpoch()};
     if (m_store)
         m_store->Record(network, text, now);
 }
@@ -87,63 +89,108 @@ std::vector<std::vector<geo::LatLon>> HistoryControl::AllTracks() const {
     return lines;
 }
 
-bool HistoryControl::Show(int index) {
-    const std::vector<history::StoredSnapshot> snapshots =
-        m_store ? m_store->Snapshots(m_network) : std::vector<history::StoredSnapshot>();
-    if (index < 0 || index >= int(snapshots.size()))
-        return false;
-    const QString text = m_store->SnapshotText(snapshots[size_t(index)].Id);
+std::vector<history::StoredSnapshot> HistoryControl::BeforeLive(int network) {
+    std::vector<history::StoredSnapshot> snapshots = m_store->Snapshots(network);
+    if (!m_live[size_t(network)]) {
+        // Nothing downloaded in this run: the newest kept is live, and is read from the store.
+        if (snapshots.empty())
+            return snapshots;
+        m_live[size_t(network)] = LiveData{QString(), snapshots.back().TakenUtc};
+    }
+    // The live download itself may be written already, or still on its way to the file.
+    const qint64 liveTaken = m_live[size_t(network)]->TakenUtc;
+    std::erase_if(snapshots, [liveTaken](const history::StoredSnapshot& s) { return s.TakenUtc >= liveTaken; });
+    return snapshots;
+}
+
+void HistoryControl::Interpret(const QString& text) {
     network::NetworkData& data = m_state.AllTables()[m_network];
-    // The stored snapshot through the same interpreter; the network's reload guard stays as it was.
+    // The text through the same interpreter; the network's reload guard stays as it was.
     const QDateTime lastDownload = data.LastDownload;
     network::InterpretWhazzup(m_network, text, m_state.Reference, data, lastDownload);
     data.LastDownload = lastDownload;
-    const bool live = index == int(snapshots.size()) - 1;
-    m_index = live ? -1 : index;
-    m_state.Display.Replaying = !live;
     m_scene.RebuildScene(m_network);
     m_scene.ClientCountChanged(); // the figures of the snapshot shown
-    if (!live)
-        m_scene.SetStatus(network::NetworkName(m_network) + u" data of "_s +
-                          network::StampTime(data.UpdateStamp) +
-                          u"Z (replay %1/%2)"_s.arg(index + 1).arg(snapshots.size()));
+}
+
+void HistoryControl::Show(const std::vector<history::StoredSnapshot>& before, size_t index) {
+    m_shownId = before[index].Id;
+    m_state.Display.Replaying = true;
+    Interpret(m_store->SnapshotText(m_shownId));
+    m_scene.SetStatus(network::NetworkName(m_network) + u" data of "_s +
+                      network::StampTime(m_state.AllTables()[m_network].UpdateStamp) +
+                      u"Z (replay %1/%2)"_s.arg(index + 1).arg(before.size() + 1));
     m_scene.Redraw();
-    return true;
+}
+
+void HistoryControl::ShowLive() {
+    m_shownId = -1;
+    m_state.Display.Replaying = false;
+    const LiveData& live = *m_live[size_t(m_network)];
+    if (!live.Text.isEmpty()) {
+        Interpret(live.Text);
+    } else {
+        const std::vector<history::StoredSnapshot> snapshots = m_store->Snapshots(m_network);
+        if (!snapshots.empty())
+            Interpret(m_store->SnapshotText(snapshots.back().Id));
+    }
+    m_scene.Redraw();
 }
 
 bool HistoryControl::Step(int direction) {
     const int shown = m_state.Display.ShownNetwork;
     if (!m_store || shown > 1)
         return false;
-    m_store->Flush(); // the newest snapshot is written before the snapshots are counted
-    if (m_index < 0 || m_network != shown) {
+    const std::vector<history::StoredSnapshot> before = BeforeLive(shown);
+    if (m_shownId < 0 || m_network != shown) {
         m_network = shown;
-        const int count = int(m_store->Snapshots(shown).size());
-        // From live, one step back is the snapshot before the newest (which is what shows).
-        return direction < 0 && Show(count - 2);
+        // From live, one step back is the newest snapshot before what shows.
+        if (direction >= 0 || before.empty())
+            return false;
+        Show(before, before.size() - 1);
+        return true;
     }
-    return Show(m_index + direction);
+    // Where the shown snapshot stands now (older ones may have been let go meanwhile).
+    const auto at = std::find_if(before.begin(), before.end(),
+                                 [this](const history::StoredSnapshot& s) { return s.Id >= m_shownId; });
+    const qsizetype index = (at - before.begin()) + direction;
+    if (index < 0)
+        return false;
+    if (index >= qsizetype(before.size()))
+        ShowLive();
+    else
+        Show(before, size_t(index));
+    return true;
 }
 
 bool HistoryControl::ShowSnapshot(int network, qint64 snapshotId) {
     if (!m_store || (network != 0 && network != 1))
         return false;
-    m_store->Flush();
-    const std::vector<history::StoredSnapshot> snapshots = m_store->Snapshots(network);
-    const auto found = std::find_if(snapshots.begin(), snapshots.end(),
-                                    [&](const history::StoredSnapshot& s) { return s.Id == snapshotId; });
-    if (found == snapshots.end())
+    const auto isIt = [snapshotId](const history::StoredSnapshot& s) { return s.Id == snapshotId; };
+    const std::vector<history::StoredSnapshot> before = BeforeLive(network);
+    const auto found = std::find_if(before.begin(), before.end(), isIt);
+    // Not before the live data: the live download itself, if it is kept.
+    const bool live = found == before.end();
+    if (live && (!m_live[size_t(network)] || std::ranges::none_of(m_store->Snapshots(network), isIt)))
         return false;
     if (m_state.Display.ShownNetwork != network)
         m_scene.ShowNetwork(network);
     m_network = network;
-    return Show(int(found - snapshots.begin()));
+    if (live)
+        ShowLive();
+    else
+        Show(before, size_t(found - before.begin()));
+    return true;
 }
 
 void HistoryControl::Live() {
-    if (m_index < 0)
-        return;
-    Show(int(m_store->Snapshots(m_network).size()) - 1);
+    if (m_shownId >= 0)
+        ShowLive();
+}
+
+void HistoryControl::WriteFailed(const QString& why) {
+    m_scene.SetStatus(why);
+    m_scene.Redraw();
 }
 
 QString HistoryControl::TakeProblem() {

@@ -1,20 +1,19 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <vector>
 
 #include <QDateTime>
 #include <QString>
 
 #include "geo/geodesy.h"
+#include "history/history_store.h"
 #include "network/client_records.h"
 #include "render/highlight.h"
 
 namespace sky {
 class Navaids;
-}
-namespace sky::history {
-class HistoryStore;
 }
 
 namespace sky::view {
@@ -26,7 +25,9 @@ using render::FlightPaths;
 
 // The map's memory: every interpreted snapshot goes to the history store; a selected flight's track
 // and filed route; the tracks of every shown aircraft (T); and the replay of stored snapshots (back,
-// forward, live), read through the same interpreter, so everything answers as of that moment.
+// forward, live), read through the same interpreter, so everything answers as of that moment. The map
+// never waits for the store's writer: replay steps through what has been written, and live is the
+// newest download as it was shown.
 class HistoryControl {
 public:
     HistoryControl(MapState& state, SceneControl& scene, history::HistoryStore* store,
@@ -39,25 +40,37 @@ public:
     // The tracks of every shown aircraft over the last two hours.
     std::vector<std::vector<geo::LatLon>> AllTracks() const;
 
-    // Steps the shown network's data back (-1) or forward (+1) through the stored snapshots; forward
-    // past the last returns to live. Live reads the newest again. False when there is nothing to step to.
+    // Steps the shown network's data back (-1) or forward (+1) through the stored snapshots taken
+    // before the live data; forward past the last returns to live. False when there is nothing to step to.
     bool Step(int direction);
     void Live();
     // Shows network (0 or 1) as in its stored snapshot of this id; false when it is not kept.
     bool ShowSnapshot(int network, qint64 snapshotId);
-    bool Replaying() const { return m_index >= 0; }
+    bool Replaying() const { return m_shownId >= 0; }
     // Why there is no history, said once; empty when there is one or it was said before.
     QString TakeProblem();
+    // The store could not write a download (or let old ones go): said in the status line at once.
+    void WriteFailed(const QString& why);
 
 private:
-    bool Show(int index);
+    // The live data of a network: the newest download of this run, else the newest stored snapshot.
+    struct LiveData {
+        QString Text;
+        qint64 TakenUtc = 0;
+    };
+    // The stored snapshots of the network taken before its live data.
+    std::vector<history::StoredSnapshot> BeforeLive(int network);
+    void Show(const std::vector<history::StoredSnapshot>& before, size_t index);
+    void ShowLive();
+    void Interpret(const QString& text);
 
     MapState& m_state;
     SceneControl& m_scene;
     history::HistoryStore* m_store;
     const Navaids& m_navaids;
-    int m_index = -1; // the replayed snapshot among the shown network's, -1 live
-    int m_network = -1;
+    std::array<std::optional<LiveData>, 2> m_live;
+    qint64 m_shownId = -1; // the replayed snapshot, -1 live
+    int m_network = -1;    // the replayed network
     bool m_problemSaid = false;
 };
 

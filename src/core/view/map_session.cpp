@@ -148,6 +148,8 @@ QString MapSession::StartUp() {
     m_state.Downloads.DownloadIdle = true;
     if (const QString problem = m_history.TakeProblem(); !problem.isEmpty())
         m_host.Report(u"Skylantra keeps no history: "_s + problem);
+    if (const QString problem = m_alerts.TakeProblem(); !problem.isEmpty())
+        m_host.Report(problem);
     // Automatic download runs from the start, so alerts come without a first download by hand.
     if (m_state.Config.AutoDownload)
         m_host.EnableAutoDownload(true);
@@ -256,11 +258,20 @@ void MapSession::NameFriend(const QString& member, const QString& name) {
 }
 
 void MapSession::SaveFriends() {
-    m_alerts.ListsChanged();
     // Kept as soon as they change, so a friend added is not lost when the program ends another way.
-    const WriteResult saved = m_state.FriendList.Save(FriendsPath(m_state.Home));
-    if (!saved.Ok)
-        m_host.Report(saved.Message);
+    if (const QString problem = m_alerts.SaveFriends(); !problem.isEmpty())
+        m_host.Report(problem);
+}
+
+void MapSession::CheckSharedFiles() {
+    const AlertControl::Reloaded changed = m_alerts.ReloadChangedLists();
+    if (!changed.Friends && !changed.Watches)
+        return;
+    if (changed.Friends && m_state.Display.FriendsOnly)
+        m_scene.RebuildScene(m_state.Display.ShownNetwork);
+    m_scene.SetStatus(changed.Friends ? u"Friends list changed by another program"_s
+                                      : u"Watch list changed by another program"_s);
+    m_scene.Redraw();
 }
 
 std::vector<search::SearchResult> MapSession::Search(const QString& text) {

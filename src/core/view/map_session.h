@@ -59,6 +59,10 @@ public:
     // open panels close), the table limits, the automatic download and the labels follow.
     void ApplyPreferences(const Settings& changed);
 
+    // The friends or the watch list changed in another program on this home folder (the terminal
+    // Companion): they are read again and what shows them follows. Called now and then (every second).
+    void CheckSharedFiles();
+
     // The search field: what matches the text in the shown network (both when compared) and among the
     // airports and FIRs, best first; the text also filters the open list. Choosing a result selects,
     // centres and opens a client's info box, marks, centres and opens an airport's board, or centres

@@ -194,7 +194,7 @@ protected:
     QTemporaryDir m_home;
 };
 
-TEST_F(SettingsFiles, LoadThenSaveKeepsTheFileAndTheFriends) {
+TEST_F(SettingsFiles, LoadThenSaveKeepsTheFileAndLeavesTheFriendsAlone) {
     WriteFile(u"skln.ini"_s, "[Network]\r\nProxy=cache:3128\r\nTextForce=1\r\n");
     WriteFile(u"data/friends.dat"_s, "200001\r\n\"200002\",300003\r\n");
     Friends friends;
@@ -202,28 +202,24 @@ TEST_F(SettingsFiles, LoadThenSaveKeepsTheFileAndTheFriends) {
     EXPECT_EQ(friends.Entries(), (QStringList{u"200001"_s, u"200002"_s, u"300003"_s}));
     EXPECT_EQ(s.Proxy, u"cache:3128");
 
-    const auto results = SaveSettings(m_home.path(), s, friends, PlacementOf(s), kScreen.TwipsPerPixel);
-    for (const WriteResult& result : results)
-        EXPECT_TRUE(result.Ok) << result.Message.toStdString();
-    EXPECT_EQ(ReadFile(u"data/friends.dat"_s), QByteArray("200001\n200002\n300003\n"));
+    const WriteResult saved = SaveSettings(m_home.path(), s, PlacementOf(s), kScreen.TwipsPerPixel);
+    EXPECT_TRUE(saved.Ok) << saved.Message.toStdString();
+    EXPECT_EQ(ReadFile(u"data/friends.dat"_s), QByteArray("200001\r\n\"200002\",300003\r\n"));
     const QByteArray ini = ReadFile(u"skln.ini"_s);
     EXPECT_TRUE(ini.startsWith("[Network]\r\nProxy=cache:3128\r\nTextForce=1\r\nAutoDownload=0\r\n"));
     EXPECT_TRUE(ini.contains("[User]\r\nIVAO_ID=100000\r\n"));
 }
 
-TEST_F(SettingsFiles, AnUnwritableHomeIsReportedForBothFiles) {
+TEST_F(SettingsFiles, AnUnwritableHomeIsReported) {
     WriteFile(u"home"_s, "a file where a folder should be");
     const QString home = m_home.filePath(u"home"_s);
     Friends friends;
     friends.Add(u"200001"_s);
     const Settings s = LoadSettings(home, kScreen, friends);
     EXPECT_EQ(friends.Count(), 0);
-    const auto results = SaveSettings(home, s, friends, PlacementOf(s), kScreen.TwipsPerPixel);
-    ASSERT_EQ(results.size(), 2u);
-    EXPECT_FALSE(results[0].Ok);
-    EXPECT_TRUE(results[0].Message.contains(u"friends.dat"_s)) << results[0].Message.toStdString();
-    EXPECT_FALSE(results[1].Ok);
-    EXPECT_TRUE(results[1].Message.contains(u"skln.ini"_s)) << results[1].Message.toStdString();
+    const WriteResult saved = SaveSettings(home, s, PlacementOf(s), kScreen.TwipsPerPixel);
+    EXPECT_FALSE(saved.Ok);
+    EXPECT_TRUE(saved.Message.contains(u"skln.ini"_s)) << saved.Message.toStdString();
     EXPECT_EQ(ReadFile(u"home"_s), QByteArray("a file where a folder should be"));
 }
 

@@ -23,13 +23,26 @@ TEST(LineFields, AgreesWithGetFieldOnEveryIndex) {
     EXPECT_EQ(LineFields(wide)[10000], u"");
 }
 
-TEST(SplitNetworkLines, TriesCrLfThenCrThenLfAndNeedsFivePieces) {
-    EXPECT_EQ(SplitNetworkLines(u"a\r\nb\r\nc\r\nd\r\ne").size(), 5);
-    EXPECT_EQ(SplitNetworkLines(u"a\nb\nc\nd\ne\n").size(), 6);
-    EXPECT_EQ(SplitNetworkLines(u"a\rb\rc\rd\re"), (QList<QStringView>{u"a", u"b", u"c", u"d", u"e"}));
-    EXPECT_EQ(SplitNetworkLines(u"a\r\nb\r\nc\nd\ne\n").size(), 6); // too few CR LF: split on LF
-    EXPECT_TRUE(SplitNetworkLines(u"a\nb\nc\nd").isEmpty());
-    EXPECT_TRUE(SplitNetworkLines(u"").isEmpty());
+TEST(SplitNetworkLines, ReadsLfCrLfOrAMixTheSameAndCrAloneAndNeedsFivePieces) {
+    const QList<QStringView> five{u"a", u"b", u"c", u"d", u"e"};
+    struct Row {
+        const char16_t* text;
+        QList<QStringView> lines;
+    };
+    const Row rows[] = {
+        {u"a\r\nb\r\nc\r\nd\r\ne", five},
+        {u"a\nb\nc\nd\ne", five},
+        {u"a\r\nb\nc\r\nd\ne", five},       // one line added with LF alone
+        {u"a\rb\rc\rd\re", five},
+        {u"a\r\nb\rx\r\nc\r\nd\r\ne", {u"a", u"b\rx", u"c", u"d", u"e"}}, // a CR alone stays in its line
+        {u"a\nb\nc\nd\n", {u"a", u"b", u"c", u"d", u""}},
+        {u"a\nb\nc\nd", {}},
+        {u"", {}},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(QString::fromUtf16(row.text).toStdString());
+        EXPECT_EQ(SplitNetworkLines(row.text), row.lines);
+    }
 }
 
 } // namespace

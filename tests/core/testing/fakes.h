@@ -1,6 +1,8 @@
 #pragma once
 
+#include <chrono>
 #include <map>
+#include <thread>
 
 #include <QStringList>
 
@@ -58,11 +60,23 @@ public:
     bool AutoDownload = false;
 };
 
-// A history kept in memory, written at once.
+// A history kept in memory, written at once; while WriterBusy, what is recorded waits unwritten and a
+// Flush waits two seconds (a writer held on a latch) before writing it.
 class MemoryHistory : public history::HistoryStore {
 public:
     void Record(int network, const QString& text, const QDateTime& taken) override {
-        Kept.push_back({qint64(Kept.size() + 1), network, text, taken.toSecsSinceEpoch()});
+        Pending.push_back({0, network, text, taken.toSecsSinceEpoch()});
+        if (!WriterBusy)
+            Flush();
+    }
+    void Flush() override {
+        if (WriterBusy)
+            std::this_thread::sleep_for(std::chrono::seconds(2));
+        for (Snapshot& s : Pending) {
+            s.Id = qint64(Kept.size() + 1);
+            Kept.push_back(s);
+        }
+        Pending.clear();
     }
     std::vector<history::TrackPoint> Track(int network, const QString& callsign,
                                            const QString& member) override {
@@ -95,7 +109,8 @@ public:
         QString Text;
         qint64 Taken;
     };
-    std::vector<Snapshot> Kept;
+    std::vector<Snapshot> Kept, Pending;
+    bool WriterBusy = false;
 };
 
 } // namespace sky::testing

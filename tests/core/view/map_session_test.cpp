@@ -1,5 +1,7 @@
 #include "view/map_session.h"
 
+#include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -260,20 +262,25 @@ TEST_F(Session, TheHistoryKeepsEachDownloadTrailsTheSelectionAndReplaysIt) {
     StartOwnFeed({}, {}, &history);
     // A second aircraft in the first snapshot only.
     const QString other = network::testing::PilotLine(0, u"0=AFR1|1=999999|5=48"_s);
-    for (int step = 0; step < 3; ++step)
+    for (int step = 0; step < 3; ++step) {
+        history.WriterBusy = step == 2; // the newest download is still on its way to the file
         DownloadOwnFeed(u"2026112114"_s + QString::number(step) + u"000"_s,
                         QStringList{network::testing::PilotLine(
                             0, u"0=DLH1|1=200001|5=%1|6=8|11=EDDF|13=EKCH|30=DCT"_s.arg(50 + step))} +
                             (step == 0 ? QStringList{other} : QStringList{}));
+    }
     const auto counted = [&] { return RecordingGl::PrintedText(m_gl.List(lists::kClientCount)); };
-    ASSERT_EQ(history.Kept.size(), 3u);
+    ASSERT_EQ(history.Kept.size(), 2u);
     m_session->Scene().Select(network::ClientRef{0, true, 1});
     // Flown: through the three positions; ahead: dashed to the destination.
     EXPECT_EQ(RecordingGl::Count(m_gl.List(lists::kHighlight), RecordingGl::Op::Begin,
                                  int(render::Primitive::LineStrip)),
               2);
 
+    // The map never waits for the writer: stepping back reads what is written, at once.
     m_session->Companion().SetSink({});
+    QElapsedTimer stepping;
+    stepping.start();
     m_session->KeyUp(keys::F(7), 0);
     EXPECT_EQ(m_session->Display().StatusText, u"IVAO data of 1410Z (replay 2/3)");
     m_session->KeyUp(keys::F(7), 0);
@@ -283,11 +290,12 @@ TEST_F(Session, TheHistoryKeepsEachDownloadTrailsTheSelectionAndReplaysIt) {
     m_session->KeyUp(keys::F(7), 0);                          // nothing earlier
     EXPECT_EQ(m_session->Display().StatusText, u"No earlier data kept");
     m_session->Downloader().AutoDownloadTimerTick(); // no automatic download replaces a replay
-    EXPECT_EQ(history.Kept.size(), 3u);
-    m_session->KeyUp(keys::F(9), 0);
+    EXPECT_EQ(history.Kept.size() + history.Pending.size(), 3u);
+    m_session->KeyUp(keys::F(9), 0); // live: the newest download, written or not
     EXPECT_TRUE(Answer(u"stat"_s).contains(u"IVAO data of 1420Z"_s));
     EXPECT_FALSE(m_session->Display().Replaying);
     EXPECT_NE(counted().find("1 pilots"), std::string::npos);
+    EXPECT_LT(stepping.elapsed(), 1000);
     // A click on the chart replays that moment; the info box's chart button asks for the flight's chart.
     m_session->ReplaySnapshot(0, 2);
     EXPECT_EQ(m_session->Display().StatusText, u"IVAO data of 1410Z (replay 2/3)");
@@ -296,6 +304,7 @@ TEST_F(Session, TheHistoryKeepsEachDownloadTrailsTheSelectionAndReplaysIt) {
         render::LayoutPanels(m_session->State().WidthPx, m_session->State().HeightPx).ChartButton;
     m_session->Pointer().Click(chart.X + 5, chart.Y + 5);
     EXPECT_EQ(m_host.Charts, QStringList{u"0|DLH1|200001"_s});
+    history.WriterBusy = false;
 }
 
 // Two downloads of a feed; a friend and a watched tower come online in the second.
@@ -330,6 +339,14 @@ TEST_F(Session, AFriendOrAWatchedStationComingOnlineIsToldEveryWayAndIsOneClickA
     DownloadOwnFeed(u"20261121140600"_s, {stranger});
     EXPECT_EQ(m_host.Notified.size(), 3);
     EXPECT_EQ(m_host.Notified.back(), u"0|DLH1|Friend Anna Berg (DLH1) went offline on IVAO");
+
+    // The terminal Companion on this home changes both lists: the map takes them up when it looks.
+    Write(u"data/watch.dat"_s, "*_CTR\nLON_*\n");
+    Write(u"data/friends.dat"_s, "333333\n");
+    m_session->CheckSharedFiles();
+    EXPECT_EQ(m_session->FriendList().Entries(), QStringList{u"333333"_s});
+    EXPECT_EQ(m_session->Alerts().Watches().Patterns(), (QStringList{u"*_CTR"_s, u"LON_*"_s}));
+    EXPECT_EQ(m_session->Display().StatusText, u"Friends list changed by another program");
 }
 
 // A home folder that cannot be written sends the downloads elsewhere (the cache); full tables are said

@@ -1,0 +1,62 @@
+#include "common/shared_file.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QLockFile>
+
+using namespace Qt::StringLiterals;
+
+namespace sky {
+namespace {
+
+// A change takes milliseconds; a lock older than this belongs to a program that hung or died.
+constexpr int kLockWaitMs = 3000;
+constexpr int kStaleLockMs = 10000;
+
+} // namespace
+
+SharedFile::SharedFile(QString path) : m_path(std::move(path)) {}
+
+SharedFile::Stamp SharedFile::StampNow() const {
+    QFileInfo info(m_path);
+    if (!info.exists())
+        return {};
+    // A save renames a new file over the old one, which changes its status time even when the size
+    // and the modification time (to the millisecond) happen to stay the same.
+    return {true, info.size(), info.lastModified(), info.metadataChangeTime()};
+}
+
+QByteArray SharedFile::Read() {
+    m_seen = StampNow();
+    return ReadWholeFile(m_path).value_or(QByteArray());
+}
+
+std::optional<QByteArray> SharedFile::ReadIfChanged() {
+    if (StampNow() == m_seen)
+        return std::nullopt;
+    return Read();
+}
+
+WriteResult SharedFile::Update(const Change& change) {
+    const QString folder = QFileInfo(m_path).absolutePath();
+    if (!QDir().mkpath(folder))
+        return {false, u"Could not write "_s + QDir::toNativeSeparators(m_path) + u": cannot create the folder "_s +
+                           QDir::toNativeSeparators(folder)};
+    QLockFile lock(m_path + u".lock"_s);
+    lock.setStaleLockTime(kStaleLockMs);
+    if (!lock.tryLock(kLockWaitMs)) {
+        return {false, u"Could not write "_s + QDir::toNativeSeparators(m_path) +
+                           (lock.error() == QLockFile::LockFailedError
+                                ? u": another program keeps it locked"_s
+                                : u": cannot make its lock file"_s)};
+    }
+    const std::optional<QByteArray> next = change(Read());
+    if (!next)
+        return {};
+    const WriteResult saved = WriteFileAtomically(m_path, *next);
+    if (saved.Ok)
+        m_seen = StampNow();
+    return saved;
+}
+
+} // namespace sky
