@@ -51,6 +51,12 @@ void BM_LoadWatchList(benchmark::State& state) {
     for (auto _ : state)
         benchmark::DoNotOptimize(sky::alerts::WatchList::Load(path).Patterns().size());
 }
-BENCHMARK(BM_LoadWatchList)->ArgName("lines")->Arg(20000)->Arg(80000)->Arg(200000)->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_LoadWatchList)
+    ->ArgName("lines")
+    ->Arg(20000)
+    ->Arg(80000)
+    ->Arg(200000)
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
 
 } // namespace

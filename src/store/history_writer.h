@@ -57,10 +57,10 @@ private:
     int m_pruneEveryMs;
     Report m_report;
     bool m_broken = false;
-    bool m_failing = false;  // the last write failed and was said
+    bool m_failing = false;    // the last write failed and was said
     qint64 m_dataVersion = -1; // the file as this connection last saw it
     QTimer* m_pruneTimer = nullptr;
-    QString m_error; // why the last statement failed
+    QString m_error;                  // why the last statement failed
     QHash<QString, qint64> m_lines;   // a kept client line -> its row
     QHash<QString, qint64> m_flights; // "network:callsign:member" -> its row
 };

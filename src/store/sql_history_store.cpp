@@ -38,9 +38,9 @@ SqlHistoryStore::SqlHistoryStore(const QString& path, int keepHours, bool readOn
     }
     if (readOnly)
         return;
-    m_writer = new HistoryWriter(path, keepHours, pruneEveryMs,
-                                 {[this](const QString& why) { SetProblem(why); },
-                                  [this](const QString& why) { WriteFailed(why); }});
+    m_writer = new HistoryWriter(
+        path, keepHours, pruneEveryMs,
+        {[this](const QString& why) { SetProblem(why); }, [this](const QString& why) { WriteFailed(why); }});
     m_writer->moveToThread(&m_thread);
     QObject::connect(&m_thread, &QThread::finished, m_writer, &QObject::deleteLater);
     m_thread.start();
@@ -111,7 +111,8 @@ bool SqlHistoryStore::OpenReader(bool readOnly) {
     // Each download adds a row to every flight's part of the positions, so a write touches a page a
     // flight: small pages keep what a commit writes small. The space of pruned snapshots goes back to
     // the disk. Both only while the file is new.
-    if (tables.isEmpty() && !(setUp(u"PRAGMA page_size=1024"_s) && setUp(u"PRAGMA auto_vacuum=INCREMENTAL"_s)))
+    if (tables.isEmpty() &&
+        !(setUp(u"PRAGMA page_size=1024"_s) && setUp(u"PRAGMA auto_vacuum=INCREMENTAL"_s)))
         return false;
     if (!setUp(u"PRAGMA journal_mode=WAL"_s))
         return false;

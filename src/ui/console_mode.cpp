@@ -58,8 +58,8 @@ int RunConsole(const LaunchOptions& launch) {
     // Every download is kept in the history here too, in the same file as a map on this home folder.
     std::unique_ptr<store::SqlHistoryStore> history;
     if (config.HistoryHours > 0) {
-        history = std::make_unique<store::SqlHistoryStore>(folders.HomeFile(u"history.db"_s), config.HistoryHours,
-                                                           false);
+        history = std::make_unique<store::SqlHistoryStore>(folders.HomeFile(u"history.db"_s),
+                                                           config.HistoryHours, false);
         history->OnWriteFailed([](const QString& why) { PrintLine(stderr, u"Skylantra: "_s + why); });
     }
     view::MapSession session(folders, config, friends, gl, host, http, history.get(), addresses);

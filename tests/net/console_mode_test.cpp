@@ -123,7 +123,7 @@ TEST(ConsoleMode, TwoTerminalsOnOneHomeKeepEveryWatchAndEveryDownload) {
         for (int i = 0; i < 40; ++i)
             input += "watch T" + QByteArray::number(t) + "N" + QByteArray::number(i) + "_*\n";
         terminals[t].start(kBuild + u"/skylantra"_s, {u"--console"_s, u"--home"_s, home.path(), u"--demo"_s,
-                                                     u"--download"_s, u"ivao"_s});
+                                                      u"--download"_s, u"ivao"_s});
         terminals[t].write(input);
         terminals[t].closeWriteChannel();
     }

@@ -78,7 +78,8 @@ TEST_F(Store, KeepsSnapshotsAndTracksAcrossARestartAndLetsOldOnesGoWhenItOpens) 
         EXPECT_EQ(track[1].TakenUtc - track[0].TakenUtc, 180);
         EXPECT_TRUE(store.Track(1, u"DLH1"_s, u"7654321"_s).empty());      // another member, another flight
         ASSERT_EQ(store.Tracks(1, m_start.toSecsSinceEpoch()).size(), 1u); // the aircraft; a tower stays put
-        // A kept snapshot reads as the downloaded one (the codec's tests read every client of the demo feeds).
+        // A kept snapshot reads as the downloaded one (the codec's tests read every client of the demo
+        // feeds).
         EXPECT_TRUE(store.SnapshotText(snapshots[1].Id).contains(u"UPDATE = 20261121140100"_s));
         store.Record(1, Feed(0, 45.0), m_start.addSecs(7200));
     }
@@ -104,7 +105,8 @@ TEST_F(Store, ManyShortRunsOfNewPilotsStayWithinTheHoursKept) {
     store.Flush();
     EXPECT_EQ(store.Snapshots(1).size(), 13u); // those of the newest's last hour
     // After the first few hours the file grows no more.
-    EXPECT_LE(sizes.back(), sizes[7] * 5 / 4) << sizes[7] << " bytes after 2 h, " << sizes.back() << " at the end";
+    EXPECT_LE(sizes.back(), sizes[7] * 5 / 4)
+        << sizes[7] << " bytes after 2 h, " << sizes.back() << " at the end";
     {
         QSqlDatabase db = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"count"_s);
         db.setDatabaseName(Path());
@@ -196,7 +198,8 @@ TEST_F(Store, AStoreThatCannotWorkLeavesTheFileAloneSaysWhyAndAnswersEmpty) {
         const QByteArray before = sum();
         {
             SqlHistoryStore store(path, 24, row.readOnly);
-            EXPECT_TRUE(store.Problem().contains(QString::fromUtf16(row.said))) << store.Problem().toStdString();
+            EXPECT_TRUE(store.Problem().contains(QString::fromUtf16(row.said)))
+                << store.Problem().toStdString();
             store.Record(1, Feed(0, 50), m_start);
             store.Flush();
             EXPECT_TRUE(store.Snapshots(1).empty());
@@ -220,7 +223,8 @@ TEST_F(Store, AFailedWriteIsSaidAtOnceAndTheNextOneIsWritten) {
     });
     store.Record(1, Feed(0, 50), m_start);
     store.Flush();
-    Sql(Path(), {u"CREATE TRIGGER refuse BEFORE INSERT ON snapshots BEGIN SELECT RAISE(ABORT, 'database or disk is full'); END"_s});
+    Sql(Path(),
+        {u"CREATE TRIGGER refuse BEFORE INSERT ON snapshots BEGIN SELECT RAISE(ABORT, 'database or disk is full'); END"_s});
     QElapsedTimer waited;
     waited.start();
     store.Record(1, Feed(1, 51), m_start.addSecs(180));

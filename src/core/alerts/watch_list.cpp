@@ -102,5 +102,4 @@ QByteArray WatchList::ToBytes() const {
     return bytes;
 }
 
-
 } // namespace sky::alerts

@@ -40,9 +40,9 @@ public:
 
 private:
     QStringList m_patterns;
-    QSet<QString> m_kept;      // the patterns, for lookup
-    QSet<QString> m_exact;     // those without "*" or "?", matched by lookup
-    QStringList m_wildcards;   // the others, matched one by one
+    QSet<QString> m_kept;    // the patterns, for lookup
+    QSet<QString> m_exact;   // those without "*" or "?", matched by lookup
+    QStringList m_wildcards; // the others, matched one by one
     qsizetype m_refused = 0;
 };
 

@@ -37,8 +37,8 @@ std::optional<QByteArray> ReadWholeFile(const QString& path, qint64 maxBytes) {
 WriteResult WriteFileMakingFolder(const QString& path, const QByteArray& bytes) {
     const QString folder = QFileInfo(path).absolutePath();
     if (!QDir().mkpath(folder))
-        return {false, u"Could not write "_s + QDir::toNativeSeparators(path) + u": cannot create the folder "_s +
-                           QDir::toNativeSeparators(folder)};
+        return {false, u"Could not write "_s + QDir::toNativeSeparators(path) +
+                           u": cannot create the folder "_s + QDir::toNativeSeparators(folder)};
     return WriteFileAtomically(path, bytes);
 }
 

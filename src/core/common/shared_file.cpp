@@ -40,15 +40,15 @@ std::optional<QByteArray> SharedFile::ReadIfChanged() {
 WriteResult SharedFile::Update(const Change& change) {
     const QString folder = QFileInfo(m_path).absolutePath();
     if (!QDir().mkpath(folder))
-        return {false, u"Could not write "_s + QDir::toNativeSeparators(m_path) + u": cannot create the folder "_s +
-                           QDir::toNativeSeparators(folder)};
+        return {false, u"Could not write "_s + QDir::toNativeSeparators(m_path) +
+                           u": cannot create the folder "_s + QDir::toNativeSeparators(folder)};
     QLockFile lock(m_path + u".lock"_s);
     lock.setStaleLockTime(kStaleLockMs);
     if (!lock.tryLock(kLockWaitMs)) {
-        return {false, u"Could not write "_s + QDir::toNativeSeparators(m_path) +
-                           (lock.error() == QLockFile::LockFailedError
-                                ? u": another program keeps it locked"_s
-                                : u": cannot make its lock file"_s)};
+        return {false,
+                u"Could not write "_s + QDir::toNativeSeparators(m_path) +
+                    (lock.error() == QLockFile::LockFailedError ? u": another program keeps it locked"_s
+                                                                : u": cannot make its lock file"_s)};
     }
     const std::optional<QByteArray> next = change(Read());
     if (!next)

@@ -19,8 +19,8 @@ AlertControl::AlertControl(MapState& state, std::function<void(const alerts::Onl
 void AlertControl::LoadWatches(const QByteArray& bytes) {
     m_watches = alerts::WatchList::Parse(DecodeText(bytes).Text);
     if (m_watches.Refused() > 0)
-        m_problem = QDir::toNativeSeparators(m_watchFile.Path()) + u" holds more than %1 patterns: "_s.arg(
-                                                                        alerts::WatchList::kMaxPatterns) +
+        m_problem = QDir::toNativeSeparators(m_watchFile.Path()) +
+                    u" holds more than %1 patterns: "_s.arg(alerts::WatchList::kMaxPatterns) +
                     u"the first %1 are watched, %2 more are not."_s.arg(alerts::WatchList::kMaxPatterns)
                         .arg(m_watches.Refused());
 }
@@ -95,7 +95,8 @@ QString AlertControl::ToggleWatch(const QString& callsign, QString& problem) {
         return changed;
     });
     if (!changed)
-        return watched ? QString() : u"The watch list is full (%1 patterns)"_s.arg(alerts::WatchList::kMaxPatterns);
+        return watched ? QString()
+                       : u"The watch list is full (%1 patterns)"_s.arg(alerts::WatchList::kMaxPatterns);
     return (watched ? u"No longer watching "_s : u"Watching "_s) + callsign.toUpper();
 }
 

@@ -99,7 +99,8 @@ std::vector<history::StoredSnapshot> HistoryControl::BeforeLive(int network) {
     }
     // The live download itself may be written already, or still on its way to the file.
     const qint64 liveTaken = m_live[size_t(network)]->TakenUtc;
-    std::erase_if(snapshots, [liveTaken](const history::StoredSnapshot& s) { return s.TakenUtc >= liveTaken; });
+    std::erase_if(snapshots,
+                  [liveTaken](const history::StoredSnapshot& s) { return s.TakenUtc >= liveTaken; });
     return snapshots;
 }
 

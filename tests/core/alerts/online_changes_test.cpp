@@ -1,6 +1,5 @@
 #include "alerts/online_changes.h"
 
-
 #include <gtest/gtest.h>
 
 #include "alerts/watch_list.h"

@@ -31,7 +31,7 @@ TEST(CheckedSave, AWriteTheDiskRefusesKeepsTheOldFile) {
     struct Row {
         const char* name;
         std::function<QString()> folder; // empty: the row cannot run here
-        std::function<void(const QString& folder)> refuse, undo;
+        std::function<void(const QString&folder)> refuse, undo;
     };
     const Row rows[] = {
         {"file size limit", [&] { return home.path(); },
@@ -53,7 +53,8 @@ TEST(CheckedSave, AWriteTheDiskRefusesKeepsTheOldFile) {
          [](const QString& folder) {
              QFile filler(folder + u"/filler"_s);
              if (filler.open(QIODevice::WriteOnly))
-                 for (int i = 0; i < 64 && filler.write(QByteArray(4096, 'f')) == 4096 && filler.flush(); ++i) {
+                 for (int i = 0; i < 64 && filler.write(QByteArray(4096, 'f')) == 4096 && filler.flush();
+                      ++i) {
                  }
          },
          [](const QString& folder) { QProcess::execute(u"umount"_s, {folder}); }},
@@ -69,12 +70,14 @@ TEST(CheckedSave, AWriteTheDiskRefusesKeepsTheOldFile) {
         row.refuse(folder);
         SharedFile file(path);
         // Small enough to wait in the file's buffer until the flush, as a list's few lines do.
-        const WriteResult saved = file.Update([](const QByteArray& now) { return now + QByteArray(8000, 'X'); });
+        const WriteResult saved =
+            file.Update([](const QByteArray& now) { return now + QByteArray(8000, 'X'); });
         const std::optional<QByteArray> kept = ReadWholeFile(path);
         const QStringList left = QDir(folder).entryList(QDir::Files);
         row.undo(folder);
         EXPECT_FALSE(saved.Ok);
-        EXPECT_TRUE(saved.Message.startsWith(u"Could not write "_s + path + u": "_s)) << saved.Message.toStdString();
+        EXPECT_TRUE(saved.Message.startsWith(u"Could not write "_s + path + u": "_s))
+            << saved.Message.toStdString();
         EXPECT_EQ(kept, QByteArray("OLD_*\n"));
         for (const QString& name : left)
             EXPECT_TRUE(name == u"watch.dat" || name == u"filler") << name.toStdString(); // no temporary left
@@ -113,8 +116,8 @@ TEST(SharedFile, TwoProgramsLoseNoChangeAndNoticeEachOther) {
     const QString friendsPath = home.filePath(u"data/friends.dat"_s);
     ASSERT_TRUE(WriteFileAtomically(friendsPath, "100001\n100002\n").Ok);
     FriendsFile mapFile(friendsPath), terminalFile(friendsPath);
-    Friends mapList = Friends::Parse(u"100001\n100002\n100003\n"_s);     // added one
-    Friends terminalList = Friends::Parse(u"100002\n100004\n"_s);        // removed one, added one
+    Friends mapList = Friends::Parse(u"100001\n100002\n100003\n"_s); // added one
+    Friends terminalList = Friends::Parse(u"100002\n100004\n"_s);    // removed one, added one
     ASSERT_TRUE(mapFile.Save(mapList).Ok);
     ASSERT_TRUE(terminalFile.Save(terminalList).Ok);
     const QStringList merged{u"100002"_s, u"100003"_s, u"100004"_s};

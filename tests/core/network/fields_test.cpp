@@ -32,7 +32,7 @@ TEST(SplitNetworkLines, ReadsLfCrLfOrAMixTheSameAndCrAloneAndNeedsFivePieces) {
     const Row rows[] = {
         {u"a\r\nb\r\nc\r\nd\r\ne", five},
         {u"a\nb\nc\nd\ne", five},
-        {u"a\r\nb\nc\r\nd\ne", five},       // one line added with LF alone
+        {u"a\r\nb\nc\r\nd\ne", five}, // one line added with LF alone
         {u"a\rb\rc\rd\re", five},
         {u"a\r\nb\rx\r\nc\r\nd\r\ne", {u"a", u"b\rx", u"c", u"d", u"e"}}, // a CR alone stays in its line
         {u"a\nb\nc\nd\n", {u"a", u"b", u"c", u"d", u""}},
