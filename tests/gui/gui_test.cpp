@@ -27,7 +27,21 @@ TEST_F(Gui, KeysAndTheCompanionMoveTheMapAndClosingSavesTheViews) {
     Keys(map, {u"2"_s});                     // somewhere else
     Keys(companion, {u"Up"_s, u"Return"_s}); // icao KJFK again
     Keys(map, {u"shift+2"_s});               // store where the map now looks
+    // Beside the map, the terminal Companion runs on its home and what it watches outlives the map's
+    // exit; a snapshot there says why none can be taken.
+    QProcess terminal, snapshot;
+    terminal.start(kBuild + u"/skylantra"_s, {u"--console"_s, u"--home"_s, m_home.path()});
+    terminal.write("watch EDDF_*\n");
+    terminal.closeWriteChannel();
+    ASSERT_TRUE(terminal.waitForFinished(30000));
+    EXPECT_TRUE(terminal.readAllStandardOutput().contains("Watching EDDF_*"));
+    snapshot.start(kBuild + u"/skylantra"_s,
+                   {u"--home"_s, m_home.path(), u"--snapshot"_s, m_home.filePath(u"x.png"_s)});
+    ASSERT_TRUE(snapshot.waitForFinished(30000));
+    EXPECT_EQ(snapshot.exitCode(), 1);
+    EXPECT_TRUE(snapshot.readAllStandardError().contains("another Skylantra is running"));
     ASSERT_TRUE(CloseAndWait(program, map));
+    EXPECT_EQ(sky::ReadWholeFile(m_home.filePath(u"data/watch.dat"_s)), QByteArray("EDDF_*\n"));
     EXPECT_EQ(Setting(u"Map"_s, u"ShowLatLon ShowPlaneLabels ShowATCLabels"_s), u"0 0 0");
     // View 1 5 / 1.49 degrees a step from where it started, view 2 on New York.
     EXPECT_EQ(Setting(u"Zoom"_s, u"X1 Y1 Z1 X2 Y2 Z2"_s), u"2005 -5751 149 -7378 -4064 1600");
