@@ -296,6 +296,9 @@ void MapWindow::StartUp() {
         m_session->Scene().SetStatus(m_options.StartNotice);
         m_session->Scene().Redraw();
     }
+    // A history given to replay opens on its newest snapshot.
+    if (!m_options.HistoryFile.isEmpty())
+        m_session->History().ShowNewest();
     m_downloadTimer.start();
     m_minuteTimer.start();
     m_session->DownloadOnStart(m_options.DownloadNetworks);

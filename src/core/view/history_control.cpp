@@ -89,14 +89,10 @@ std::vector<std::vector<geo::LatLon>> HistoryControl::AllTracks() const {
     return lines;
 }
 
-std::vector<history::StoredSnapshot> HistoryControl::BeforeLive(int network) {
+std::vector<history::StoredSnapshot> HistoryControl::Replayable(int network) {
     std::vector<history::StoredSnapshot> snapshots = m_store->Snapshots(network);
-    if (!m_live[size_t(network)]) {
-        // Nothing downloaded in this run: the newest kept is live, and is read from the store.
-        if (snapshots.empty())
-            return snapshots;
-        m_live[size_t(network)] = LiveData{QString(), snapshots.back().TakenUtc};
-    }
+    if (!m_live[size_t(network)])
+        return snapshots; // nothing downloaded in this run: every kept snapshot is a replay
     // The live download itself may be written already, or still on its way to the file.
     const qint64 liveTaken = m_live[size_t(network)]->TakenUtc;
     std::erase_if(snapshots,
@@ -116,25 +112,19 @@ void HistoryControl::Interpret(const QString& text) {
 
 void HistoryControl::Show(const std::vector<history::StoredSnapshot>& before, size_t index) {
     m_shownId = before[index].Id;
+    const size_t total = before.size() + (m_live[size_t(m_network)] ? 1 : 0);
     m_state.Display.Replaying = true;
     Interpret(m_store->SnapshotText(m_shownId));
     m_scene.SetStatus(network::NetworkName(m_network) + u" data of "_s +
                       network::StampTime(m_state.AllTables()[m_network].UpdateStamp) +
-                      u"Z (replay %1/%2)"_s.arg(index + 1).arg(before.size() + 1));
+                      u"Z (replay %1/%2)"_s.arg(index + 1).arg(total));
     m_scene.Redraw();
 }
 
 void HistoryControl::ShowLive() {
     m_shownId = -1;
     m_state.Display.Replaying = false;
-    const LiveData& live = *m_live[size_t(m_network)];
-    if (!live.Text.isEmpty()) {
-        Interpret(live.Text);
-    } else {
-        const std::vector<history::StoredSnapshot> snapshots = m_store->Snapshots(m_network);
-        if (!snapshots.empty())
-            Interpret(m_store->SnapshotText(snapshots.back().Id));
-    }
+    Interpret(m_live[size_t(m_network)]->Text);
     m_scene.Redraw();
 }
 
@@ -142,7 +132,7 @@ bool HistoryControl::Step(int direction) {
     const int shown = m_state.Display.ShownNetwork;
     if (!m_store || shown > 1)
         return false;
-    const std::vector<history::StoredSnapshot> before = BeforeLive(shown);
+    const std::vector<history::StoredSnapshot> before = Replayable(shown);
     if (m_shownId < 0 || m_network != shown) {
         m_network = shown;
         // From live, one step back is the newest snapshot before what shows.
@@ -155,7 +145,7 @@ bool HistoryControl::Step(int direction) {
     const auto at = std::find_if(before.begin(), before.end(),
                                  [this](const history::StoredSnapshot& s) { return s.Id >= m_shownId; });
     const qsizetype index = (at - before.begin()) + direction;
-    if (index < 0)
+    if (index < 0 || (index >= qsizetype(before.size()) && !m_live[size_t(shown)]))
         return false;
     if (index >= qsizetype(before.size()))
         ShowLive();
@@ -168,9 +158,9 @@ bool HistoryControl::ShowSnapshot(int network, qint64 snapshotId) {
     if (!m_store || (network != 0 && network != 1))
         return false;
     const auto isIt = [snapshotId](const history::StoredSnapshot& s) { return s.Id == snapshotId; };
-    const std::vector<history::StoredSnapshot> before = BeforeLive(network);
+    const std::vector<history::StoredSnapshot> before = Replayable(network);
     const auto found = std::find_if(before.begin(), before.end(), isIt);
-    // Not before the live data: the live download itself, if it is kept.
+    // Not among those: the live download itself, if it is kept.
     const bool live = found == before.end();
     if (live && (!m_live[size_t(network)] || std::ranges::none_of(m_store->Snapshots(network), isIt)))
         return false;
@@ -185,8 +175,30 @@ bool HistoryControl::ShowSnapshot(int network, qint64 snapshotId) {
 }
 
 void HistoryControl::Live() {
-    if (m_shownId >= 0)
+    if (m_shownId < 0)
+        return;
+    if (m_live[size_t(m_network)]) {
         ShowLive();
+        return;
+    }
+    // Nothing downloaded in this run: the newest kept snapshot is the newest there is.
+    const std::vector<history::StoredSnapshot> kept = Replayable(m_network);
+    if (!kept.empty())
+        Show(kept, kept.size() - 1);
+}
+
+void HistoryControl::ShowNewest() {
+    const int shown = m_state.Display.ShownNetwork;
+    if (!m_store || shown > 1 || !m_store->Problem().isEmpty())
+        return;
+    m_network = shown;
+    const std::vector<history::StoredSnapshot> kept = Replayable(shown);
+    if (kept.empty()) {
+        m_scene.SetStatus(u"The history holds no "_s + network::NetworkName(shown) + u" data"_s);
+        m_scene.Redraw();
+        return;
+    }
+    Show(kept, kept.size() - 1);
 }
 
 void HistoryControl::WriteFailed(const QString& why) {

@@ -41,11 +41,16 @@ public:
     std::vector<std::vector<geo::LatLon>> AllTracks() const;
 
     // Steps the shown network's data back (-1) or forward (+1) through the stored snapshots taken
-    // before the live data; forward past the last returns to live. False when there is nothing to step to.
+    // before the live data; forward past the last returns to live, if this run downloaded any. False
+    // when there is nothing to step to.
     bool Step(int direction);
+    // The live data again; without a download in this run, the newest kept snapshot.
     void Live();
     // Shows network (0 or 1) as in its stored snapshot of this id; false when it is not kept.
     bool ShowSnapshot(int network, qint64 snapshotId);
+    // A history opened to replay: the shown network's newest kept snapshot, as a replay; a history
+    // without one says so in the status line.
+    void ShowNewest();
     bool Replaying() const { return m_shownId >= 0; }
     // Why there is no history, said once; empty when there is one or it was said before.
     QString TakeProblem();
@@ -53,13 +58,14 @@ public:
     void WriteFailed(const QString& why);
 
 private:
-    // The live data of a network: the newest download of this run, else the newest stored snapshot.
+    // The live data of a network: the newest download of this run.
     struct LiveData {
         QString Text;
         qint64 TakenUtc = 0;
     };
-    // The stored snapshots of the network taken before its live data.
-    std::vector<history::StoredSnapshot> BeforeLive(int network);
+    // The stored snapshots of the network that replay steps through: those taken before its live data,
+    // or all of them while this run has downloaded none.
+    std::vector<history::StoredSnapshot> Replayable(int network);
     void Show(const std::vector<history::StoredSnapshot>& before, size_t index);
     void ShowLive();
     void Interpret(const QString& text);

@@ -305,6 +305,22 @@ TEST_F(Session, TheHistoryKeepsEachDownloadTrailsTheSelectionAndReplaysIt) {
     m_session->Pointer().Click(chart.X + 5, chart.Y + 5);
     EXPECT_EQ(m_host.Charts, QStringList{u"0|DLH1|200001"_s});
     history.WriterBusy = false;
+
+    // The same history given to replay, without a download: its newest snapshot at once, F7 and F8 step;
+    // an empty one says so.
+    history.Flush();
+    sky::testing::MemoryHistory empty;
+    for (auto* store : {&empty, &history}) {
+        StartOwnFeed({}, {}, store);
+        m_session->History().ShowNewest();
+        if (store == &empty)
+            EXPECT_EQ(m_session->Display().StatusText, u"The history holds no IVAO data");
+    }
+    EXPECT_EQ(m_session->Display().StatusText, u"IVAO data of 1420Z (replay 3/3)");
+    m_session->KeyUp(keys::F(8), 0);
+    EXPECT_EQ(m_session->Display().StatusText, u"Showing the newest data");
+    m_session->KeyUp(keys::F(7), 0);
+    EXPECT_EQ(m_session->Display().StatusText, u"IVAO data of 1410Z (replay 2/3)");
 }
 
 // Two downloads of a feed; a friend and a watched tower come online in the second.
