@@ -31,6 +31,7 @@ public:
     }
     void EnableAutoDownload(bool) override {}
     void OpenUrl(const QString& address) override { PrintLine(stderr, u"Profile: "_s + address); }
+    void Report(const QString& text) override { PrintLine(stderr, u"Skylantra: "_s + text); }
 
 private:
     const view::DisplayState* m_display = nullptr;

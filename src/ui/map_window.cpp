@@ -5,6 +5,7 @@
 #include <GL/gl.h>
 
 #include <QApplication>
+#include <QBuffer>
 #include <QCloseEvent>
 #include <QDesktopServices>
 #include <QDir>
@@ -18,6 +19,7 @@
 
 #include "app/colour_theme.h"
 #include "app/window_geometry.h"
+#include "common/file_io.h"
 #include "common/numbers.h"
 #include "launch.h"
 #include "preferences_dialog.h"
@@ -330,9 +332,15 @@ void MapWindow::SaveSnapshotAndExit() {
     }
     if (m_options.PrintStatus)
         PrintLine(stdout, m_session->Display().StatusText);
-    const QImage image = grabFramebuffer();
-    if (!image.save(m_options.SnapshotPath, "PNG")) { // whatever the file is called
-        PrintLine(stderr, u"Skylantra: cannot write the snapshot "_s + m_options.SnapshotPath);
+    // PNG whatever the file is called, saved as every file is: a full disk keeps what was there.
+    QByteArray png;
+    QBuffer buffer(&png);
+    buffer.open(QIODevice::WriteOnly);
+    const WriteResult saved = grabFramebuffer().save(&buffer, "PNG")
+                                  ? WriteFileAtomically(m_options.SnapshotPath, png)
+                                  : WriteResult{false, u"cannot make the snapshot's image"_s};
+    if (!saved.Ok) {
+        PrintLine(stderr, u"Skylantra: "_s + saved.Message);
         Quit(1);
         return;
     }

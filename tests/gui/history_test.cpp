@@ -55,6 +55,11 @@ TEST_F(History, ThreeDownloadsDrawTheSelectedAircraftsTrailAndRouteAndARestartKe
     Select(window);
     EXPECT_GT(TrailAndRoute(Grab(window)).first, 60) << "the trail was forgotten";
     ASSERT_TRUE(CloseAndWait(again, window));
+
+    // The file given to replay alone opens on its newest snapshot: the aircraft, without a download.
+    const QImage replay = Snapshot(View() + QStringList{u"--history"_s, m_home.filePath(u"history.db"_s)});
+    EXPECT_GT(CountNear(replay, qRgb(0xFF, 0xFF, 0x2A), 40, QRect(385, 288, 30, 24)), 20)
+        << "nothing replayed";
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include <QDir>
 #include <QProcess>
 #include <QSqlDatabase>
 #include <QSqlQuery>
@@ -146,6 +147,22 @@ TEST(ConsoleMode, TwoTerminalsOnOneHomeKeepEveryWatchAndEveryDownload) {
     QSqlDatabase::removeDatabase(u"refuse"_s);
     const QString said = RunConsole(home.path(), {u"--demo"_s, u"--download"_s, u"ivao"_s}, "stat\n").second;
     EXPECT_TRUE(said.contains(u"Skylantra: The history cannot be written"_s)) << said.toStdString();
+
+    // A home on a full disk (where the test may mount one): a watch is answered as not saved, said on
+    // standard error, and the list keeps its bytes.
+    const QString full = home.filePath(u"full"_s);
+    QDir().mkpath(full);
+    if (QProcess::execute(u"mount"_s, {u"-t"_s, u"tmpfs"_s, u"-o"_s, u"size=64k"_s, u"tmpfs"_s, full}) != 0)
+        GTEST_SKIP() << "no tmpfs can be mounted here";
+    ASSERT_TRUE(sky::WriteFileMakingFolder(full + u"/data/watch.dat"_s, "OLD_*\n").Ok);
+    QProcess::execute(u"dd"_s,
+                      {u"if=/dev/zero"_s, u"of="_s + full + u"/filler"_s, u"bs=4k"_s, u"status=none"_s});
+    const auto [answer, error] = RunConsole(full, {}, "watch FULL_*\n");
+    const std::optional<QByteArray> kept = sky::ReadWholeFile(full + u"/data/watch.dat"_s);
+    QProcess::execute(u"umount"_s, {full});
+    EXPECT_TRUE(answer.contains(u"Watching FULL_*\nNot saved: Could not write "_s)) << answer.toStdString();
+    EXPECT_TRUE(error.contains(u"Skylantra: Could not write "_s)) << error.toStdString();
+    EXPECT_EQ(kept, QByteArray("OLD_*\n"));
 }
 
 } // namespace

@@ -376,9 +376,12 @@ int MapSession::MarkPlan(const QString& callsign) {
 
 QStringList MapSession::Watch(const QString& line) {
     QString problem;
-    const QStringList answer = m_alerts.WatchCommand(line, problem);
-    if (!problem.isEmpty())
+    QStringList answer = m_alerts.WatchCommand(line, problem);
+    if (!problem.isEmpty()) {
+        // The change holds for this run; where it was typed, the answer says it was not kept.
+        answer.append(u"Not saved: "_s + problem);
         m_host.Report(problem);
+    }
     return answer;
 }
 
