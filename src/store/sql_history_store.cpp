@@ -77,15 +77,19 @@ bool SqlHistoryStore::OpenReader(bool readOnly) {
     // What the file is, before anything in it is changed: a damaged file, or one that is no database,
     // answers no version; one of a newer version, or another program's, is left as it is.
     QSqlQuery q(db);
-    if (!q.exec(u"PRAGMA user_version"_s) || !q.next()) {
-        SetProblem(where + u" is damaged: "_s + q.lastError().text());
+    const auto unreadable = [&] {
+        // SQLite's own codes: only a file that is no database, or a broken one, is damaged; anything
+        // else (a full disk, a file being replaced) leaves a sound file that cannot be read just now.
+        const int code = q.lastError().nativeErrorCode().toInt() & 0xFF;
+        const bool damaged = code == 11 /* SQLITE_CORRUPT */ || code == 26 /* SQLITE_NOTADB */;
+        SetProblem(where + (damaged ? u" is damaged: "_s : u" cannot be read: "_s) + q.lastError().text());
         return false;
-    }
+    };
+    if (!q.exec(u"PRAGMA user_version"_s) || !q.next())
+        return unreadable();
     const int version = q.value(0).toInt();
-    if (!q.exec(u"SELECT name FROM sqlite_master WHERE type = 'table'"_s)) {
-        SetProblem(where + u" is damaged: "_s + q.lastError().text());
-        return false;
-    }
+    if (!q.exec(u"SELECT name FROM sqlite_master WHERE type = 'table'"_s))
+        return unreadable();
     QStringList tables;
     while (q.next())
         tables.append(q.value(0).toString());
