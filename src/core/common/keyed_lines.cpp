@@ -1,19 +1,12 @@
 #include "common/keyed_lines.h"
 
-#include <QDir>
-#include <QFileInfo>
-#include <QLockFile>
-
+#include "common/shared_file.h"
 #include "common/text_codec.h"
 
 using namespace Qt::StringLiterals;
 
 namespace sky {
 namespace {
-
-// A change takes milliseconds; a lock older than this was left by a program that died.
-constexpr int kLockWaitMs = 3000;
-constexpr int kStaleLockMs = 10000;
 
 QString OneLine(const QString& text) {
     QString line = text;
@@ -74,27 +67,11 @@ QByteArray KeyedLines::ToBytes() const {
 
 WriteResult KeyedLines::Update(const QString& path, const std::function<void(KeyedLines&)>& change,
                                KeyedLines& into) {
-    return UpdateUnderLock(path, [&](const QByteArray& current) -> std::optional<QByteArray> {
+    return SharedFile(path).Update([&](const QByteArray& current) -> std::optional<QByteArray> {
         into = Parse(DecodeText(current).Text);
         change(into);
         return into.ToBytes();
     });
-}
-
-WriteResult UpdateUnderLock(const QString& path,
-                            const std::function<std::optional<QByteArray>(const QByteArray&)>& change) {
-    const QString folder = QFileInfo(path).absolutePath();
-    if (!QDir().mkpath(folder))
-        return {false, u"Could not write "_s + path + u": cannot create the folder "_s + folder};
-    QLockFile lock(path + u".lock"_s);
-    lock.setStaleLockTime(kStaleLockMs);
-    if (!lock.tryLock(kLockWaitMs))
-        return {false,
-                u"Could not write "_s + path +
-                    (lock.error() == QLockFile::LockFailedError ? u": another program keeps it locked"_s
-                                                                : u": cannot make its lock file"_s)};
-    const std::optional<QByteArray> next = change(ReadWholeFile(path).value_or(QByteArray()));
-    return next ? WriteFileAtomically(path, *next) : WriteResult{};
 }
 
 } // namespace sky

@@ -44,10 +44,4 @@ private:
     QHash<QString, size_t> m_index; // case-folded key -> entry
 };
 
-// Changes a file that another program on the same home folder may change too: under the lock file
-// beside it, change gets the file as it is now (empty when missing); what it returns is saved through the
-// checked atomic save, nullopt saves nothing. A lock held elsewhere for seconds fails the change.
-WriteResult UpdateUnderLock(const QString& path,
-                            const std::function<std::optional<QByteArray>(const QByteArray&)>& change);
-
 } // namespace sky
