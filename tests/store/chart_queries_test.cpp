@@ -57,6 +57,7 @@ template <typename Result> Result Read(ChartReader& reader, std::function<Result
 }
 
 TEST(ChartQueries, SeriesOfACraftedHistoryAreTheHandCountedOnes) {
+    constexpr int kYears = 24 * 366 * 5; // the hours kept: the crafted day lies in the past
     QTemporaryDir folder;
     const QString path = folder.filePath(u"history.db"_s);
     const qint64 t0 = QDateTime(QDate(2026, 11, 21), QTime(13, 40), Qt::UTC).toSecsSinceEpoch();
@@ -81,7 +82,7 @@ TEST(ChartQueries, SeriesOfACraftedHistoryAreTheHandCountedOnes) {
     };
     const qint64 vatsimAt[] = {t0, t0 + 600, t0 + 1200, t0 + 1800, t0 + 5400};
     {
-        SqlHistoryStore store(path, 24, false);
+        SqlHistoryStore store(path, kYears, false);
         for (int i = 0; i < 5; ++i) {
             store.Record(1, network::testing::WhazzupText(vatsim[i]),
                          QDateTime::fromSecsSinceEpoch(vatsimAt[i], Qt::UTC));
@@ -113,7 +114,7 @@ TEST(ChartQueries, SeriesOfACraftedHistoryAreTheHandCountedOnes) {
     EXPECT_EQ(stats::ShownSnapshot(counts, 0, u"20261121135200"_s), 2);
     {
         // One more download: read again, the counts of before are kept and the new one comes last.
-        SqlHistoryStore store(path, 24, false);
+        SqlHistoryStore store(path, kYears, false);
         store.Record(0, network::testing::WhazzupText({Pilot(0, dlh, {50, 8, 0, 0})}),
                      QDateTime::fromSecsSinceEpoch(t0 + 6000, Qt::UTC));
     }

@@ -9,9 +9,11 @@ using namespace Qt::StringLiterals;
 namespace sky {
 namespace {
 
-// A change takes milliseconds; a lock older than this belongs to a program that hung or died.
-constexpr int kLockWaitMs = 3000;
-constexpr int kStaleLockMs = 10000;
+// A change takes milliseconds. A lock whose holder died is taken at once; one older than kStaleLockMs
+// is taken too, which also frees one left without a holder (its maker killed before writing it) within
+// the wait.
+constexpr int kLockWaitMs = 4000;
+constexpr int kStaleLockMs = 3000;
 
 } // namespace
 
