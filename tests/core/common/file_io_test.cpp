@@ -34,7 +34,7 @@ TEST(CheckedSave, AWriteTheDiskRefusesKeepsTheOldFile) {
     setrlimit(RLIMIT_FSIZE, &limit);
     // Small enough to wait in the file's buffer until the flush, as a list's few lines do.
     const WriteResult saved =
-        SharedFile(path).Update([](const QByteArray& now) { return now + QByteArray(8000, 'X'); });
+        SharedFile(path).Update([](const QByteArray& now) { return QByteArray(now + QByteArray(8000, 'X')); });
     setrlimit(RLIMIT_FSIZE, &before);
     EXPECT_FALSE(saved.Ok);
     EXPECT_TRUE(saved.Message.startsWith(u"Could not write "_s + path + u": "_s))
