@@ -106,6 +106,28 @@ TEST_F(Gui, AnAircraftsLabelSitsBesideItsSymbolInTwoLinesInEveryGlContext) {
     }
 }
 
+// An aircraft the window did not reach gets its label once a resize shows it and the size settles.
+TEST_F(Gui, AResizeGivesTheNewlyShownAircraftTheirLabels) {
+    Write(u"skln.ini"_s, "[Map]\nShowNight=0\n[Display]\nWindowWidth=720\nWindowHeight=600\n");
+    // 400 pixels east of the middle of a 1000-pixel window: beyond the right edge of a 720-pixel one.
+    const auto east = sky::geo::ScreenToLatLon(900, 300, 1000, 600, {10.0f, -50.0f, 4.0f});
+    ASSERT_TRUE(east);
+    QProcess program;
+    const QString window = Start(program, LocalFeed({CruisingPilot(u"DLH1234"_s, east->Lat, east->Lon)}) +
+                                              QStringList{u"--view"_s, u"10,50,4"_s});
+    ASSERT_FALSE(window.isEmpty());
+    Xdotool({u"windowsize"_s, window, u"1000"_s, u"600"_s});
+    QThread::msleep(1500);
+    const QImage image = Grab(window);
+    ASSERT_EQ(image.width(), 1000);
+    const QRect around(800, 240, 200, 120);
+    const QRect symbol = BoundsOf(image, kPlaneBorder, 24, around);
+    const QRect label = BoundsOf(image, kPlaneLabel, 24, around);
+    ASSERT_FALSE(symbol.isNull()) << "the aircraft is not drawn";
+    EXPECT_FALSE(label.isNull()) << "the newly shown aircraft has no label";
+    ASSERT_TRUE(CloseAndWait(program, window));
+}
+
 TEST_F(Gui, NothingOfTheMapCoversTheStripsTheCountPanelOrAnOpenPanel) {
     // Aircraft under the title strip, the status band, the count panel and where the info box opens.
     const sky::geo::ViewState view{0.0f, 0.0f, 1.5f};

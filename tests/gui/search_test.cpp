@@ -31,6 +31,17 @@ TEST_F(Gui, TheSearchFieldFindsAFlightAndAnAirportAndGoesThere) {
     SearchAndStore(window, u"DLH4"_s);
     EXPECT_GT(BlackIn(Grab(window), kInfoBox), 50000) << "DLH4AB's info box did not open";
     Keys(window, {u"Escape"_s, u"shift+1"_s}); // no key but Escape acts while a panel is open
+    // The search text is gone with the search: the list shows all three flights, not DLH4AB alone.
+    Keys(window, {u"l"_s});
+    const QImage list = Grab(window);
+    int rows = 0;
+    for (int y = 72, lastText = 0; y < 200; ++y) {
+        const bool text = CountNear(list, qRgb(0, 0, 0), 40, QRect(15, y, 80, 1)) < 80;
+        rows += text && lastText < y - 1 ? 1 : 0;
+        lastText = text ? y : lastText;
+    }
+    EXPECT_EQ(rows, 3) << "the list kept the search text as a filter";
+    Keys(window, {u"Escape"_s});
     SearchAndStore(window, u"Frankfurt"_s);
     EXPECT_GT(BlackIn(Grab(window), QRect(20, 60, 480, 450)), 100000) << "EDDF's board did not open";
     Keys(window, {u"Escape"_s, u"shift+2"_s});
