@@ -10,7 +10,6 @@
 #include "common/text_codec.h"
 #include "geo/geodesy.h"
 #include "render/gl_api.h"
-#include "render/land_layer.h"
 #include "render/list_numbers.h"
 
 using namespace Qt::StringLiterals;
@@ -143,8 +142,7 @@ GeographyResult LoadGeography(GlApi& gl, const ColourTable& colours, const QStri
     BuildGrid(gl, colours);
     BuildGlobe(gl, colours);
     // A data folder of an older version has no land: its globe is drawn without, and nothing is said.
-    if (const auto land = ReadWholeFile(folder.filePath(u"land.dat"_s)))
-        BuildLand(gl, *land, colours);
+    result.Land = ReadWholeFile(folder.filePath(u"land.dat"_s)).value_or(QByteArray());
     if (redraw)
         redraw();
     if (coastline)

@@ -2,6 +2,7 @@
 
 #include <functional>
 
+#include <QByteArray>
 #include <QString>
 #include <QStringView>
 
@@ -28,15 +29,17 @@ void BuildLineFile(GlApi& gl, int list, QStringView text, const ColourTable& col
 // The red, green and blue of a latitude between an equator and a pole slot.
 void GradientColour(const ColourTable& colours, int equatorSlot, int poleSlot, float latitude, float rgb[3]);
 
-// What LoadGeography found wrong: the name of a file it could not read, or empty.
+// What LoadGeography found wrong: the name of a file it could not read, or empty; and land.dat's bytes,
+// for the land's lists (render/land_layer.h), empty without the file.
 struct GeographyResult {
     QString MissingFile;
+    QByteArray Land;
 };
 
 // Builds lists 51 to 53, and 54 unless disableCountries, from coastline.dat and countries.dat in
-// dataFolder, and the land lists from land.dat; redraw is called after the globe with its land and after
-// the coastlines so the map fills in visibly. A file that cannot be read leaves its lists out and is
-// named in the result, land.dat excepted (a globe without land is still a map).
+// dataFolder, and reads land.dat; redraw is called after the globe and after the coastlines so the map
+// fills in visibly. A file that cannot be read leaves its lists out and is named in the result,
+// land.dat excepted (a globe without land is still a map).
 GeographyResult LoadGeography(GlApi& gl, const ColourTable& colours, const QString& dataFolder,
                               bool disableCountries, const std::function<void()>& redraw = {});
 

@@ -83,8 +83,8 @@ struct Point {
 // Records the tiles of land.dat one after another.
 class LandRecorder {
 public:
-    LandRecorder(GlApi& gl, const ColourTable& colours, QByteArrayView bytes)
-        : m_gl(gl), m_colours(colours), m_in(bytes) {}
+    LandRecorder(GlApi& gl, const ColourTable& colours, QByteArrayView bytes, int onlyBand)
+        : m_gl(gl), m_colours(colours), m_in(bytes), m_onlyBand(onlyBand) {}
 
     int Run() {
         bool more = true;
@@ -112,7 +112,8 @@ private:
             return false;
         if (*index < kLandBands.size() &&
             std::lround(kLandBands[*index].ToleranceDeg * kUnitsPerDeg) == std::int64_t(*tolerance) &&
-            std::int64_t(kLandBands[*index].TileDeg) == std::int64_t(*tileDeg))
+            std::int64_t(kLandBands[*index].TileDeg) == std::int64_t(*tileDeg) &&
+            (m_onlyBand < 0 || int(*index) == m_onlyBand))
             m_band = int(*index);
         return true;
     }
@@ -157,7 +158,8 @@ private:
             m_lon += *dLon;
             inRange =
                 inRange && std::abs(m_lat) <= 90 * kUnitsPerDeg && std::abs(m_lon) <= 180 * kUnitsPerDeg;
-            if (inRange)
+            // The points of a tile not recorded are read past, not placed on the globe.
+            if (inRange && m_recording)
                 m_points.push_back(At(float(m_lat) / kUnitsPerDeg, float(m_lon) / kUnitsPerDeg));
         }
         const auto triangles = m_in.Unsigned();
@@ -206,6 +208,7 @@ private:
     GlApi& m_gl;
     const ColourTable& m_colours;
     Reader m_in;
+    int m_onlyBand = -1; // the one band to record, or -1 for all
     int m_band = -1;
     bool m_recording = false;
     int m_tiles = 0;
@@ -219,6 +222,11 @@ struct TileCap {
     std::array<double, 3> Centre;
     double RadiusDeg;
 };
+
+// The globe's radius on screen: its viewport is a square of twice the window's height.
+double GlobeRadiusPx(const geo::ViewState& view, int heightPx) {
+    return double(view.ViewZ) * heightPx;
+}
 
 std::array<double, 3> UnitVector(double latDeg, double lonDeg) {
     return {geo::GlobeX(float(latDeg), float(lonDeg)), geo::GlobeY(float(latDeg), float(lonDeg)),
@@ -261,10 +269,23 @@ int LandList(int band, int row, int column) {
     return lists::kLandFirst + FirstOfBand(band) + row * Columns(band) + column;
 }
 
-int BuildLand(GlApi& gl, QByteArrayView bytes, const ColourTable& colours) {
+int BuildLand(GlApi& gl, QByteArrayView bytes, const ColourTable& colours, int onlyBand) {
     if (!bytes.startsWith(kMark))
         return 0;
-    return LandRecorder(gl, colours, bytes.sliced(kMark.size())).Run();
+    return LandRecorder(gl, colours, bytes.sliced(kMark.size()), onlyBand).Run();
+}
+
+void LandLists::Reset(QByteArray bytes) {
+    m_bytes = std::move(bytes);
+    m_recorded.fill(false);
+}
+
+void LandLists::Need(GlApi& gl, const ColourTable& colours, const geo::ViewState& view, int heightPx) {
+    const int band = LandBandFor(GlobeRadiusPx(view, heightPx));
+    if (m_bytes.isEmpty() || m_recorded[size_t(band)])
+        return;
+    BuildLand(gl, m_bytes, colours, band);
+    m_recorded[size_t(band)] = true;
 }
 
 int LandBandFor(double radiusPx) {
@@ -276,7 +297,7 @@ int LandBandFor(double radiusPx) {
 }
 
 void DrawLand(GlApi& gl, const geo::ViewState& view, int widthPx, int heightPx) {
-    const double radiusPx = double(view.ViewZ) * heightPx;
+    const double radiusPx = GlobeRadiusPx(view, heightPx);
     if (!(radiusPx > 0.0))
         return;
     const int band = LandBandFor(radiusPx);

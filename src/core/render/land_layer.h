@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include <QByteArray>
 #include <QByteArrayView>
 
 namespace sky {
@@ -38,11 +39,27 @@ int LandList(int band, int row, int column);
 // (lakes, and the seas the land encloses) in the globe's colour of its latitude band, so that it reads
 // as sea. A piece with a point out of range and a triangle with a corner that is not a point of its
 // piece are left out; reading stops at the first record that is cut short or unknown. Returns the
-// number of tiles recorded (0 for a file that does not start with the format's mark).
-int BuildLand(GlApi& gl, QByteArrayView bytes, const ColourTable& colours);
+// number of tiles recorded (0 for a file that does not start with the format's mark). With onlyBand
+// set, the tiles of that band alone are recorded.
+int BuildLand(GlApi& gl, QByteArrayView bytes, const ColourTable& colours, int onlyBand = -1);
 
 // The band for a globe of radiusPx pixels: the coarsest whose tolerance stays within a pixel.
 int LandBandFor(double radiusPx);
+
+// The land's lists, recorded a band at a time the first time a frame draws that band: most of the
+// file's triangles are in the fine bands that only a close zoom draws, so start-up records little.
+class LandLists {
+public:
+    // Keeps land.dat's bytes (empty: no land); every band is recorded again when next drawn, in the
+    // colours given then (a new theme, a new GL context).
+    void Reset(QByteArray bytes);
+    // Records the band DrawLand draws this view with, unless it was since the last Reset.
+    void Need(GlApi& gl, const ColourTable& colours, const geo::ViewState& view, int heightPx);
+
+private:
+    QByteArray m_bytes;
+    std::array<bool, kLandBands.size()> m_recorded{};
+};
 
 // Calls the recorded lists of the tiles of the view's band that can show in a window of widthPx by
 // heightPx, drawn opaque, as the globe is.

@@ -139,6 +139,7 @@ QString MapSession::StartUp() {
     m_scene.Redraw();
     const render::GeographyResult geography = render::LoadGeography(
         m_gl, m_state.Colours, data, m_state.Config.DisableCountries, [this] { m_scene.Redraw(); });
+    m_scene.SetLand(geography.Land);
     m_scene.RecordNight(m_download.Now());
     m_scene.SetStatus(u"Ready"_s);
     m_state.Display.ShowAbout = false;
@@ -158,7 +159,8 @@ QString MapSession::StartUp() {
 }
 
 void MapSession::RecordAllLists() {
-    render::LoadGeography(m_gl, m_state.Colours, DataFolder(), m_state.Config.DisableCountries, {});
+    m_scene.SetLand(
+        render::LoadGeography(m_gl, m_state.Colours, DataFolder(), m_state.Config.DisableCountries, {}).Land);
     if (m_state.Display.ShowAbout)
         render::BuildTitleBox(m_gl, m_state.Colours, m_state.WidthPx, m_state.HeightPx);
     m_scene.ThemeChanged();
@@ -278,12 +280,11 @@ std::vector<search::SearchResult> MapSession::Search(const QString& text) {
     const int shown = m_state.Display.ShownNetwork;
     const network::ClientTables& tables = m_state.AllTables();
     // The clients are indexed again when the data or the network shown changed.
-    const QString data = m_filters.Text() + u'/' + QString::number(m_namesChanged) + u'/' +
-                         QString::number(shown) + u'/' + tables[0].UpdateStamp + u'/' +
-                         QString::number(tables[0].PilotCount) + u'/' + tables[1].UpdateStamp + u'/' +
-                         QString::number(tables[1].PilotCount) + u'/' + tables[0].LastDownload.toString() +
-                         tables[1].LastDownload.toString() + u'/' +
-                         QString::number(m_state.Coming.PrefilesRevision);
+    const QString data =
+        m_filters.Text() + u'/' + QString::number(m_namesChanged) + u'/' + QString::number(shown) + u'/' +
+        tables[0].UpdateStamp + u'/' + QString::number(tables[0].PilotCount) + u'/' + tables[1].UpdateStamp +
+        u'/' + QString::number(tables[1].PilotCount) + u'/' + tables[0].LastDownload.toString() +
+        tables[1].LastDownload.toString() + u'/' + QString::number(m_state.Coming.PrefilesRevision);
     if (data != m_searchData) {
         m_search.SetClients(tables, shown == 2 ? std::vector<int>{0, 1} : std::vector<int>{shown},
                             m_state.Shown(), &m_state.FriendNames);

@@ -435,6 +435,7 @@ QString SceneControl::AirportLabelAt(double x, double y) const {
 
 render::FrameInputs SceneControl::Frame() {
     geo::ClampView(m_state.View);
+    m_land.Need(m_gl, m_state.Colours, m_state.View, m_state.HeightPx);
     const DisplayState& d = m_state.Display;
     const render::PanelMode panels = PanelModeOf(m_state.Panels);
     // A panel that opens hides the card of what the pointer rested on.

@@ -13,6 +13,7 @@
 #include "render/draw_scene.h"
 #include "render/filter_mark.h"
 #include "render/highlight.h"
+#include "render/land_layer.h"
 #include "render/traffic_scene.h"
 
 namespace sky::render {
@@ -93,13 +94,16 @@ public:
     // Draws a frame now: the zoom band and the labels' surroundings are checked first.
     void Redraw();
     // What the next frame is drawn from: the view clamped (once per frame, as the frame does it), the
-    // display state and the open panels.
+    // display state and the open panels. The land of the view's detail is recorded first if it is not.
     render::FrameInputs Frame();
 
     // Where the selected flight has been and is going, drawn with its highlight: the flown track solid,
     // the route ahead dashed, in the network's colour.
     using PathSource = std::function<render::FlightPaths(const network::ClientRef&)>;
     void SetPathSource(PathSource source) { m_paths = std::move(source); }
+    // land.dat's bytes (empty: none), read again after a theme or a new context: the land is recorded
+    // anew, a detail band at a time as frames need it.
+    void SetLand(QByteArray bytes) { m_land.Reset(std::move(bytes)); }
     // The night side (list 64) for the time the map shows: the shown data's, or clock's without data.
     // Recorded again only when that time moved by a minute or more (or force).
     void RecordNight(const QDateTime& clock, bool force = false);
@@ -149,6 +153,7 @@ private:
     render::CrowdPlan m_crowds; // of the shown scene's symbols as last recorded
     render::LabelPlan m_labels; // the shown scene's labels as last placed
     QDateTime m_nightTime;      // what the night side was recorded for
+    render::LandLists m_land;
 };
 
 } // namespace sky::view
