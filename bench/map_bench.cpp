@@ -152,7 +152,6 @@ BENCHMARK(BM_StartUpToReady)->Unit(benchmark::kMillisecond);
 void BM_BuildTrafficSceneVatsimDemo(benchmark::State& state) {
     Target();
     DemoMap map;
-    auto& gl = map.gl;
     auto& session = map.session;
     for (auto _ : state) {
         session->Scene().MarkStale(1);
@@ -324,7 +323,6 @@ BENCHMARK(BM_DrawSceneGeographyOnly)->ArgName("smooth")->Arg(1)->Arg(0)->Unit(be
 void BM_RecordLabelsAfterZoomStep(benchmark::State& state) {
     Target();
     DemoMap map;
-    auto& gl = map.gl;
     auto& session = map.session;
     bool in = true;
     for (auto _ : state) {
@@ -352,7 +350,6 @@ void BM_DrawOneLayer(benchmark::State& state) {
     Target();
     DemoMap map;
     auto& gl = map.gl;
-    auto& session = map.session;
     const int list = int(state.range(0));
     const bool smoothed = list >= 51 && list <= 54;
     for (auto _ : state) {

@@ -94,8 +94,8 @@ void MapWindow::ApplyInput(const QString& sequence) {
                     mouseReleaseEvent(&mouse);
             };
             send(QEvent::MouseButtonPress, from, button);
-            for (int step = 1; step <= 8; ++step)
-                send(QEvent::MouseMove, from + (to - from) * (step / 8.0), button);
+            for (int i = 1; i <= 8; ++i)
+                send(QEvent::MouseMove, from + (to - from) * (i / 8.0), button);
             send(QEvent::MouseButtonRelease, to, Qt::NoButton);
             continue;
         }

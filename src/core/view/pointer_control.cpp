@@ -39,8 +39,8 @@ std::optional<network::ClientRef> PointerControl::ClientAt(double x, double y, d
     double best = radiusPx * radiusPx;
     std::optional<network::ClientRef> found;
     const filter::Visibility visible = s.Shown();
-    const auto consider = [&](int n, bool pilot, int slot, bool visible, float lat, float lon) {
-        if (!visible)
+    const auto consider = [&](int n, bool pilot, int slot, bool showing, float lat, float lon) {
+        if (!showing)
             return;
         if (const auto d = SquaredPixels(s, lat, lon, x, y); d && *d <= best) {
             best = *d;
