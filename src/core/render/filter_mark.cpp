@@ -42,15 +42,7 @@ void BuildFilterMark(GlApi& gl, const ColourTable& c, int width, int height, con
     gl.NewList(lists::kFilterMark);
     gl.Colour(c.Red[kSlotWindowBackground], c.Green[kSlotWindowBackground], c.Blue[kSlotWindowBackground],
               1.0f);
-    gl.Begin(Primitive::Quads);
-    const float left = OverlayX(box.X, width), right = OverlayX(box.X + box.Width, width);
-    const float top = OverlayY(height - box.Y, height),
-                bottom = OverlayY(height - box.Y - box.Height, height);
-    gl.Vertex(left, bottom, 0.0f);
-    gl.Vertex(right, bottom, 0.0f);
-    gl.Vertex(right, top, 0.0f);
-    gl.Vertex(left, top, 0.0f);
-    gl.End();
+    FillOverlayBox(gl, box.X, box.Y, box.Width, box.Height, width, height);
     gl.Colour(c.Red[kSlotHighlight], c.Green[kSlotHighlight], c.Blue[kSlotHighlight], 1.0f);
     gl.RasterPos(OverlayX(box.X + 6, width), OverlayY(height - box.Y - 13, height), 0.0f);
     PrintText(gl, CountText(in));

@@ -36,7 +36,7 @@ void BuildMeasureLine(GlApi& gl, const ColourTable& colours, const MeasureInputs
         // Right of and below the far end, one figure a line.
         for (int i = 0; i < int(in.Figures.size()); ++i) {
             RasterAt(gl, in.To.Lat, in.To.Lon);
-            gl.BitmapMove(12, -4 - kFigureLinePx * (i + 1));
+            gl.BitmapMove(12.0f, float(-4 - kFigureLinePx * (i + 1)));
             PrintText(gl, in.Figures[i]);
         }
         gl.TextOutline(0.0f, 0.0f, 0.0f, 0.0f);

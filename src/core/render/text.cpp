@@ -48,4 +48,15 @@ void BuildStatusLine(GlApi& gl, const QString& statusText, int width, int height
     gl.EndList();
 }
 
+void FillOverlayBox(GlApi& gl, int x, int y, int boxWidth, int boxHeight, int width, int height) {
+    const float left = OverlayX(x, width), right = OverlayX(x + boxWidth, width);
+    const float top = OverlayY(height - y, height), bottom = OverlayY(height - y - boxHeight, height);
+    gl.Begin(Primitive::Quads);
+    gl.Vertex(left, bottom, 0.0f);
+    gl.Vertex(right, bottom, 0.0f);
+    gl.Vertex(right, top, 0.0f);
+    gl.Vertex(left, top, 0.0f);
+    gl.End();
+}
+
 } // namespace sky::render

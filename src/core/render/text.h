@@ -26,4 +26,8 @@ inline float OverlayY(double pixels, int height) {
     return float(pixels * (2.0 / height) - 1.0);
 }
 
+// Fills the box of boxWidth by boxHeight pixels whose top left is pixel (x, y) of the client area (from
+// its top left) in the current colour: what a panel of figures is printed on.
+void FillOverlayBox(GlApi& gl, int x, int y, int boxWidth, int boxHeight, int width, int height);
+
 } // namespace sky::render

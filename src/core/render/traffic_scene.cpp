@@ -212,15 +212,7 @@ void BuildClientCountPanel(GlApi& gl, const network::ClientTables& tables, const
     // An opaque box: the traffic under it does not show through the figures.
     gl.Colour(colours.Red[kSlotWindowBackground], colours.Green[kSlotWindowBackground],
               colours.Blue[kSlotWindowBackground], 1.0f);
-    gl.Begin(Primitive::Quads);
-    const float left = OverlayX(box.X, width), right = OverlayX(box.X + box.Width, width);
-    const float top = OverlayY(height - box.Y, height),
-                bottom = OverlayY(height - box.Y - box.Height, height);
-    gl.Vertex(left, bottom, 0.0f);
-    gl.Vertex(right, bottom, 0.0f);
-    gl.Vertex(right, top, 0.0f);
-    gl.Vertex(left, top, 0.0f);
-    gl.End();
+    FillOverlayBox(gl, box.X, box.Y, box.Width, box.Height, width, height);
     for (int n = 0; n < network::kNetworkCount; ++n) {
         const int y = height - 36 - kCountRowPx * n;
         gl.Colour(colours.Red[n], colours.Green[n], colours.Blue[n], 1.0f);

@@ -123,14 +123,7 @@ void FillEventsPage(TableContent& table, const coming::ComingState& coming, cons
                                                    coming::AgeText(had, clock) + u" ago)"_s
                                              : u"No list of VATSIM events yet"_s});
     items.insert(items.begin(), ClientRef{1, false, 0});
-    const int pages = PageCount(rows.size(), rowsPerPage);
-    pageIndex = std::clamp(pageIndex, 0, pages - 1);
-    table.PageText = u"Page %1/%2"_s.arg(pageIndex + 1).arg(pages);
-    const size_t first = size_t(pageIndex) * size_t(rowsPerPage);
-    for (size_t i = first; i < rows.size() && i < first + size_t(rowsPerPage); ++i) {
-        table.Rows.push_back(rows[i]);
-        table.RowClients.push_back(items[i]);
-    }
+    Paginate(table, rows, items, pageIndex, rowsPerPage);
 }
 
 } // namespace sky::view

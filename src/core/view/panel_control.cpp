@@ -66,6 +66,13 @@ void PanelControl::OpenPrefileBox(const QString& callsign) {
     Show(); // which draws its route too
 }
 
+void PanelControl::OpenBoardOfLine(const InfoBoxContent& info, int line) {
+    if (line == info.DepartureLine)
+        OpenBoard(info.DepartureAirport);
+    else if (line == info.DestinationLine)
+        OpenBoard(info.DestinationAirport);
+}
+
 void PanelControl::OpenBoard(const QString& airport) {
     PanelState& p = m_state.Panels;
     p.BoardOpen = true;
@@ -95,9 +102,9 @@ TableContent PanelControl::Table(int rowsPerPage, int pageIndex) const {
     const PanelState& p = m_state.Panels;
     const QDateTime moment = m_actions.Moment ? m_actions.Moment() : QDateTime::currentDateTimeUtc();
     if (p.ListOpen) {
-        TableContent table = ListPageContent(shown, data, p.Page, pageIndex, rowsPerPage, m_state.FriendList,
-                                             p.Sorts[size_t(p.Page)], p.Filter, m_state.Shown(),
-                                             &m_state.FriendNames);
+        TableContent table =
+            ListPageContent(shown, data, p.Page, pageIndex, rowsPerPage, m_state.FriendList,
+                            p.Sorts[size_t(p.Page)], p.Filter, m_state.Shown(), &m_state.FriendNames);
         if (p.Page == ListPage::Events)
             FillEventsPage(table, m_state.Coming, moment, QDateTime::currentDateTimeUtc(), pageIndex,
                            rowsPerPage, p.Sorts[size_t(p.Page)], p.Filter);
@@ -196,14 +203,9 @@ void PanelControl::PrefileClick(const PanelHit& hit) {
     case PanelHitKind::Friend:
         ToggleInfoClientFriend();
         break;
-    case PanelHitKind::InfoLine: {
-        const InfoBoxContent info = PrefileInfo(f, m_state.Reference, m_state.FriendList);
-        if (hit.Index == info.DepartureLine)
-            OpenBoard(info.DepartureAirport);
-        else if (hit.Index == info.DestinationLine)
-            OpenBoard(info.DestinationAirport);
+    case PanelHitKind::InfoLine:
+        OpenBoardOfLine(PrefileInfo(f, m_state.Reference, m_state.FriendList), hit.Index);
         break;
-    }
     default:
         break;
     }
@@ -267,14 +269,9 @@ void PanelControl::ClientClick(const PanelHit& hit) {
             m_actions.ChartFlight(c);
         break;
     case PanelHitKind::InfoLine:
-        if (c.IsPilot) {
-            const InfoBoxContent info =
-                PilotInfo(c.Network, data, c.Slot, m_state.Reference, m_state.FriendList);
-            if (hit.Index == info.DepartureLine)
-                OpenBoard(info.DepartureAirport);
-            else if (hit.Index == info.DestinationLine)
-                OpenBoard(info.DestinationAirport);
-        }
+        if (c.IsPilot)
+            OpenBoardOfLine(PilotInfo(c.Network, data, c.Slot, m_state.Reference, m_state.FriendList),
+                            hit.Index);
         break;
     default:
         break;

@@ -45,7 +45,9 @@ public:
     // The box of VATSIM's prefiled flight of this callsign, its route drawn on the map.
     void OpenPrefileBox(const QString& callsign);
     void OpenBoard(const QString& airport); // with its METAR when the weather can be fetched
-    void OpenList();                        // the pilots' page of the shown network
+    // The board of the airport a box's departure or destination line names, if line is one of them.
+    void OpenBoardOfLine(const render::InfoBoxContent& info, int line);
+    void OpenList(); // the pilots' page of the shown network
     // The search field's text filters the list's rows (from its first page) while it is open.
     void SetFilter(const QString& text);
     // The friend button of the info box: adds or removes its client and rebuilds what shows friends.

@@ -318,12 +318,9 @@ void SortRows(std::vector<QStringList>& rows, std::vector<ClientRef>& clients, c
     clients = std::move(sortedClients);
 }
 
-namespace {
-
-// A page of rows out of all of them, and its "Page 2/7".
 void Paginate(TableContent& table, const std::vector<QStringList>& rows,
               const std::vector<ClientRef>& clients, int pageIndex, int rowsPerPage,
-              const QStringList* members = nullptr) {
+              const QStringList* members) {
     const int pages = PageCount(rows.size(), rowsPerPage);
     pageIndex = std::clamp(pageIndex, 0, pages - 1);
     table.PageText = u"Page %1/%2"_s.arg(pageIndex + 1).arg(pages);
@@ -335,6 +332,8 @@ void Paginate(TableContent& table, const std::vector<QStringList>& rows,
             table.RowMembers.append(members->value(qsizetype(i)));
     }
 }
+
+namespace {
 
 QString NameOf(const KeyedLines* names, const QString& realName, const QString& vid) {
     return names ? NamedPerson(realName, names->Value(vid)) : realName;

@@ -108,6 +108,11 @@ TableContent ListPageContent(int network, const network::NetworkData& data, List
                              const QString& filter = {}, const filter::Visibility& shown = {},
                              const KeyedLines* names = nullptr);
 int PageCount(size_t clients, int rowsPerPage);
+// Puts the page pageIndex (clamped to the pages there are) of rows into table, with its clients (and
+// its members, when given) and its "Page 2/7".
+void Paginate(TableContent& table, const std::vector<QStringList>& rows,
+              const std::vector<ClientRef>& clients, int pageIndex, int rowsPerPage,
+              const QStringList* members = nullptr);
 
 // What a board shows beside the clients of the tables: rows under its stations (an event, bookings)
 // and prefiled flights listed after the departures.
