@@ -66,13 +66,24 @@ TEST_F(Gui, ParkedAircraftAreOneMarkUntilTheyStandClearAndNoLabelGoesOverASymbol
     EXPECT_EQ(over, 0) << "label pixels on aircraft symbols";
 }
 
-// A click on an airport's dot opens its board, though its tower stands on it.
-TEST_F(Gui, AClickOnAnAirportsDotOpensItsBoard) {
-    const QStringList feed = LocalFeed(ParkedAtFrankfurt());
-    const QImage image =
-        Snapshot(feed + QStringList{u"--view"_s, u"8.5584,50.0267,8"_s, u"--keys"_s, u"click 400 300"_s});
-    ASSERT_FALSE(image.isNull());
-    EXPECT_GT(BlackIn(image, QRect(20, 60, 480, 450)), 100000) << "no board opened";
+// A click on an airport's dot opens its board, though its tower stands on it, and so does a click on
+// its stations' label.
+TEST_F(Gui, AClickOnAnAirportsDotOrItsStationsLabelOpensItsBoard) {
+    const QStringList feed = LocalFeed(ParkedAtFrankfurt()) + QStringList{u"--view"_s, u"8.5584,50.0267,8"_s};
+    const QImage plain = Snapshot(feed);
+    QRect label;
+    for (int y = 240; y < 360; ++y)
+        for (int x = 330; x < 470; ++x)
+            if (std::hypot(x - 400, y - 300) > 6 && Near(plain.pixel(x, y), kAtcLabel, 24))
+                label |= QRect(x, y, 1, 1);
+    ASSERT_FALSE(label.isNull());
+    for (const QPoint& at : {QPoint(400, 300), label.center()}) {
+        SCOPED_TRACE(at.x());
+        const QImage image =
+            Snapshot(feed + QStringList{u"--keys"_s, u"click %1 %2"_s.arg(at.x()).arg(at.y())});
+        ASSERT_FALSE(image.isNull());
+        EXPECT_GT(BlackIn(image, QRect(20, 60, 480, 450)), 100000) << "no board opened";
+    }
 }
 
 } // namespace

@@ -90,7 +90,9 @@ bool AnyTwoCloser(const std::vector<Member>& members, double minimum) {
 
 CrowdPlan PlanCrowds(const TrafficInputs& in, const std::vector<int>& networks) {
     CrowdPlan plan;
-    if (!in.Labels)
+    // Close in, where parked aircraft get their labels, each can be seen and clicked on its own even
+    // where symbols still overlap: an airport's apron is only a few symbols wide at the closest zoom.
+    if (!in.Labels || in.ViewZ >= kGroundLabelZoom)
         return plan;
     const std::optional<network::ClientRef>& selected = in.Labels->Selected;
     // Two symbols overlap when their centres are closer than a symbol's length.

@@ -41,7 +41,7 @@ inline constexpr float kCrowdRadiusNm = 5.0f;
 // The crowds of the shown pilots of networks, for the zoom and selection of the inputs' label view: the
 // aircraft on the ground near an airport in use (one a flight plan names) are grouped when any two of
 // their symbols would overlap. Airborne aircraft, the selected client and friends are never grouped; without
-// a label view (every label drawn) nothing is.
+// a label view (every label drawn) nothing is, nor from kGroundLabelZoom on.
 CrowdPlan PlanCrowds(const TrafficInputs& in, const std::vector<int>& networks);
 
 // The texts of a crowd's hover card: its airport, then what is on the ground there.

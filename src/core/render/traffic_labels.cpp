@@ -147,7 +147,8 @@ QSet<QString> StationLabels(std::vector<Label>& labels, int n, const TrafficInpu
                               {airport + u"  "_s + StationLetter(s.Callsign)},
                               false,
                               priority,
-                              4});
+                              4,
+                              airport});
             continue;
         }
         Label& label = labels[*group];

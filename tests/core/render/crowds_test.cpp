@@ -61,7 +61,8 @@ TEST_F(Crowds, ParkedAircraftOfAnAirportAreOneMarkWhileTheirSymbolsWouldOverlap)
         // Zoomed out: the parked and the taxiing, not the airborne, the friend or the lone one.
         {"zoomed out", 1.0f, {}, true, {1, 2, 3, 4}, 2, 1},
         {"the selected aircraft stands apart", 1.0f, network::ClientRef{1, true, 2}, true, {1, 3, 4}, 1, 1},
-        {"zoomed in, two miles apart stand clear", 50.0f, {}, true, {}, 0, 0},
+        {"zoom 20, two miles apart still overlap", 20.0f, {}, true, {1, 2, 3, 4}, 2, 1},
+        {"zoom 25, where parked aircraft are labelled: apart", 25.0f, {}, true, {}, 0, 0},
         {"every label drawn: no crowds", 1.0f, {}, false, {}, 0, 0},
     };
     for (const auto& row : rows) {
