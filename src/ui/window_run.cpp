@@ -11,6 +11,7 @@
 #include "app/colour_theme.h"
 #include "close_on_signals.h"
 #include "common/file_io.h"
+#include "common/text_codec.h"
 #include "demo_history.h"
 #include "geo/text_format.h"
 #include "map_window.h"
@@ -59,8 +60,9 @@ QString WriteDemoDay(const Folders& folders, const Reporter& report) {
     std::array<QString, 2> feeds;
     for (int n = 0; n < 2; ++n) {
         const QString file = n == 0 ? u"data/demo/ivao/whazzup.txt"_s : u"data/demo/vatsim/whazzup.txt"_s;
-        feeds[size_t(n)] = QString::fromUtf8(
-            ReadWholeFile(QDir(folders.Holding(file)).filePath(file)).value_or(QByteArray()));
+        // The IVAO demo is in Windows-1252, as the network's own text feed.
+        feeds[size_t(n)] =
+            DecodeText(ReadWholeFile(QDir(folders.Holding(file)).filePath(file)).value_or(QByteArray())).Text;
     }
     QDateTime end = QDateTime::currentDateTimeUtc();
     for (QStringView line : QStringView(feeds[0]).split(u'\n'))

@@ -33,6 +33,19 @@ protected:
     }
 };
 
+// The made-up day keeps the demo feeds' names as they are spelt, the IVAO feed's Windows-1252 too.
+TEST_F(Statistics, TheDemoDayListsNamesWithTheirAccents) {
+    QProcess program;
+    program.start(kBuild + u"/skylantra"_s,
+                  {u"--home"_s, m_home.path(), u"--demo-history"_s, u"--keys"_s, u"L"_s, u"--snapshot"_s,
+                   m_home.filePath(u"s.png"_s), u"--print-panel"_s});
+    ASSERT_TRUE(program.waitForFinished(90000));
+    const QString list = QString::fromUtf8(program.readAllStandardOutput());
+    EXPECT_GT(list.count(u'|'), 40);
+    EXPECT_FALSE(list.contains(QChar::ReplacementCharacter));
+    EXPECT_TRUE(list.contains(u"Chlo\u00e9"_s) || list.contains(u"M\u00fcller"_s)) << list.toStdString();
+}
+
 TEST_F(Statistics, EachChartOfTheDemoDayOpensWhereTheUserAsksAndItsNumbersAreSaved) {
     QProcess program;
     QString map = Start(program, {u"--demo-history"_s, u"--download"_s, u"vatsim"_s});
