@@ -23,6 +23,18 @@ std::vector<geo::LatLon> Line(const std::vector<history::TrackPoint>& points) {
     return line;
 }
 
+// The data's own time from its "UPDATE = 20261121142300" line, or empty.
+QString StampOf(const QString& text) {
+    for (QStringView line : QStringView(text).tokenize(u'\n')) {
+        line = line.trimmed();
+        if (line.startsWith(u"UPDATE"))
+            return line.last(std::min<qsizetype>(14, line.size())).toString();
+        if (line.startsWith(u"!CLIENTS"))
+            break;
+    }
+    return {};
+}
+
 } // namespace
 
 HistoryControl::HistoryControl(MapState& state, SceneControl& scene, history::HistoryStore* store,
@@ -35,8 +47,25 @@ void HistoryControl::Interpreted(int network, const QString& text, const QDateTi
     m_state.Display.Replaying = false;
     if (network == 0 || network == 1)
         m_live[size_t(network)] = LiveData{text, now.toSecsSinceEpoch()};
-    if (m_store)
+    if (m_store && !AlreadyKept(network, StampOf(text)))
         m_store->Record(network, text, now);
+}
+
+bool HistoryControl::AlreadyKept(int network, const QString& stamp) {
+    if (stamp.isEmpty() || network < 0 || network > 1)
+        return false;
+    QString& kept = m_keptStamp[size_t(network)];
+    // The newest snapshot a run before this one kept (the demo started again, the map restarted
+    // before the feed changed), read once.
+    if (!m_keptRead[size_t(network)]) {
+        m_keptRead[size_t(network)] = true;
+        const std::vector<history::StoredSnapshot> stored = m_store->Snapshots(network);
+        if (!stored.empty())
+            kept = stored.back().Stamp;
+    }
+    const bool same = stamp == kept;
+    kept = stamp;
+    return same;
 }
 
 FlightPaths HistoryControl::Paths(const network::ClientRef& client) const {

@@ -33,7 +33,8 @@ public:
     HistoryControl(MapState& state, SceneControl& scene, history::HistoryStore* store,
                    const Navaids& navaids);
 
-    // A download interpreted this text: it is kept, and a replay ends.
+    // A download interpreted this text: it is kept unless the newest kept snapshot of the network has
+    // its time (the same data again), and a replay ends.
     void Interpreted(int network, const QString& text, const QDateTime& now);
     // The track and route of a flight; a station has none.
     FlightPaths Paths(const network::ClientRef& client) const;
@@ -69,6 +70,8 @@ private:
     void Show(const std::vector<history::StoredSnapshot>& before, size_t index);
     void ShowLive();
     void Interpret(const QString& text);
+    // True when the newest snapshot kept of network has this data time; it is the newest from now on.
+    bool AlreadyKept(int network, const QString& stamp);
 
     MapState& m_state;
     SceneControl& m_scene;
@@ -78,6 +81,8 @@ private:
     qint64 m_shownId = -1; // the replayed snapshot, -1 live
     int m_network = -1;    // the replayed network
     bool m_problemSaid = false;
+    std::array<QString, 2> m_keptStamp; // the data time of each network's newest kept snapshot
+    std::array<bool, 2> m_keptRead{};   // whether that was read from the store
 };
 
 } // namespace sky::view

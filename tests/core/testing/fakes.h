@@ -95,13 +95,18 @@ public:
         std::vector<history::StoredSnapshot> list;
         for (const Snapshot& s : Kept)
             if (s.Network == network)
-                list.push_back({s.Id, network, QString(), s.Taken});
+                list.push_back({s.Id, network, Stamp(s.Text), s.Taken});
         return list;
     }
     QString SnapshotText(qint64 id) override {
         return id >= 1 && id <= qint64(Kept.size()) ? Kept[size_t(id - 1)].Text : QString();
     }
     QString Problem() const override { return {}; }
+    // The data's time, as the store reads it from the "UPDATE = ..." line.
+    static QString Stamp(const QString& text) {
+        const qsizetype at = text.indexOf(u"UPDATE = ");
+        return at < 0 ? QString() : text.mid(at + 9, 14);
+    }
 
     struct Snapshot {
         qint64 Id;

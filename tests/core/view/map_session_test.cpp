@@ -322,6 +322,13 @@ TEST_F(Session, TheHistoryKeepsEachDownloadTrailsTheSelectionAndReplaysIt) {
     EXPECT_EQ(m_session->Display().StatusText, u"Showing the newest data");
     m_session->KeyUp(keys::F(7), 0);
     EXPECT_EQ(m_session->Display().StatusText, u"IVAO data of 1410Z (replay 2/3)");
+
+    // The same data downloaded again, in the next run or in the same, is kept once.
+    StartOwnFeed({}, {}, &history);
+    for (const QString& stamp : {u"20261121142000"_s, u"20261121142000"_s, u"20261121143000"_s})
+        DownloadOwnFeed(stamp, {network::testing::PilotLine(0, u"0=DLH1|1=200001|5=53|6=8"_s)});
+    history.Flush();
+    EXPECT_EQ(history.Kept.size(), 4u);
 }
 
 // Two downloads of a feed; a friend and a watched tower come online in the second.
