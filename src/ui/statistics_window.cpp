@@ -9,6 +9,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QShortcut>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
@@ -53,6 +54,8 @@ StatisticsWindow::StatisticsWindow(view::MapSession& session, const QString& his
     : m_session(session), m_demo(demo), m_runOnMap(std::move(runOnMap)) {
     setWindowTitle(demo ? u"Skylantra Statistics - demo data, made up"_s : u"Skylantra Statistics"_s);
     resize(960, 600);
+    // Escape closes it, as it closes the map's panels.
+    new QShortcut(QKeySequence(Qt::Key_Escape), this, this, &QWidget::close);
     if (!historyPath.isEmpty())
         m_reader = std::make_unique<store::ChartReader>(historyPath);
     m_tabs = new QTabWidget(this);

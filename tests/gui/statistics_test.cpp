@@ -111,6 +111,10 @@ TEST_F(Statistics, EachChartOfTheDemoDayOpensWhereTheUserAsksAndItsNumbersAreSav
     EXPECT_GT(BoundsOf(traffic, kHighlight, 40, plot).left(), 850);
     Click(window, 330, 300);
     EXPECT_LT(BoundsOf(Look(window, u"replayed"_s), kHighlight, 40, plot).left(), 400);
+    Keys(window, {u"Escape"_s});
+    QThread::msleep(400);
+    EXPECT_TRUE(Xdotool({u"search"_s, u"--onlyvisible"_s, u"--name"_s, u"^Skylantra Statistics"_s}).isEmpty())
+        << "Escape left the Statistics window open";
     ASSERT_TRUE(CloseAndWait(program, map));
 }
 
