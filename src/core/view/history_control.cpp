@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "geo/text_format.h"
 #include "history/history_store.h"
 #include "network/whazzup.h"
 #include "route/route_resolver.h"
@@ -107,7 +108,10 @@ std::vector<std::vector<geo::LatLon>> HistoryControl::AllTracks() const {
     QSet<QString> online;
     for (int slot = 1; slot <= data.PilotCount; ++slot)
         online.insert(data.Pilots[size_t(slot)].Callsign + u':' + data.Pilots[size_t(slot)].VID);
-    const qint64 since = QDateTime::currentSecsSinceEpoch() - kAllTracksSeconds;
+    // The two hours before the data shown (a replay's, or a demo day's), not before the clock.
+    const qint64 shownUtc =
+        geo::ParseTimeStamp(data.UpdateStamp).value_or(QDateTime::currentDateTimeUtc()).toSecsSinceEpoch();
+    const qint64 since = shownUtc - kAllTracksSeconds;
     for (const auto& [flight, track] : m_store->Tracks(shown, since)) {
         if (!online.contains(flight))
             continue;

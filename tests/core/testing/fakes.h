@@ -88,8 +88,15 @@ public:
                         {s.Taken, float(p.LatMicro / 1e6), float(p.LonMicro / 1e6), float(p.AltitudeFt)});
         return track;
     }
-    std::vector<std::pair<QString, std::vector<history::TrackPoint>>> Tracks(int, qint64) override {
-        return {};
+    std::vector<std::pair<QString, std::vector<history::TrackPoint>>> Tracks(int network,
+                                                                             qint64 since) override {
+        std::map<QString, std::vector<history::TrackPoint>> tracks;
+        for (const Snapshot& s : Kept)
+            for (const history::ClientPosition& p : history::Split(network, s.Text).Positions)
+                if (s.Network == network && s.Taken >= since)
+                    tracks[p.Callsign + u':' + p.Member].push_back(
+                        {s.Taken, float(p.LatMicro / 1e6), float(p.LonMicro / 1e6), float(p.AltitudeFt)});
+        return {tracks.begin(), tracks.end()};
     }
     std::vector<history::StoredSnapshot> Snapshots(int network) override {
         std::vector<history::StoredSnapshot> list;

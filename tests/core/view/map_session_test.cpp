@@ -276,6 +276,10 @@ TEST_F(Session, TheHistoryKeepsEachDownloadTrailsTheSelectionAndReplaysIt) {
     EXPECT_EQ(RecordingGl::Count(m_gl.List(lists::kHighlight), RecordingGl::Op::Begin,
                                  int(render::Primitive::LineStrip)),
               2);
+    // T: the trails of the two hours before the data's own time, whatever the clock says.
+    m_session->KeyUp(keys::Letter('T'), 0);
+    EXPECT_EQ(RecordingGl::Count(m_gl.List(lists::kAllTrails), RecordingGl::Op::Vertex), 2); // those written
+    m_session->KeyUp(keys::Letter('T'), 0);
 
     // The map never waits for the writer: stepping back reads what is written, at once.
     m_session->Companion().SetSink({});
