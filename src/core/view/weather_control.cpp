@@ -95,7 +95,8 @@ QStringList WeatherControl::Lines(const QString& icao) const {
         return {};
     const QString category =
         conditions::CategoryName(conditions::CategoryOf(conditions::ReadConditions(metar->Text)));
-    return {category.isEmpty() ? u"Flight category unknown"_s : category, u"METAR "_s + metar->Text};
+    return {u"Flight category "_s + (category.isEmpty() ? u"unknown"_s : category),
+            u"METAR "_s + metar->Text};
 }
 
 void WeatherControl::LoadCache() {
@@ -112,16 +113,20 @@ void WeatherControl::LoadCache() {
     m_lastTry = cached->Fetched;
 }
 
-void WeatherControl::Take(const QByteArray& body) {
+bool WeatherControl::Take(const QByteArray& body) {
     // A whole cache file comes packed.
     const std::optional<QByteArray> unpacked =
         body.startsWith("\x1f\x8b") ? network::GunzipBytes(body) : std::optional<QByteArray>(body);
     if (!unpacked)
-        return;
+        return false;
     conditions::MetarList list =
         conditions::ReadMetarList(DecodeText(*unpacked).Text, Clock(),
                                   [this](const QString& code) { return m_state.Reference.HasAirport(code); });
+    // Lines and not one report (a page of the server's own): the list known stays.
+    if (list.Metars.isEmpty() && list.LeftOut > 0)
+        return false;
     m_metars = std::move(list.Metars);
+    return true;
 }
 
 void WeatherControl::Refresh() {
@@ -142,7 +147,10 @@ void WeatherControl::Refresh() {
         m_say(u"Weather not updated ("_s + (fetched.Error.isEmpty() ? u"no answer"_s : fetched.Error) + u')');
         return;
     }
-    Take(fetched.Body);
+    if (!Take(fetched.Body)) {
+        m_say(u"Weather not updated (no reports in the answer)"_s);
+        return;
+    }
     if (!Cached(address))
         return;
     const WriteResult saved = WriteFileMakingFolder(QDir(m_state.Home).filePath(kCacheFile),

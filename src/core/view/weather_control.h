@@ -38,7 +38,7 @@ public:
     void Record();
     // An airport's newest METAR while the layer is on; null when none is known.
     const conditions::StationMetar* Find(const QString& icao) const;
-    // An airport's weather for its board and hover card: the category and the report ("IFR",
+    // An airport's weather for its hover card: the category and the report ("Flight category IFR",
     // "METAR EGLL ..."), while the layer is on; empty when unknown.
     QStringList Lines(const QString& icao) const;
 
@@ -51,7 +51,7 @@ private:
     QStringList Airports(bool shownOnly) const; // of the shown network's traffic, sorted
     void LoadCache();
     void Refresh();
-    void Take(const QByteArray& body);
+    bool Take(const QByteArray& body); // false: no list in it, the one known stays
 
     MapState& m_state;
     render::GlApi& m_gl;
