@@ -10,7 +10,7 @@ build="$root/build-fuzz"
 seconds="${1:-20}"
 shift || true
 targets=("$@")
-((${#targets[@]})) || targets=(whazzup json_feeds status_file gunzip settings companion route search coming)
+((${#targets[@]})) || targets=(whazzup json_feeds status_file gunzip settings companion route search coming weather)
 
 if ! command -v clang++ >/dev/null; then
     echo "fuzz: clang++ is missing (scripts/setup.sh installs it)" >&2
@@ -37,6 +37,7 @@ seed status_file "$d/ivao/status.txt" "$d/vatsim/status.txt"
 seed gunzip "$d/ivao/whazzup.txt.gz" "$d/vatsim/whazzup.txt.gz"
 seed settings "$root"/colours/*.dc
 seed coming "$d/vatsim/bookings.json" "$d/vatsim/events.json"
+seed weather "$d/weather/metars.txt"
 for target in companion route search; do seed "$target" "$root"/tests/fuzz/seeds/"$target"/*; done
 for target in "${targets[@]}"; do
     [ -d "$root/tests/fuzz/reproducers/$target" ] && seed "$target" "$root/tests/fuzz/reproducers/$target"/*

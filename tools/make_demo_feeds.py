@@ -554,6 +554,10 @@ def write_weather(folder, airports):
              "shorttaf": os.path.join(folder, "data", "forecasts", "shorttaf", "stations")}
     for path in kinds.values():
         os.makedirs(path, exist_ok=True)
+    # A few airports in fog, mist or snow, so the weather layer shows every flight category.
+    poor = {"EHAM": ("0300 FG", "VV001"), "KSFO": ("1/2SM FG", "OVC003"), "EGKK": ("0800 FG", "BKN002"),
+            "LFPG": ("2500 BR", "BKN009"), "KORD": ("3SM -SN", "OVC015"), "RJTT": ("1200 RA", "OVC006")}
+    metars = []
     for icao in HUBS:
         if icao not in airports:
             continue
@@ -562,8 +566,10 @@ def write_weather(folder, airports):
         temperature = rng.randint(-4, 24)
         dew = temperature - rng.randint(1, 8)
         sign = lambda t: ("M%02d" % -t) if t < 0 else "%02d" % t
-        metar = "%s %s%sZ %s 9999 %s %s/%s Q%04d NOSIG" % (icao, day, time, wind, clouds, sign(temperature), sign(dew),
-                                                      rng.randint(998, 1032))
+        visibility, sky = poor.get(icao, ("9999", clouds))
+        metar = "%s %s%sZ %s %s %s %s/%s Q%04d NOSIG" % (icao, day, time, wind, visibility, sky, sign(temperature),
+                                                    sign(dew), rng.randint(998, 1032))
+        metars.append(metar)
         valid = "%s12/%02d18" % (day, int(day) + 1)
         taf = "%s %s1100Z %s %s 9999 %s\n      BECMG %s20/%s22 %s" % (
             icao, day, valid, wind, clouds, day, day, "%03d%02dKT" % (rng.randrange(10, 361, 10), rng.randint(3, 18)))
@@ -571,6 +577,9 @@ def write_weather(folder, airports):
         for kind, report in reports.items():
             with open(os.path.join(kinds[kind], icao + ".TXT"), "w", encoding="ascii", newline="\n") as f:
                 f.write("%s\n%s\n" % (stamp, report))
+    # The same reports as one list of many stations, as the weather layer asks for them.
+    with open(os.path.join(folder, "metars.txt"), "w", encoding="ascii", newline="\n") as f:
+        f.write("".join(metar + "\n" for metar in metars))
 
 
 def main():

@@ -56,6 +56,7 @@ int RunConsole(const LaunchOptions& launch) {
     network::FeedAddresses addresses = ChooseAddresses(launch, config, folders);
     addresses.Bookings.clear();
     addresses.Events.clear();
+    config.ShowWeather = false; // nor the weather layer's METARs
     // Every download is kept in the history here too, in the same file as a map on this home folder.
     std::unique_ptr<store::SqlHistoryStore> history;
     if (config.HistoryHours > 0) {

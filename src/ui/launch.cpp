@@ -40,6 +40,8 @@ void UseDemoWeather(const LaunchOptions& launch, const Folders& folders, Setting
         return;
     const QString weather = u"data/demo/weather"_s;
     settings.WeatherServer = QUrl::fromLocalFile(QDir(folders.Holding(weather)).filePath(weather)).toString();
+    const QString list = weather + u"/metars.txt"_s;
+    settings.MetarListURL = QUrl::fromLocalFile(QDir(folders.Holding(list)).filePath(list)).toString();
 }
 
 Folders PrepareFolders(const LaunchOptions& launch, const std::function<void(const QString&)>& report,

@@ -35,7 +35,8 @@ struct LaunchOptions {
 network::FeedAddresses ChooseAddresses(const LaunchOptions& launch, const Settings& settings,
                                        const Folders& folders);
 
-// With --demo the weather commands answer from the bundled demo reports, never from the internet.
+// With --demo the weather commands and the weather layer answer from the bundled demo reports, never
+// from the internet.
 void UseDemoWeather(const LaunchOptions& launch, const Folders& folders, Settings& settings);
 
 // The folders of a run, the home folder made when it is missing. A problem is said through report

@@ -339,6 +339,7 @@ void MapWindow::contextMenuEvent(QContextMenuEvent* event) {
     QMenu* layers = menu.addMenu(u"Layers"_s);
     toggle(layers, u"Lat/Lon grid\tG"_s, s.ShowLatLon, keys::Letter('G'));
     toggle(layers, u"Night side\tN"_s, s.ShowNight, keys::Letter('N'));
+    toggle(layers, u"Weather\tW"_s, s.ShowWeather, keys::Letter('W'));
     if (!s.DisableCountries)
         toggle(layers, u"Country borders\tC"_s, d.ShowCountries, keys::Letter('C'));
     toggle(layers, u"Airports\tShift+F4"_s, s.ShowAirports, keys::F(4), keys::kShift);

@@ -11,6 +11,9 @@
 #include "common/json_values.h"
 #include "common/text_codec.h"
 #include "companion/console.h"
+#include "conditions/flight_category.h"
+#include "conditions/metar_list.h"
+#include "conditions/runways.h"
 #include "network/download.h"
 #include "network/gunzip.h"
 #include "network/http_client.h"
@@ -160,11 +163,20 @@ void Coming(const std::uint8_t* data, std::size_t size) {
     ServiceTime(Text(data, size));
 }
 
+void Weather(const std::uint8_t* data, std::size_t size) {
+    const QString text = Text(data, size);
+    const QDateTime now(QDate(2026, 3, 1), QTime(0, 30), Qt::UTC); // the month before is short
+    for (const conditions::StationMetar& metar : conditions::ReadMetarList(text, now, {}).Metars)
+        conditions::CategoryOf(conditions::ReadConditions(metar.Text));
+    conditions::ParseRunways(text, u"EDDF"_s);
+}
+
 Target TargetNamed(const QString& name) {
     const std::pair<const char16_t*, Target> targets[] = {
         {u"whazzup", Whazzup}, {u"json_feeds", JsonFeeds},   {u"status_file", StatusFile},
         {u"gunzip", Gunzip},   {u"settings", SettingsFiles}, {u"companion", Companion},
         {u"route", Route},     {u"search", Search},          {u"coming", Coming},
+        {u"weather", Weather},
     };
     for (const auto& [known, target] : targets)
         if (name == QStringView(known))

@@ -18,6 +18,8 @@ void Companion(const std::uint8_t* data, std::size_t size);     // command lines
 void Route(const std::uint8_t* data, std::size_t size);         // "DEP DEST route..."
 void Search(const std::uint8_t* data, std::size_t size);
 void Coming(const std::uint8_t* data, std::size_t size); // VATSIM's bookings, events, their kept copies
+// A list of METARs and their categories, an ATIS's runways.
+void Weather(const std::uint8_t* data, std::size_t size);
 
 // The targets by name, as the fuzz programs and the reproducer folders are named.
 using Target = void (*)(const std::uint8_t*, std::size_t);

@@ -97,6 +97,7 @@ Settings ReadSettings(const IniFile& ini, const ScreenMetrics& screen) {
     s.VATSIMProfileURL = ini.Value(u"Network", u"VATSIMProfileURL", QString()).trimmed();
     s.HistoryHours = WholeInRange(Number(ini, u"Network", u"HistoryHours", u"24"_s), 0, 24 * 366);
     s.WeatherServer = ini.Value(u"Network", u"WeatherServer", u"https://tgftp.nws.noaa.gov"_s).trimmed();
+    s.MetarListURL = ini.Value(u"Network", u"MetarListURL", s.MetarListURL).trimmed();
     const std::array<std::array<QString, 3>, 3> zoomDefaults = {{
         {u"1334"_s, u"-5415"_s, u"149"_s},
         {u"-9772"_s, u"-4623"_s, u"75"_s},
@@ -119,6 +120,7 @@ Settings ReadSettings(const IniFile& ini, const ScreenMetrics& screen) {
     s.ShowActualHeading = Boolean(ini, u"Map", u"ShowActualHeading", false);
     s.DeclutterLabels = Boolean(ini, u"Map", u"DeclutterLabels", true);
     s.ShowNight = Boolean(ini, u"Map", u"ShowNight", true);
+    s.ShowWeather = Boolean(ini, u"Map", u"ShowWeather", false);
     s.FriendNamesInstead = Boolean(ini, u"Map", u"FriendNamesInstead", false);
     return s;
 }
@@ -161,6 +163,7 @@ void WriteSettings(const Settings& s, const WindowPlacement& window, float twips
     ini.SetValue(u"Map"_s, u"ShowActualHeading"_s, BooleanText(s.ShowActualHeading));
     ini.SetValue(u"Map"_s, u"DeclutterLabels"_s, BooleanText(s.DeclutterLabels));
     ini.SetValue(u"Map"_s, u"ShowNight"_s, BooleanText(s.ShowNight));
+    ini.SetValue(u"Map"_s, u"ShowWeather"_s, BooleanText(s.ShowWeather));
     ini.SetValue(u"Map"_s, u"FriendNamesInstead"_s, BooleanText(s.FriendNamesInstead));
 }
 

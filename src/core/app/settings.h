@@ -54,6 +54,9 @@ struct Settings {
     QString VATSIMProfileURL;
     // The weather server: the address before "/data/..." of its station files; the Preferences write it.
     QString WeatherServer = QStringLiteral("https://tgftp.nws.noaa.gov");
+    // The weather layer's one request for many stations' METARs: "{ids}" stands for their codes joined
+    // by commas; an address without it is a whole list (a cycle or cache file). Read, never written.
+    QString MetarListURL = QStringLiteral("https://aviationweather.gov/api/data/metar?ids={ids}&format=raw");
     // [Zoom]: the three stored views, index 0 to 2 for views 1 to 3.
     std::array<float, 3> X = {13.34f, -97.72f, -27.68f};
     std::array<float, 3> Y = {-54.15f, -46.23f, -36.71f};
@@ -69,6 +72,8 @@ struct Settings {
     bool ShowInbounds = false;
     bool ShowActualHeading = false;
     bool ShowNight = true; // the night side of the globe shaded (N)
+    // Airports' dots in their flight category's colour (W).
+    bool ShowWeather = false;
     // Labels that would overlap are left out by priority (the D key); off, every label is drawn.
     bool DeclutterLabels = true;
     // A friend's chosen name replaces the callsign in labels instead of standing beside it.

@@ -182,6 +182,22 @@ QString RunwaysText(const RunwaysInUse& r) {
     return parts.join(u", "_s);
 }
 
+QString RunwaysShortText(const RunwaysInUse& r) {
+    if (r.Arrival == r.Departure)
+        return r.Arrival.join(u' ');
+    QStringList parts;
+    if (!r.Arrival.isEmpty())
+        parts.append(u"arr "_s + r.Arrival.join(u' '));
+    if (!r.Departure.isEmpty())
+        parts.append(u"dep "_s + r.Departure.join(u' '));
+    return parts.join(u", "_s);
+}
+
+QString RunwaysLine(const network::NetworkData& data, const QString& airport) {
+    const RunwaysInUse runways = AtisOf(data, airport).Runways;
+    return runways.IsEmpty() ? QString() : u"Runways: "_s + RunwaysShortText(runways);
+}
+
 AirportAtis AtisOf(const network::NetworkData& data, const QString& airport) {
     AirportAtis atis;
     const QString prefix = airport.toUpper() + u'_';

@@ -27,6 +27,9 @@ QString AtisLetter(const QString& atisText);
 // "arrival 25L 25R, departure 25C"; "25R" alone where both are the same.
 QString RunwaysText(const RunwaysInUse& runways);
 
+// "arr 25L 25R, dep 25C"; "25R" alone where both are the same.
+QString RunwaysShortText(const RunwaysInUse& runways);
+
 // What an airport's ATIS stations of a network say: the runways in use (a departure ATIS's plain
 // runways for departures, an arrival ATIS's for arrivals) and the letter of the first. Where no
 // station's callsign ends in ATIS, the airport's stations' own ATIS texts (as one network gives them).
@@ -36,5 +39,7 @@ struct AirportAtis {
     RunwaysInUse Runways;
 };
 AirportAtis AtisOf(const network::NetworkData& data, const QString& airport);
+// "Runways: arr 25L, dep 25C" as the airport's ATIS gives them; empty when none does.
+QString RunwaysLine(const network::NetworkData& data, const QString& airport);
 
 } // namespace sky::conditions

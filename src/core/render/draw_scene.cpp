@@ -89,6 +89,12 @@ void DrawCore(GlApi& gl, const FrameInputs& in) {
     gl.LineWidth(1.0f);
     if (s.ShowAirports) {
         gl.CallList(base + lists::kAirports);
+        if (s.ShowWeather) {
+            // Wider than a station's mark, so it rings the stations that stand on its airport.
+            gl.PointSize(2.0f * pointSize + 1.0f);
+            gl.CallList(lists::kWeather);
+            gl.PointSize(pointSize);
+        }
         if (s.ShowAirportLabels)
             gl.CallList(base + lists::kAirportLabels);
         // VATSIM's events, where its traffic shows.

@@ -29,6 +29,7 @@ inline constexpr int kEventMarks = 62;   // VATSIM's airports with an event in p
 inline constexpr int kFilterMark = 63;   // an active filter: its count and its mark in the status band
 inline constexpr int kNight = 64;        // the night side of the globe
 inline constexpr int kMeasureLine = 65;  // the measuring line and its figures
+inline constexpr int kWeather = 68;      // airports' dots in their flight category's colour
 // The land of the globe from here on: one list per tile of each detail band (render/land_layer.h).
 inline constexpr int kLandFirst = 1000;
 inline constexpr int kFrame = 50;

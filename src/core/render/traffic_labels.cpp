@@ -6,6 +6,7 @@
 #include <QSet>
 
 #include "app/friends.h"
+#include "conditions/runways.h"
 #include "geo/projection.h"
 #include "render/aircraft_layer.h"
 #include "render/crowds.h"
@@ -164,6 +165,12 @@ QSet<QString> StationLabels(std::vector<Label>& labels, int n, const TrafficInpu
             label.Lines[0] = airport + u"  "_s + sorted;
         }
         label.Priority = std::min(label.Priority, priority);
+    }
+    // Close in, the runways in use as the airport's ATIS gives them, under its letters.
+    for (auto group = groups.cbegin(); in.ViewZ >= kRunwayLabelZoom && group != groups.cend(); ++group) {
+        const conditions::RunwaysInUse runways = conditions::AtisOf(data, group.key()).Runways;
+        if (!runways.IsEmpty())
+            labels[group.value()].Lines.append(conditions::RunwaysShortText(runways));
     }
     return airports;
 }

@@ -39,8 +39,9 @@ struct LabelPlan {
 
 // The labels of network (0, 1, or 2 for both): aircraft (callsign, and level and speed when close),
 // the airports in use, and the stations. Decluttered when the inputs carry a label view: the stations of
-// one airport share one label ("EGLL  D G T A I": delivery, ground, tower, approach, ATIS), aircraft on
-// the ground wait for a close zoom, and what finds no room is left out by priority.
+// one airport share one label ("EGLL  D G T A I": delivery, ground, tower, approach, ATIS; from
+// kRunwayLabelZoom on with the runways in use under it), aircraft on the ground wait for a close zoom,
+// and what finds no room is left out by priority.
 LabelPlan PlanLabels(const GlApi& gl, int network, const TrafficInputs& in);
 
 // Records the three label lists of network's scene (0, 1 or 2) from the plan: aircraft, airport and

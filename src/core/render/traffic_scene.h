@@ -61,6 +61,8 @@ int SymbolBand(float viewZ);
 inline constexpr float kDetailedLabelZoom = 4.0f;
 // Aircraft on the ground are labelled from this zoom on, where those of one airport come apart.
 inline constexpr float kGroundLabelZoom = 25.0f;
+// An airport's stations' shared label names the runways in use under it from this zoom on.
+inline constexpr float kRunwayLabelZoom = 8.0f;
 
 // An aircraft's level as its label shows it: "FL350" from 10,000 ft, else "4000ft".
 QString LevelText(float altitudeFt);

@@ -189,6 +189,11 @@ void KeyUp(KeyContext& c, int key, int modifiers) {
         SetStatus(c, s.ShowNight ? u"Night side shown"_s : u"Night side off"_s);
         c.Commands.Redraw();
         return;
+    case keys::Letter('W'):
+        s.ShowWeather = !s.ShowWeather;
+        SetStatus(c, s.ShowWeather ? u"Weather shown"_s : u"Weather off"_s);
+        c.Commands.Redraw();
+        return;
     case keys::Letter('D'):
         s.DeclutterLabels = !s.DeclutterLabels;
         SetStatus(c, s.DeclutterLabels ? u"Labels decluttered"_s : u"All labels shown"_s);

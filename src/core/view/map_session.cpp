@@ -8,6 +8,7 @@
 #include "coming/whats_on.h"
 #include "common/text_codec.h"
 #include "companion/weather_commands.h"
+#include "conditions/runways.h"
 #include "network/http_client.h"
 #include "route/route_resolver.h"
 #include "view/keys.h"
@@ -74,14 +75,21 @@ MapSession::MapSession(Folders files, Settings settings, Friends friends, render
           },
           [this] {
               m_panelControl.RecordAgain();
+              m_weather.Record();
               m_host.FilterChanged();
           }),
-      m_measure(m_state, m_scene, gl, m_pointer) {
+      m_measure(m_state, m_scene, gl, m_pointer), m_weather(m_state, gl, http, [this](const QString& text) {
+          m_scene.SetStatus(text);
+          m_scene.Redraw();
+      }) {
+    m_weather.Clock = [this] { return m_download.Now().toUTC(); };
+    m_pointer.AirportLines = [this](const QString& airport) { return AirportLines(airport); };
     m_state.FriendNames = KeyedLines::Load(FriendNamesPath(m_state.Home));
     m_filters.Load();
     m_pointer.ClickClears = [this] { return m_measure.Clear(); };
     m_download.OnShown = [this](int network) {
         m_alerts.Downloaded(network);
+        m_weather.Follow();
         if (network == 1)
             m_coming.VatsimShown(
                 [this](const QString& callsign) { return m_alerts.Watches().Matches(callsign); });
@@ -170,6 +178,7 @@ void MapSession::RecordAllLists() {
         m_scene.RecordAllTrails(m_history.AllTracks());
     m_panelControl.RecordAgain();
     m_coming.RecordMarks();
+    m_weather.Record();
 }
 
 void MapSession::DownloadOnStart(const QString& networks) {
@@ -208,6 +217,7 @@ void MapSession::KeyUp(int keyCode, int modifiers) {
     }
     KeyContext context = Keys();
     view::KeyUp(context, keyCode, modifiers);
+    m_weather.Follow(); // the layer turned on, or other traffic shown
 }
 
 bool MapSession::CompanionEnter(const QString& input) {
@@ -280,11 +290,12 @@ std::vector<search::SearchResult> MapSession::Search(const QString& text) {
     const int shown = m_state.Display.ShownNetwork;
     const network::ClientTables& tables = m_state.AllTables();
     // The clients are indexed again when the data or the network shown changed.
-    const QString data =
-        m_filters.Text() + u'/' + QString::number(m_namesChanged) + u'/' + QString::number(shown) + u'/' +
-        tables[0].UpdateStamp + u'/' + QString::number(tables[0].PilotCount) + u'/' + tables[1].UpdateStamp +
-        u'/' + QString::number(tables[1].PilotCount) + u'/' + tables[0].LastDownload.toString() +
-        tables[1].LastDownload.toString() + u'/' + QString::number(m_state.Coming.PrefilesRevision);
+    const QString data = m_filters.Text() + u'/' + QString::number(m_namesChanged) + u'/' +
+                         QString::number(shown) + u'/' + tables[0].UpdateStamp + u'/' +
+                         QString::number(tables[0].PilotCount) + u'/' + tables[1].UpdateStamp + u'/' +
+                         QString::number(tables[1].PilotCount) + u'/' + tables[0].LastDownload.toString() +
+                         tables[1].LastDownload.toString() + u'/' +
+                         QString::number(m_state.Coming.PrefilesRevision);
     if (data != m_searchData) {
         m_search.SetClients(tables, shown == 2 ? std::vector<int>{0, 1} : std::vector<int>{shown},
                             m_state.Shown(), &m_state.FriendNames);
@@ -387,6 +398,8 @@ QStringList MapSession::Watch(const QString& line) {
 }
 
 QString MapSession::Metar(const QString& icao) {
+    if (const conditions::StationMetar* known = m_weather.Find(icao))
+        return known->Text;
     if (!m_state.Downloads.DownloadIdle || !m_state.Reference.HasAirport(icao))
         return {};
     network::FetchResult fetched;
@@ -395,6 +408,17 @@ QString MapSession::Metar(const QString& icao) {
         fetched = m_http.Fetch(companion::StationFileAddress(m_state.Config.WeatherServer, u"metar"_s, icao));
     }
     return fetched.Ok ? companion::ReportFromStationFile(DecodeText(fetched.Body).Text, icao) : QString();
+}
+
+QStringList MapSession::AirportLines(const QString& airport) const {
+    QStringList lines;
+    for (const QString& line : m_weather.Lines(airport))
+        lines += WrapText(line, 40); // a report is long for a card
+    const int shown = m_state.Display.ShownNetwork == 1 ? 1 : 0;
+    if (const QString runways = conditions::RunwaysLine(m_state.AllTables()[shown], airport);
+        !runways.isEmpty())
+        lines.append(runways);
+    return lines;
 }
 
 void MapSession::ReplayStep(int direction) {

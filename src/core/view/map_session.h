@@ -17,6 +17,7 @@
 #include "view/panel_control.h"
 #include "view/pointer_control.h"
 #include "view/scene_control.h"
+#include "view/weather_control.h"
 
 namespace sky::render {
 class GlApi;
@@ -46,8 +47,11 @@ public:
     void Resize(int widthPx, int heightPx);
     // A new GL context: every list is recorded again in it (the reference data stay as read).
     void RecordAllLists();
-    // Once a minute: what follows the clock (the night side).
-    void MinuteTick() { m_scene.RecordNight(m_download.Now()); }
+    // Once a minute: what follows the clock (the night side, the weather layer).
+    void MinuteTick() {
+        m_scene.RecordNight(m_download.Now());
+        m_weather.Follow();
+    }
     // What the next frame is drawn from (the view clamped once, as each frame does).
     render::FrameInputs Frame() { return m_scene.Frame(); }
 
@@ -141,7 +145,10 @@ private:
     void Tell(int network, const QString& callsign, const QString& text);
     // A prefile's route drawn as a flight's; the number of its places found.
     int MarkPlan(const QString& callsign);
-    QString Metar(const QString& icao); // from the weather server, while no other fetch runs; or empty
+    // The weather layer's, else from the weather server while no other fetch runs; or empty.
+    QString Metar(const QString& icao);
+    // An airport's weather and runways in use for its hover card, as far as known.
+    QStringList AirportLines(const QString& airport) const;
 
     MapState m_state;
     render::GlApi& m_gl;
@@ -156,6 +163,7 @@ private:
     ComingControl m_coming;
     FilterControl m_filters;
     MeasureControl m_measure;
+    WeatherControl m_weather;
     companion::CompanionConsole m_companion;
     search::SearchIndex m_search;
     QString m_searchData; // what the search's clients were taken from

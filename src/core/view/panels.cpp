@@ -7,6 +7,8 @@
 #include "app/friend_names.h"
 #include "app/friends.h"
 #include "common/numbers.h"
+#include "conditions/flight_category.h"
+#include "conditions/runways.h"
 #include "geo/geodesy.h"
 #include "geo/text_format.h"
 #include "network/classification.h"
@@ -464,6 +466,16 @@ TableContent AirportBoardContent(int network, const NetworkData& data, const QSt
     std::vector<ClientRef> topClients;
     if (!weather.isEmpty()) {
         top.push_back({u"METAR "_s + weather.simplified()});
+        topClients.push_back({network, false, 0});
+        const QString category =
+            conditions::CategoryName(conditions::CategoryOf(conditions::ReadConditions(weather)));
+        if (!category.isEmpty()) {
+            top.push_back({u"Flight category "_s + category});
+            topClients.push_back({network, false, 0});
+        }
+    }
+    if (const QString runways = conditions::RunwaysLine(data, airport); !runways.isEmpty()) {
+        top.push_back({runways});
         topClients.push_back({network, false, 0});
     }
     for (int slot = 1; slot <= data.ControllerCount; ++slot) {

@@ -165,14 +165,28 @@ bool PointerControl::Hover(double x, double y) {
     const bool overPanel = render::AnyPanelOpen(m_panels.Mode()) &&
                            HitTestPanels(layout, s.Panels, int(x), int(y)).Kind != PanelHitKind::None;
     const bool onMap = !overPanel && y >= render::kTitleStripPx;
+    const auto airportLines = [this](const QString& airport) {
+        return AirportLines && !airport.isEmpty() ? AirportLines(airport) : QStringList();
+    };
     if (const std::optional<render::Crowd> crowd = onMap ? CrowdAt(x, y) : std::nullopt) {
         render::BuildHoverCard(m_gl, s.Colours, s.WidthPx, s.HeightPx, int(x), int(y), crowd->Airport,
-                               render::CrowdCard(*crowd), crowd->Network);
+                               render::CrowdCard(*crowd) + airportLines(crowd->Airport), crowd->Network);
         s.Display.HoverCard = true;
         m_scene.Redraw();
         return true;
     }
     const auto client = onMap ? ClientAt(x, y, 12.0) : std::nullopt;
+    // An airport's dot: the stations standing on it add to their own card what is known of it.
+    const QString dot = onMap && (!client || !client->IsPilot) ? AirportAt(x, y, 4.0) : QString();
+    if (!client && !dot.isEmpty()) {
+        const Airport* airport = s.Reference.FindAirport(dot);
+        const QStringList lines = (airport ? QStringList{airport->Name} : QStringList()) + airportLines(dot);
+        render::BuildHoverCard(m_gl, s.Colours, s.WidthPx, s.HeightPx, int(x), int(y), dot, lines,
+                               s.Display.ShownNetwork == 1 ? 1 : 0);
+        s.Display.HoverCard = true;
+        m_scene.Redraw();
+        return true;
+    }
     if (!client) {
         HoverEnd();
         return false;
@@ -195,6 +209,7 @@ bool PointerControl::Hover(double x, double y) {
         title = c.Callsign;
         lines.append(c.Frequency);
         lines.append(NamedPerson(c.RealName, s.FriendNames.Value(c.VID)));
+        lines.append(airportLines(dot));
     }
     render::BuildHoverCard(m_gl, s.Colours, s.WidthPx, s.HeightPx, int(x), int(y), title, lines,
                            client->Network);

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include <QString>
+#include <QStringList>
 
 #include "network/client_records.h"
 #include "render/crowds.h"
@@ -26,6 +27,8 @@ class PointerControl {
 public:
     PointerControl(MapState& state, SceneControl& scene, PanelControl& panels, render::GlApi& gl);
 
+    // An airport's weather and runways for its hover card (empty: nothing known beyond its name).
+    std::function<QStringList(const QString& airport)> AirportLines;
     // A click on the map clears this first, when it returns true (the measuring line), and does no more.
     std::function<bool()> ClickClears;
 

@@ -115,7 +115,7 @@ TEST(WriteSettings, AFreshFileHoldsEveryWrittenKeyInOrder) {
                          "X3=-2768\nY3=-3671\nZ3=43\n\n"
                          "[Map]\nShowLatLon=1\nShowPlanes=1\nShowPlaneLabels=1\nShowATC=1\nShowATCLabels=1\n"
                          "ShowAirports=1\nShowAirportLabels=1\nShowInbounds=0\nShowActualHeading=0\n"
-                         "DeclutterLabels=1\nShowNight=1\nFriendNamesInstead=0\n"));
+                         "DeclutterLabels=1\nShowNight=1\nShowWeather=0\nFriendNamesInstead=0\n"));
 }
 
 // Read back and written again, a file of changed settings comes out byte for byte the same.

@@ -569,5 +569,39 @@ TEST(MeasureFigures, CourseFromNorthTimeAtTheMovingEndsSpeed) {
         EXPECT_EQ(MeasureFigures(row.line), row.figures);
 }
 
+// The weather layer asks for its airports' METARs in one request while it is on, again only once ten
+// minutes have passed (an answer without reports keeps the list known), and nothing while it is off;
+// the card of an airport's dot tells its weather.
+TEST_F(Session, TheWeatherLayerAsksInOneRequestAtMostEveryTenMinutesAndOnlyWhileOn) {
+    Settings settings;
+    settings.MetarListURL = u"http://wx.example/metar?ids={ids}"_s;
+    StartOwnFeed(settings);
+    DownloadOwnFeed(u"20261121140000"_s, {FlightLine(u"DLH1"_s, u"111"_s, 51, 5, u"EDDF"_s)});
+    const QString address = u"http://wx.example/metar?ids=EDDF,LFPG"_s;
+    m_server.Answers[address] = "EDDF 211450Z 24010KT 2000 BR OVC008 08/07 Q1002\n";
+    const auto asked = [&] { return m_server.Requests.count(address); };
+    m_session->MinuteTick();
+    EXPECT_EQ(asked(), 0);
+    m_session->KeyUp(keys::Letter('W'), 0);
+    EXPECT_EQ(asked(), 1);
+    EXPECT_TRUE(m_gl.IsList(lists::kWeather));
+    m_server.Answers[address] = "<html>Down for maintenance</html>\n";
+    for (const auto& [minutes, requests] : {std::pair{9, 1}, std::pair{2, 2}}) {
+        m_now = m_now.addSecs(60 * minutes);
+        m_session->MinuteTick();
+        EXPECT_EQ(asked(), requests) << minutes;
+    }
+    m_session->Scene().SetView({8.5706f, -50.0333f, 8.0f});
+    ASSERT_TRUE(m_session->Pointer().Hover(400, 300));
+    EXPECT_NE(
+        RecordingGl::PrintedText(m_gl.List(lists::kHoverCard)).find("Flight category IFRMETAR EDDF 211450Z"),
+        std::string::npos)
+        << RecordingGl::PrintedText(m_gl.List(lists::kHoverCard));
+    m_session->KeyUp(keys::Letter('W'), 0);
+    m_now = m_now.addSecs(3600);
+    m_session->MinuteTick();
+    EXPECT_EQ(asked(), 2);
+}
+
 } // namespace
 } // namespace sky::view
