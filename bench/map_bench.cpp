@@ -336,6 +336,25 @@ void BM_RecordLabelsAfterZoomStep(benchmark::State& state) {
 }
 BENCHMARK(BM_RecordLabelsAfterZoomStep)->Unit(benchmark::kMillisecond);
 
+// One step of live motion on the VATSIM demo (1,300 aircraft): the positions worked out, the symbols,
+// their labels and the selection's ring recorded again, as ten times a second while aircraft move.
+void BM_LiveMotionStepVatsimDemo(benchmark::State& state) {
+    Target();
+    DemoMap map;
+    map.Configure([](sky::Settings& s) { s.Live = true; });
+    auto& motion = map.session->Motion();
+    qint64 nowMs = 0;
+    motion.NowMs = [&] { return nowMs; };
+    motion.Reported(1);
+    map.session->Scene().Select({1, true, 1});
+    for (auto _ : state) {
+        nowMs = (nowMs + 100) % 25000; // within the two intervals the aircraft move for
+        benchmark::DoNotOptimize(motion.Step());
+        glFinish();
+    }
+}
+BENCHMARK(BM_LiveMotionStepVatsimDemo)->Unit(benchmark::kMillisecond);
+
 void BM_DrawEmptyFrame(benchmark::State& state) {
     Target();
     for (auto _ : state) {

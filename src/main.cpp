@@ -62,6 +62,10 @@ int main(int argc, char* argv[]) {
     const QCommandLineOption consoleOption(
         u"console"_s,
         u"The Companion in this terminal: commands from standard input, answers on standard output."_s);
+    const QCommandLineOption liveOption(
+        u"live"_s,
+        u"Follow the shown network's JSON feed live (every LiveSeconds of skln.ini, 15 by default); "
+        u"also with --console."_s);
     const QCommandLineOption viewOption(
         u"view"_s,
         u"Start with the view LON,LAT,ZOOM (longitude -180 to 180, latitude -90 to 90, zoom 0.3 to 50)."_s,
@@ -70,7 +74,7 @@ int main(int argc, char* argv[]) {
     const QCommandLineOption versionOption(u"version"_s, u"Show the version and exit."_s);
     parser.addOptions({homeOption, demoOption, ivaoStatusOption, vatsimStatusOption, downloadOption,
                        snapshotOption, viewOption, keysOption, printPanelOption, printStatusOption,
-                       filterOption, historyOption, demoHistoryOption, consoleOption, helpOption,
+                       filterOption, historyOption, demoHistoryOption, consoleOption, liveOption, helpOption,
                        versionOption});
     // Help and version need no display, so they are answered before any window system is touched.
     if (!parser.parse(Arguments(argc, argv))) {
@@ -103,6 +107,7 @@ int main(int argc, char* argv[]) {
     launch.Demo = launch.Demo || launch.DemoHistory;
     launch.Filter = parser.value(filterOption);
     launch.PrintStatus = parser.isSet(printStatusOption);
+    launch.Live = parser.isSet(liveOption);
     if (parser.isSet(downloadOption) && !sky::network::NetworkNamed(launch.DownloadNetworks)) {
         PrintLine(stderr, u"--download takes ivao, vatsim or both."_s);
         return 2;

@@ -3,6 +3,10 @@
 #include <iostream>
 #include <memory>
 #include <string>
+#include <thread>
+
+#include <QCoreApplication>
+#include <QTimer>
 
 #include "qt_http_client.h"
 #include "render/null_gl.h"
@@ -49,6 +53,7 @@ int RunConsole(const LaunchOptions& launch) {
     Friends friends;
     Settings config = LoadSettings(folders.Home, ScreenMetrics{}, friends);
     UseDemoWeather(launch, folders, config);
+    config.Live = config.Live || launch.Live;
     render::NullGl gl;
     TerminalHost host;
     net::QtHttpClient http(config.Timeout * 1000, config.Proxy);
@@ -72,11 +77,29 @@ int RunConsole(const LaunchOptions& launch) {
     PrintText(stdout, companion::CompanionConsole::WelcomeText());
     session.Companion().SetSink([](const QString& text) { PrintLine(stdout, text); });
     session.DownloadOnStart(launch.DownloadNetworks);
-    std::string line;
-    while (std::getline(std::cin, line)) {
+    const auto enter = [&session](const std::string& line) {
         session.CheckSharedFiles(); // the map beside this may have changed the friends or watch list
         session.CompanionEnter(QString::fromStdString(line));
+    };
+    std::string line;
+    if (!config.Live) {
+        while (std::getline(std::cin, line))
+            enter(line);
+        return 0;
     }
+    // Live, the feed is followed while the terminal waits for input: the lines are read on a thread of
+    // their own and carried out here, between the live fetches, until the input ends.
+    QTimer tick;
+    QObject::connect(&tick, &QTimer::timeout, [&session] { session.Live().Tick(); });
+    tick.start(1000);
+    std::thread reader([&enter] {
+        std::string typed;
+        while (std::getline(std::cin, typed))
+            QMetaObject::invokeMethod(QCoreApplication::instance(), [&enter, typed] { enter(typed); });
+        QMetaObject::invokeMethod(QCoreApplication::instance(), [] { QCoreApplication::quit(); });
+    });
+    QCoreApplication::exec();
+    reader.join();
     return 0;
 }
 

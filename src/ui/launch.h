@@ -27,6 +27,7 @@ struct LaunchOptions {
     bool DemoHistory = false;             // --demo-history: a made-up day, charted and replayed
     QString Filter;                       // --filter: the filter the map starts with
     bool PrintStatus = false;             // --print-status
+    bool Live = false;                    // --live: Live on for this run
 };
 
 // Where each network's data come from, as the map and the terminal both read them: the status file

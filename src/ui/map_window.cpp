@@ -95,6 +95,17 @@ MapWindow::MapWindow(MapOptions options)
         makeCurrent();
         m_session->Scene().ViewSettled();
     });
+    m_motionTimer.setInterval(100);
+    connect(&m_motionTimer, &QTimer::timeout, this, [this] {
+        if (!isVisible() || isMinimized()) {
+            m_motionTimer.stop();
+            return;
+        }
+        makeCurrent();
+        if (!m_session->Motion().Step())
+            m_motionTimer.stop();
+        update();
+    });
     m_minuteTimer.setInterval(60 * 1000);
     connect(&m_minuteTimer, &QTimer::timeout, this, [this] {
         makeCurrent();
@@ -105,6 +116,9 @@ MapWindow::MapWindow(MapOptions options)
         makeCurrent();
         m_session->CheckSharedFiles();
         m_session->Downloader().DownloadTimerTick();
+        m_session->Live().Tick();
+        if (m_session->Motion().Active() && isVisible() && !m_motionTimer.isActive())
+            m_motionTimer.start();
         m_session->Coming().Tick();
     });
     PlaceFromSettings();
@@ -276,6 +290,7 @@ void MapWindow::Quit(int status) {
     m_shutDown = true;
     m_autoDownloadTimer.stop();
     m_downloadTimer.stop();
+    m_motionTimer.stop();
     m_history.reset(); // its writer finishes what it was given
     QCoreApplication::exit(status);
 }

@@ -128,6 +128,7 @@ private:
     QTimer m_downloadTimer;
     QTimer m_settleTimer; // the view has come to rest a moment after the last wheel step or key
     QTimer m_minuteTimer; // what follows the clock (the night side)
+    QTimer m_motionTimer; // live motion: ten steps a second while aircraft move and the map is visible
     bool m_started = false;
     bool m_shutDown = false;
     bool m_maximised = false;

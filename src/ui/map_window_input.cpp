@@ -335,6 +335,7 @@ void MapWindow::contextMenuEvent(QContextMenuEvent* event) {
         changed.AutoDownload = on;
         m_session->ApplyPreferences(changed);
     });
+    toggle(&menu, u"Live\tCtrl+L"_s, s.Live, keys::Letter('L'), keys::kCtrl);
     menu.addSeparator();
     QMenu* layers = menu.addMenu(u"Layers"_s);
     toggle(layers, u"Lat/Lon grid\tG"_s, s.ShowLatLon, keys::Letter('G'));

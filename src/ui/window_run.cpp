@@ -119,6 +119,7 @@ int RunWindow(const LaunchOptions& launch) {
                                   options.FriendList);
     CheckSettingsFiles(folders, options.Config, report);
     UseDemoWeather(launch, folders, options.Config);
+    options.Config.Live = options.Config.Live || launch.Live;
     options.TwipsPerPixel = twipsPerPixel;
     options.Addresses = ChooseAddresses(launch, options.Config, folders);
     options.DownloadNetworks = launch.DownloadNetworks;

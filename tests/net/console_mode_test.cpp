@@ -1,8 +1,12 @@
+#include <QDeadlineTimer>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QTemporaryDir>
+#include <QThread>
 #include <QUrl>
 
 #include <gtest/gtest.h>
@@ -104,6 +108,64 @@ TEST(ConsoleMode, ReadsTheJsonFeedsOfBothNetworksAndSaysWhyThereIsNoData) {
     const auto [silence, failure] = run(u"http://127.0.0.1:1/vatsim-data.json"_s, u"vatsim"_s, "stat\n");
     EXPECT_FALSE(silence.contains(u"> stat"_s)); // no data: a data command answers nothing
     EXPECT_TRUE(failure.contains(u"Could not contact server"_s)) << failure.toStdString();
+}
+
+// Live in the terminal: the feed is asked for every LiveSeconds only if changed (the server answers
+// "not modified" to an unchanged file) and stat answers from the newest snapshot.
+TEST(ConsoleMode, LiveFollowsTheFeedAndStatAnswersFromTheNewestData) {
+    sky::testing::LocalHttpServer server;
+    ASSERT_TRUE(server.IsRunning());
+    const QByteArray v1 = sky::ReadWholeFile(kDemo + u"../../tests/data/vatsim-v3.json"_s).value_or("");
+    server.Serve(u"vatsim-data.json"_s, v1);
+    server.Serve(u"status.txt"_s, "\n\n\n\n\n");
+    QTemporaryDir home;
+    ASSERT_TRUE(sky::WriteFileMakingFolder(home.filePath(u"skln.ini"_s),
+                                           "[Network]\nHistoryHours=0\nVATSIMJsonURL=" +
+                                               server.Url(u"vatsim-data.json"_s).toUtf8() + "\n")
+                    .Ok);
+    QProcess console;
+    console.start(kBuild + u"/skylantra"_s,
+                  {u"--console"_s, u"--home"_s, home.path(), u"--live"_s, u"--vatsim-status"_s,
+                   server.Url(u"status.txt"_s), u"--download"_s, u"vatsim"_s});
+    QString out;
+    // Types the line every two seconds until the Companion's answer holds the text.
+    const auto ask = [&](const QByteArray& line, const QString& answer) {
+        const QDeadlineTimer deadline(30000);
+        QDeadlineTimer again(0);
+        while (!out.contains(answer) && !deadline.hasExpired()) {
+            if (again.hasExpired()) {
+                console.write(line + "\n");
+                again.setRemainingTime(2000);
+            }
+            console.waitForReadyRead(200);
+            out += QString::fromUtf8(console.readAllStandardOutput());
+        }
+        return out.contains(answer);
+    };
+    const auto served = [&](const char* status) {
+        return server.Log().count(
+            QRegularExpression(u"GET /vatsim-data.json HTTP/1.1\" "_s + QLatin1String(status)));
+    };
+    EXPECT_TRUE(ask("stat", u"3 planes"_s)) << out.toStdString();
+    QElapsedTimer clock;
+    clock.start();
+    QThread::sleep(1); // a file time the server tells apart
+    QByteArray v2 = v1;
+    v2.replace("142305", "142320")
+        .replace("14:23:05", "14:23:20")
+        .replace(R"("connected_clients": 7)", R"("connected_clients": 8)");
+    server.Serve(u"vatsim-data.json"_s,
+                 v2.replace(R"("pilots": [)",
+                            R"("pilots": [{"cid": 1, "callsign": "NEW1", "latitude": 1, "longitude": 2},)"));
+    EXPECT_TRUE(ask("stat", u"4 planes"_s)) << out.toStdString();
+    EXPECT_GE(clock.elapsed(), 12000); // at the next fetch, not before
+    while (served("304") == 0 && clock.elapsed() < 40000)
+        QThread::msleep(500);
+    EXPECT_EQ(served("200"), 2) << server.Log().toStdString();
+    EXPECT_EQ(served("304"), 1);
+    console.closeWriteChannel();
+    EXPECT_TRUE(console.waitForFinished(20000));
+    EXPECT_EQ(console.exitCode(), 0);
 }
 
 // With the demo the weather comes from the bundled reports: offline, as the traffic is.

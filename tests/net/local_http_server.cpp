@@ -48,6 +48,12 @@ void LocalHttpServer::Serve(const QString& name, const QByteArray& bytes) {
         file.write(bytes);
 }
 
+QString LocalHttpServer::Log() {
+    while (m_process.waitForReadyRead(100))
+        m_log += QString::fromUtf8(m_process.readAll());
+    return m_log;
+}
+
 QString LocalHttpServer::Url(const QString& name) const {
     return u"http://127.0.0.1:%1/"_s.arg(m_port) + name;
 }

@@ -26,6 +26,8 @@ public:
     const QTemporaryDir& Folder() const { return m_folder; }
 
     int Port() const { return m_port; }
+    // What the server wrote since it listened (Python's server logs each request with its status).
+    QString Log();
 
 private:
     void Start(const QStringList& arguments);
@@ -33,6 +35,7 @@ private:
     QTemporaryDir m_folder;
     QProcess m_process;
     int m_port = 0;
+    QString m_log;
 };
 
 } // namespace sky::testing

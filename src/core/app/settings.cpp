@@ -83,6 +83,8 @@ Settings ReadSettings(const IniFile& ini, const ScreenMetrics& screen) {
     s.AutoDownload = Boolean(ini, u"Network", u"AutoDownload", false);
     s.DownloadMinutes = WholeInRange(Number(ini, u"Network", u"DownloadMinutes", u"5"_s), 3, 30);
     s.Timeout = WholeInRange(Number(ini, u"Network", u"Timeout", u"15"_s), 5, 120);
+    s.Live = Boolean(ini, u"Network", u"Live", false);
+    s.LiveSeconds = WholeInRange(Number(ini, u"Network", u"LiveSeconds", u"15"_s), 15, 300);
     s.Proxy = ini.Value(u"Network", u"Proxy", u"0"_s);
     s.TextForce = Boolean(ini, u"Network", u"TextForce", false);
     s.IVAOStatusURL = ini.Value(u"Network", u"IVAOStatusURL", QString()).trimmed();
@@ -144,6 +146,8 @@ void WriteSettings(const Settings& s, const WindowPlacement& window, float twips
     ini.SetValue(u"Network"_s, u"AutoDownload"_s, BooleanText(s.AutoDownload));
     ini.SetValue(u"Network"_s, u"DownloadMinutes"_s, QString::number(s.DownloadMinutes));
     ini.SetValue(u"Network"_s, u"Timeout"_s, QString::number(s.Timeout));
+    ini.SetValue(u"Network"_s, u"Live"_s, BooleanText(s.Live));
+    ini.SetValue(u"Network"_s, u"LiveSeconds"_s, QString::number(s.LiveSeconds));
 
     for (int view = 0; view < 3; ++view) {
         const QString n = QString::number(view + 1);
@@ -182,6 +186,8 @@ void WriteChangedPreferences(const Settings& before, const Settings& after, IniF
     write(&Settings::AutoDownload, u"Network"_s, u"AutoDownload"_s, BooleanText);
     write(&Settings::DownloadMinutes, u"Network"_s, u"DownloadMinutes"_s, number);
     write(&Settings::Timeout, u"Network"_s, u"Timeout"_s, number);
+    write(&Settings::Live, u"Network"_s, u"Live"_s, BooleanText);
+    write(&Settings::LiveSeconds, u"Network"_s, u"LiveSeconds"_s, number);
     write(&Settings::WeatherServer, u"Network"_s, u"WeatherServer"_s, plain);
     write(&Settings::MaxPilots, u"Network"_s, u"MaxPilots"_s, number);
     write(&Settings::MaxControllers, u"Network"_s, u"MaxControllers"_s, number);

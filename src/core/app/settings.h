@@ -31,6 +31,9 @@ struct Settings {
     bool AutoDownload = false;
     std::int16_t DownloadMinutes = 5;
     std::int16_t Timeout = 15; // seconds
+    // Live: the JSON feeds of the shown network followed every LiveSeconds (15 to 300).
+    bool Live = false;
+    std::int16_t LiveSeconds = 15;
     QString Proxy = QStringLiteral("0");
     bool TextForce = false;
     // Where the networks' status files are; empty means the built-in addresses. Read, never written.

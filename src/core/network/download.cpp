@@ -10,6 +10,7 @@
 #include "network/http_client.h"
 #include "common/numbers.h"
 #include "network/json_feeds.h"
+#include "network/live_schedule.h"
 #include "network/lines.h"
 #include "network/whazzup.h"
 
@@ -148,13 +149,8 @@ bool HoldsClients(const QString& text) {
 
 // One fetch of address and what it holds: whazzup text, or a JSON feed translated into it. With
 // jsonToFollow, a text without clients is passed over without touching the tables.
-DownloadOutcome Attempt(DownloadContext& context, int network, const QString& address, bool compressed,
-                        const QDateTime& now, bool jsonToFollow = false) {
-    context.View.ShowStatus(u"Downloading "_s + NetworkName(network) + u" data from "_s + address + u"..."_s);
-    const FetchResult fetched = context.Http.Fetch(address);
-    if (!fetched.Ok)
-        return Fail(context, u"Could not contact server"_s, DownloadOutcome::FetchFailed);
-    QByteArray body = fetched.Body;
+DownloadOutcome ReadAnswer(DownloadContext& context, int network, const QString& address, QByteArray body,
+                           bool compressed, const QDateTime& now, bool jsonToFollow) {
     if (compressed) {
         const QString gzPath = QDir(context.DataFolder).filePath(u"whazzup.txt.gz"_s);
         QDir().mkpath(context.DataFolder);
@@ -200,7 +196,44 @@ DownloadOutcome Attempt(DownloadContext& context, int network, const QString& ad
     return outcome;
 }
 
+DownloadOutcome Attempt(DownloadContext& context, int network, const QString& address, bool compressed,
+                        const QDateTime& now, bool jsonToFollow = false) {
+    context.View.ShowStatus(u"Downloading "_s + NetworkName(network) + u" data from "_s + address + u"..."_s);
+    const FetchResult fetched = context.Http.Fetch(address);
+    if (!fetched.Ok)
+        return Fail(context, u"Could not contact server"_s, DownloadOutcome::FetchFailed);
+    return ReadAnswer(context, network, address, fetched.Body, compressed, now, jsonToFollow);
+}
+
 } // namespace
+
+QString LiveAddress(const NetworkDownloadState& state) {
+    return state.JsonAddress.isEmpty() ? state.Servers.JsonUrl : state.JsonAddress;
+}
+
+DownloadOutcome DownloadLive(DownloadContext& context, int network, LiveSchedule& schedule) {
+    if (!context.State.DownloadIdle)
+        return DownloadOutcome::Busy;
+    NetworkDownloadState& state = context.State.Networks[network];
+    const BusyGuard busy(context.State);
+    if (!state.StatusFileRead && (LiveAddress(state).isEmpty() || !state.JsonAddress.isEmpty()))
+        ReadStatusFile(context, network);
+    const QString address = LiveAddress(state);
+    if (address.isEmpty())
+        return DownloadOutcome::NoServer;
+    const QDateTime now = context.Now ? context.Now() : QDateTime::currentDateTime();
+    const FetchResult fetched = context.Http.FetchIfChanged(address, schedule.Known(network));
+    // A failure shows as the network's mark only; the data shown stay.
+    if (state.DownloadFailed != !fetched.Ok) {
+        state.DownloadFailed = !fetched.Ok;
+        context.View.MarksChanged();
+    }
+    if (!fetched.Ok)
+        return DownloadOutcome::FetchFailed;
+    if (!schedule.IsNew(network, fetched))
+        return DownloadOutcome::Unchanged;
+    return ReadAnswer(context, network, address, fetched.Body, false, now, false);
+}
 
 DownloadOutcome DownloadNetwork(DownloadContext& context, int network) {
     if (!context.State.DownloadIdle)

@@ -147,6 +147,17 @@ void ReadStatusFile(DownloadContext& context, int network);
 // previous tables stay when anything fails before the interpretation.
 DownloadOutcome DownloadNetwork(DownloadContext& context, int network);
 
+class LiveSchedule;
+
+// The JSON feed a network is followed live on: the one read directly, else the one its status file
+// names; empty when it has none (its text feed keeps the reload guard and the automatic download).
+QString LiveAddress(const NetworkDownloadState& state);
+
+// One live fetch of network's JSON feed, asking for it only if changed since the version schedule
+// knows: Unchanged (and nothing read) for "not modified" or the same stamp, FetchFailed (the network's
+// failure mark set, the data kept), NoServer without a JSON feed. No reload guard: the schedule paces it.
+DownloadOutcome DownloadLive(DownloadContext& context, int network, LiveSchedule& schedule);
+
 // Today's member pages, for networks whose status file names no profile address.
 QString DefaultProfileAddress(int network);
 

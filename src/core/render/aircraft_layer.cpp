@@ -59,12 +59,13 @@ void AircraftSymbols(GlApi& gl, const network::NetworkData& data, const TrafficI
         if (!Shows(in, p) || (in.Crowds && in.Crowds->IsGrouped(network, slot)))
             continue;
         const double heading = (in.ShowActualHeading ? p.Course : p.Heading) * geo::DegToRad;
-        const double lat = p.Latitude * geo::DegToRad, lon = p.Longitude * geo::DegToRad;
+        const geo::LatLon at = DrawnAt(in, network, slot);
+        const double lat = at.Lat * geo::DegToRad, lon = at.Lon * geo::DegToRad;
         const Vec3 east{std::cos(lon), 0.0, -std::sin(lon)};
         const Vec3 north{-std::sin(lat) * std::sin(lon), std::cos(lat), -std::sin(lat) * std::cos(lon)};
         const Vec3 forward = (north * std::cos(heading) + east * std::sin(heading)) * reach;
         const Vec3 right = (east * std::cos(heading) + north * -std::sin(heading)) * reach;
-        const Vec3 centre = geo::OnGlobe(p.Latitude, p.Longitude);
+        const Vec3 centre = geo::OnGlobe(at.Lat, at.Lon);
         corners.insert(corners.end(), {centre - right - forward, centre + right - forward,
                                        centre + right + forward, centre - right + forward});
     }

@@ -64,8 +64,9 @@ void PlaneLabels(std::vector<Label>& labels, int n, const TrafficInputs& in) {
         const PilotRecord& p = data.Pilots[size_t(slot)];
         if (!Shows(in, p) || Grouped(in, n, slot))
             continue;
-        Label label{Kind::Plane, n,        p.Latitude, p.Longitude, {LabelName(in, p.Callsign, p.VID)},
-                    false,       kAirborne};
+        const geo::LatLon at = DrawnAt(in, n, slot);
+        Label label{Kind::Plane, n, at.Lat, at.Lon, {LabelName(in, p.Callsign, p.VID)}, false, kAirborne};
+        label.Slot = slot;
         if (detailed)
             label.Lines.append(LevelText(p.Altitude) + u' ' +
                                QString::number(int(std::lround(p.GroundSpeed))) + u"kt"_s);
@@ -335,6 +336,16 @@ void RecordLabelLists(GlApi& gl, int network, const LabelPlan& plan, const Traff
     RecordLabels(gl, base + lists::kPlaneLabels, {Kind::Plane}, plan, in);
     RecordLabels(gl, base + lists::kAirportLabels, {Kind::Airport}, plan, in);
     RecordLabels(gl, base + lists::kAtcLabels, {Kind::Station}, plan, in);
+}
+
+void MoveLabels(LabelPlan& plan, const TrafficInputs& in) {
+    for (Label& label : plan.Labels) {
+        if (label.What == Kind::Plane && label.Slot > 0) {
+            const geo::LatLon at = DrawnAt(in, label.Network, label.Slot);
+            label.Lat = at.Lat;
+            label.Lon = at.Lon;
+        }
+    }
 }
 
 } // namespace sky::render

@@ -23,6 +23,7 @@ struct TrafficLabel {
     int Priority = 0;
     int SymbolRadiusPx = 8;
     QString Airport; // the airport an airport's or its stations' label names
+    int Slot = 0;    // an aircraft's pilot slot, whose label follows it as it moves
 };
 
 // The labels of a scene and where each goes, decided once for the three lists.
@@ -48,5 +49,9 @@ LabelPlan PlanLabels(const GlApi& gl, int network, const TrafficInputs& in);
 // station labels each in their own list; decluttered, while aircraft labels show, all of them in the
 // aircraft labels' list, which the frame draws after every symbol, so no symbol covers a label.
 void RecordLabelLists(GlApi& gl, int network, const LabelPlan& plan, const TrafficInputs& in);
+
+// The aircraft labels of plan moved to where their aircraft are drawn now (live motion), each keeping
+// its place beside its symbol.
+void MoveLabels(LabelPlan& plan, const TrafficInputs& in);
 
 } // namespace sky::render

@@ -112,6 +112,14 @@ bool Shows(const TrafficInputs& in, const network::PilotRecord& pilot) {
     return VisibilityOf(in).Shows(pilot);
 }
 
+geo::LatLon DrawnAt(const TrafficInputs& in, int network, int slot) {
+    const std::vector<geo::LatLon>* drawn = in.Drawn[size_t(network == 1 ? 1 : 0)];
+    if (drawn && slot > 0 && size_t(slot) < drawn->size())
+        return (*drawn)[size_t(slot)];
+    const network::PilotRecord& p = in.Tables[size_t(network == 1 ? 1 : 0)].Pilots[size_t(slot)];
+    return {p.Latitude, p.Longitude};
+}
+
 bool Shows(const TrafficInputs& in, const network::ControllerRecord& controller) {
     return VisibilityOf(in).Shows(controller);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <optional>
 #include <vector>
 
@@ -53,7 +54,13 @@ struct TrafficInputs {
     const KeyedLines* FriendNames = nullptr;       // names the user gave friends, by member number
     bool NamesInstead = false;                     // a friend's name in place of the callsign, not beside
     int WindowHeightPx = 600;                      // symbols' masks are made for their size in pixels
+    // Live motion: where each network's pilots are drawn, one per slot (index 0 unused); null or short:
+    // where they were reported.
+    std::array<const std::vector<geo::LatLon>*, 2> Drawn{};
 };
+
+// Where the pilot of network's slot is drawn: moved by live motion, else where it was reported.
+geo::LatLon DrawnAt(const TrafficInputs& in, int network, int slot);
 
 // The zoom band the symbols were recorded for: a symbol list is rebuilt when the band changes.
 int SymbolBand(float viewZ);

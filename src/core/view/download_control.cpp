@@ -92,8 +92,11 @@ TimerContext DownloadControl::Timers() {
 }
 
 void DownloadControl::AutoDownloadTimerTick() {
-    // While a stored snapshot is replayed, no automatic download replaces it.
-    if (m_state.Display.Replaying)
+    // While a stored snapshot is replayed, no automatic download replaces it; a feed followed live
+    // needs none.
+    const int shown = m_state.Display.ShownNetwork == 1 ? 1 : 0;
+    if (m_state.Display.Replaying ||
+        (m_state.Config.Live && !network::LiveAddress(m_state.Downloads.Networks[size_t(shown)]).isEmpty()))
         return;
     TimerContext context = Timers();
     AutoDownloadTick(context);

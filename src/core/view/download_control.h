@@ -54,8 +54,10 @@ public:
     // Told when a downloaded network's new data shows, after the download's own status text.
     std::function<void(int network)> OnShown;
 
-private:
+    // What a download of the map works with (the live fetches use it too).
     network::DownloadContext Context();
+
+private:
     TimerContext Timers();
 
     MapState& m_state;

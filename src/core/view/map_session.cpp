@@ -57,6 +57,7 @@ MapSession::MapSession(Folders files, Settings settings, Friends friends, render
                       [this](const network::ClientRef& c) { ChartFlight(c); },
                       [this](const QString& airport) { ChartAirport(airport); }}),
       m_download(m_state, m_scene, m_panelControl, host, http),
+      m_live(m_state, m_scene, m_panelControl, m_download), m_motion(m_state, m_scene),
       m_pointer(m_state, m_scene, m_panelControl, gl),
       m_history(m_state, m_scene, history, m_state.NavaidList),
       m_alerts(m_state,
@@ -94,6 +95,7 @@ MapSession::MapSession(Folders files, Settings settings, Friends friends, render
             m_coming.VatsimShown(
                 [this](const QString& callsign) { return m_alerts.Watches().Matches(callsign); });
     };
+    m_live.OnNewData = [this](int network) { m_motion.Reported(network); };
     m_download.OnPrefiles = [this](int network, std::vector<network::Prefile> prefiles) {
         if (network == 1)
             m_coming.PrefilesRead(std::move(prefiles));
@@ -182,8 +184,20 @@ void MapSession::RecordAllLists() {
 }
 
 void MapSession::DownloadOnStart(const QString& networks) {
-    if (const std::optional<int> network = network::NetworkNamed(networks))
-        m_download.BtnDownload(*network);
+    const std::optional<int> network = network::NetworkNamed(networks);
+    if (!network)
+        return;
+    // Live, the feed is fetched by the live control at once; a network without a JSON feed (or whose
+    // feed gave nothing) is downloaded as always.
+    if (m_state.Config.Live) {
+        m_scene.ShowNetwork(*network);
+        m_live.Tick();
+        const network::ClientTables& tables = m_state.AllTables();
+        if ((*network == 2 ? tables[0].ConnectedClients * tables[1].ConnectedClients
+                           : tables[size_t(*network)].ConnectedClients) > 0)
+            return;
+    }
+    m_download.BtnDownload(*network);
 }
 
 void MapSession::Resize(int widthPx, int heightPx) {
@@ -212,6 +226,10 @@ void MapSession::KeyUp(int keyCode, int modifiers) {
             return;
         if (keyCode == keys::Letter('X') && modifiers == 0) {
             m_filters.Clear();
+            return;
+        }
+        if (keyCode == keys::Letter('L') && modifiers == keys::kCtrl) {
+            m_live.SetLive(!m_state.Config.Live);
             return;
         }
     }

@@ -11,6 +11,8 @@
 #include "view/filter_control.h"
 #include "view/history_control.h"
 #include "view/keyboard.h"
+#include "view/live_control.h"
+#include "view/motion_control.h"
 #include "view/map_host.h"
 #include "view/map_state.h"
 #include "view/measure_control.h"
@@ -92,6 +94,8 @@ public:
     FilterControl& Filters() { return m_filters; }
     MeasureControl& Measurer() { return m_measure; }
     DownloadControl& Downloader() { return m_download; }
+    LiveControl& Live() { return m_live; }
+    MotionControl& Motion() { return m_motion; }
     PanelControl& PanelController() { return m_panelControl; }
     PointerControl& Pointer() { return m_pointer; }
     HistoryControl& History() { return m_history; }
@@ -157,6 +161,8 @@ private:
     SceneControl m_scene;
     PanelControl m_panelControl;
     DownloadControl m_download;
+    LiveControl m_live;
+    MotionControl m_motion;
     PointerControl m_pointer;
     HistoryControl m_history;
     AlertControl m_alerts;
@@ -166,7 +172,7 @@ private:
     WeatherControl m_weather;
     companion::CompanionConsole m_companion;
     search::SearchIndex m_search;
-    QString m_searchData; // what the search's clients were taken from
+    QString m_searchData;   // what the search's clients were taken from
     int m_namesChanged = 0; // the friends' names changed this often, for the search
 };
 

@@ -72,6 +72,9 @@ struct MapState {
     std::optional<Selection> Selected;
     // PanelControl: which panels are open and what they show.
     PanelState Panels;
+    // MotionControl: where live motion draws each network's pilots (by slot), for the data of this stamp.
+    std::array<std::vector<geo::LatLon>, network::kNetworkCount> DrawnPlanes;
+    std::array<QString, network::kNetworkCount> DrawnStamp;
     // SceneControl::Resize: the client area, in pixels.
     int WidthPx = 800;
     int HeightPx = 600;

@@ -100,7 +100,7 @@ SceneControl::LabelKey SceneControl::CurrentLabelKey() const {
                     s.HeightPx};
 }
 
-render::TrafficInputs SceneControl::Inputs(const render::LabelView* labels, int scene) {
+render::TrafficInputs SceneControl::Inputs(const render::LabelView* labels, int scene, bool planCrowds) {
     MapState& s = m_state;
     render::TrafficInputs inputs{s.AllTables(),
                                  s.FriendList,
@@ -114,10 +114,35 @@ render::TrafficInputs SceneControl::Inputs(const render::LabelView* labels, int 
     inputs.Filter = &s.Filters.Filter;
     inputs.FriendNames = &s.FriendNames;
     inputs.NamesInstead = s.Config.FriendNamesInstead;
-    m_crowds = render::PlanCrowds(inputs, scene == 2 ? std::vector<int>{0, 1} : std::vector<int>{scene});
+    if (planCrowds)
+        m_crowds = render::PlanCrowds(inputs, scene == 2 ? std::vector<int>{0, 1} : std::vector<int>{scene});
     inputs.Crowds = &m_crowds;
     inputs.WindowHeightPx = s.HeightPx;
+    for (size_t n = 0; n < inputs.Drawn.size(); ++n)
+        inputs.Drawn[n] = DrawnPlanes(int(n));
     return inputs;
+}
+
+const std::vector<geo::LatLon>* SceneControl::DrawnPlanes(int network) const {
+    const MapState& s = m_state;
+    const size_t n = size_t(network);
+    const bool current = s.Config.Live && !s.Display.Replaying &&
+                         s.DrawnStamp[n] == s.AllTables()[n].UpdateStamp &&
+                         s.DrawnPlanes[n].size() == size_t(s.AllTables()[n].PilotCount) + 1;
+    return current ? &s.DrawnPlanes[n] : nullptr;
+}
+
+void SceneControl::RecordMotion() {
+    const int shown = m_state.Display.ShownNetwork;
+    if (!m_state.Display.SceneBuilt[size_t(shown)])
+        return;
+    const render::LabelView labels = CurrentLabelView();
+    const render::TrafficInputs inputs = Inputs(&labels, shown, false);
+    render::BuildSymbolList(m_gl, shown, inputs);
+    render::MoveLabels(m_labels, inputs);
+    render::RecordLabelLists(m_gl, shown, m_labels, inputs);
+    if (m_state.Selected && m_state.Selected->IsPilot)
+        RecordHighlight();
 }
 
 void SceneControl::PlacedFor(int scene) {
@@ -371,7 +396,13 @@ void SceneControl::RecordHighlight() {
         return;
     }
     const Selection& s = *m_state.Selected;
-    const network::ClientSummary client = network::Summarise(m_state.AllTables(), s);
+    network::ClientSummary client = network::Summarise(m_state.AllTables(), s);
+    // The ring goes round the aircraft where live motion draws it.
+    const std::vector<geo::LatLon>* drawn = s.IsPilot ? DrawnPlanes(s.Network) : nullptr;
+    if (drawn && size_t(s.Slot) < drawn->size()) {
+        client.Latitude = (*drawn)[size_t(s.Slot)].Lat;
+        client.Longitude = (*drawn)[size_t(s.Slot)].Lon;
+    }
     m_highlightBand = render::SymbolBand(m_state.View.ViewZ);
     std::optional<render::FlightPaths> paths;
     if (m_paths && s.IsPilot)

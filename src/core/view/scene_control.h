@@ -72,6 +72,13 @@ public:
     // The network's traffic lists, the count panel and the highlight go (before new data).
     void ClearTraffic(int network);
 
+    // Live motion moved the aircraft: the shown scene's symbols, their labels (each kept beside its
+    // symbol, not placed again) and the selection's ring are recorded at the drawn positions.
+    void RecordMotion();
+    // Where live motion draws network's pilots now, by slot; null when it does not (off, replaying, or
+    // worked out for other data).
+    const std::vector<geo::LatLon>* DrawnPlanes(int network) const;
+
     // Selects a client and records its highlight (list 42): a ring round it and its callsign.
     void Select(const network::ClientRef& client);
     // The highlight again, for the selection as it is (deleted when nothing is selected).
@@ -131,7 +138,7 @@ private:
     LabelKey CurrentLabelKey() const;
     render::FilterMarkInputs FilterMark() const; // what the filter's marks say now
     // What the traffic builders draw from; the crowds are planned again for it.
-    render::TrafficInputs Inputs(const render::LabelView* labels, int scene);
+    render::TrafficInputs Inputs(const render::LabelView* labels, int scene, bool planCrowds = true);
     void RebuildLabels(); // the three label lists of the shown scene, for the view as it is
     void PlacedFor(int scene);
     // The symbols or sectors of a scene were recorded for the view as it is.

@@ -34,7 +34,7 @@ TEST(ReadSettings, NumbersAreClampedAndGarbageReadsAsZeroBeforeClamping) {
     struct Row {
         const char* text;
         std::int32_t widthPx, heightPx;
-        std::int16_t minutes, timeout;
+        std::int16_t minutes, timeout, liveSeconds = 15;
     };
     const Row rows[] = {
         {"[Display]\nWindowWidth=500\n[Network]\nDownloadMinutes=1\nTimeout=300", 720, 600, 3, 120},
@@ -43,7 +43,9 @@ TEST(ReadSettings, NumbersAreClampedAndGarbageReadsAsZeroBeforeClamping) {
         {"[Display]\nWindowWidth=1024.5\nWindowHeight=700.5\n[Network]\nDownloadMinutes=29.9\nTimeout=119.99",
          1024, 700, 29, 119},
         {"[Display]\nWindowWidth=1025.5\n[Network]\nDownloadMinutes=-5\nTimeout=1e9", 1026, 600, 3, 120},
-        {"[Network]\nDownloadMinutes=30.5\nTimeout=4.9", 800, 600, 30, 5},
+        {"[Network]\nDownloadMinutes=30.5\nTimeout=4.9\nLiveSeconds=14", 800, 600, 30, 5, 15},
+        {"[Network]\nLiveSeconds=300.4", 800, 600, 5, 15, 300},
+        {"[Network]\nLiveSeconds=1e9", 800, 600, 5, 15, 300},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.text);
@@ -52,6 +54,7 @@ TEST(ReadSettings, NumbersAreClampedAndGarbageReadsAsZeroBeforeClamping) {
         EXPECT_EQ(s.WindowHeight, row.heightPx * 15);
         EXPECT_EQ(s.DownloadMinutes, row.minutes);
         EXPECT_EQ(s.Timeout, row.timeout);
+        EXPECT_EQ(s.LiveSeconds, row.liveSeconds);
     }
     // A size no screen has saturates instead of overflowing.
     EXPECT_EQ(Read("[Display]\nWindowWidth=1e12").WindowWidth, std::numeric_limits<std::int32_t>::max());
@@ -106,16 +109,17 @@ TEST(WriteSettings, AFreshFileHoldsEveryWrittenKeyInOrder) {
     const Settings s = Read("");
     EXPECT_EQ(s.Proxy, u"0");
     EXPECT_FALSE(s.TextForce);
-    EXPECT_EQ(Written(s, PlacementOf(s)),
-              QByteArray("[User]\nIVAO_ID=100000\nVATSIM_ID=800000\n\n"
-                         "[Display]\nColourTheme=default.dc\nDisableSmooth=0\nDisableCountries=0\n"
-                         "WindowLeft=560\nWindowTop=240\nWindowWidth=800\nWindowHeight=600\n\n"
-                         "[Network]\nAutoDownload=0\nDownloadMinutes=5\nTimeout=15\n\n"
-                         "[Zoom]\nX1=1334\nY1=-5415\nZ1=149\nX2=-9772\nY2=-4623\nZ2=75\n"
-                         "X3=-2768\nY3=-3671\nZ3=43\n\n"
-                         "[Map]\nShowLatLon=1\nShowPlanes=1\nShowPlaneLabels=1\nShowATC=1\nShowATCLabels=1\n"
-                         "ShowAirports=1\nShowAirportLabels=1\nShowInbounds=0\nShowActualHeading=0\n"
-                         "DeclutterLabels=1\nShowNight=1\nShowWeather=0\nFriendNamesInstead=0\n"));
+    EXPECT_EQ(
+        Written(s, PlacementOf(s)),
+        QByteArray("[User]\nIVAO_ID=100000\nVATSIM_ID=800000\n\n"
+                   "[Display]\nColourTheme=default.dc\nDisableSmooth=0\nDisableCountries=0\n"
+                   "WindowLeft=560\nWindowTop=240\nWindowWidth=800\nWindowHeight=600\n\n"
+                   "[Network]\nAutoDownload=0\nDownloadMinutes=5\nTimeout=15\nLive=0\nLiveSeconds=15\n\n"
+                   "[Zoom]\nX1=1334\nY1=-5415\nZ1=149\nX2=-9772\nY2=-4623\nZ2=75\n"
+                   "X3=-2768\nY3=-3671\nZ3=43\n\n"
+                   "[Map]\nShowLatLon=1\nShowPlanes=1\nShowPlaneLabels=1\nShowATC=1\nShowATCLabels=1\n"
+                   "ShowAirports=1\nShowAirportLabels=1\nShowInbounds=0\nShowActualHeading=0\n"
+                   "DeclutterLabels=1\nShowNight=1\nShowWeather=0\nFriendNamesInstead=0\n"));
 }
 
 // Read back and written again, a file of changed settings comes out byte for byte the same.

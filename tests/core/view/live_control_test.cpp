@@ -1,0 +1,240 @@
+#include "view/live_control.h"
+
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include "network/live_schedule.h"
+#include "view/aircraft_motion.h"
+#include "testing/fakes.h"
+#include "testing/recording_gl.h"
+#include "testing/source_files.h"
+#include "view/keys.h"
+#include "view/map_session.h"
+
+using namespace Qt::StringLiterals;
+
+namespace sky::view {
+namespace {
+
+using network::FetchResult;
+using network::LiveSchedule;
+
+// Fetches go as planned: the interval after an answer, 30 s, 1, 2, 4, 5, 5 minutes after failures in a
+// row, none while one runs, the interval kept within 15 to 300 s.
+TEST(LiveSchedule, WaitsTheIntervalAndBacksOffAfterFailures) {
+    LiveSchedule schedule;
+    schedule.SetInterval(5);
+    EXPECT_EQ(schedule.IntervalSeconds(), 15);
+    schedule.SetInterval(301);
+    EXPECT_EQ(schedule.IntervalSeconds(), 300);
+    schedule.SetInterval(20);
+    EXPECT_TRUE(schedule.Due(1, 0));
+    schedule.Started(1);
+    EXPECT_FALSE(schedule.Due(1, 1'000'000)); // never doubled
+    const struct {
+        bool ok;
+        int waitS;
+    } rows[] = {{true, 20},   {false, 30},  {false, 60}, {false, 120}, {false, 240},
+                {false, 300}, {false, 300}, {true, 20},  {false, 30}};
+    qint64 nowMs = 0;
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.waitS);
+        schedule.Finished(1, nowMs, row.ok);
+        EXPECT_FALSE(schedule.Due(1, nowMs + row.waitS * 1000 - 1));
+        EXPECT_TRUE(schedule.Due(1, nowMs + row.waitS * 1000));
+        EXPECT_TRUE(schedule.Due(0, nowMs)); // each network its own
+        nowMs += row.waitS * 1000;
+        schedule.Started(1);
+    }
+}
+
+// An answer is read when it is a new version: not for "not modified", nor for the stamp (or, without
+// one, the bytes) read last.
+TEST(LiveSchedule, ReadsOnlyNewAnswers) {
+    const QByteArray v1 = R"({"general": {"update_timestamp": "2026-11-21T14:23:05Z"}, "pilots": [1]})";
+    const QByteArray v1Again = R"({"general": {"update_timestamp": "2026-11-21T14:23:05Z"}, "pilots": [2]})";
+    const QByteArray v2 = R"({"updatedAt" : "2026-11-21T14:23:20Z"})";
+    EXPECT_EQ(network::FeedStampOf(v1), u"2026-11-21T14:23:05Z");
+    EXPECT_EQ(network::FeedStampOf(v2), u"2026-11-21T14:23:20Z");
+    LiveSchedule schedule;
+    const struct {
+        FetchResult answer;
+        bool isNew;
+    } rows[] = {{{true, v1, {}, false, {u"\"a\""_s, {}}}, true},
+                {{true, {}, {}, true, {}}, false},
+                {{true, v1Again, {}}, false},
+                {{true, v2, {}}, true},
+                {{true, "no stamp"}, true},
+                {{true, "no stamp"}, false},
+                {{true, "other bytes"}, true},
+                {{false, {}, u"refused"_s}, false}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.answer.Body.toStdString());
+        EXPECT_EQ(schedule.IsNew(0, row.answer), row.isNew);
+    }
+    EXPECT_EQ(schedule.Known(0).ETag, u"\"a\""); // kept from the answer that named it
+    EXPECT_TRUE(schedule.Known(1).ETag.isEmpty());
+}
+
+// Great-circle steps ("60" stands for a degree of arc), and when a feed's positions were reported.
+TEST(AircraftMotion, AdvancesAlongTheTrackAndDatesTheReport) {
+    const struct {
+        float lat, lon, track;
+        double nm;
+        float lat2, lon2;
+    } steps[] = {
+        {0, 0, 0, 60, 1, 0}, {0, 0, 90, 60, 0, 1}, {0, 179.5f, 90, 60, 0, -179.5f}, {10, 5, 180, 0, 10, 5}};
+    for (const auto& s : steps) {
+        SCOPED_TRACE(s.track);
+        const geo::LatLon at =
+            Advanced(s.lat, s.lon, s.track, s.nm / 60 * geo::kEarthRadiusNm * geo::DegToRad);
+        EXPECT_NEAR(at.Lat, s.lat2, 1e-3);
+        EXPECT_NEAR(at.Lon, s.lon2, 1e-3);
+    }
+    const qint64 stampMs = QDateTime(QDate(2026, 11, 21), QTime(14, 23, 5), Qt::UTC).toMSecsSinceEpoch();
+    EXPECT_EQ(ReportTimeMs(u"20261121142305"_s, stampMs + 7000, 30000), stampMs);
+    EXPECT_EQ(ReportTimeMs(u"20261121142305"_s, stampMs - 1, 30000), stampMs - 1);         // from the future
+    EXPECT_EQ(ReportTimeMs(u"20261121142305"_s, stampMs + 30001, 30000), stampMs + 30001); // too old
+    EXPECT_EQ(ReportTimeMs(u"2026112114230x"_s, 5, 30000), 5);
+}
+
+// Faster than 40 kt moves for two intervals at most; at a new report it glides there within a second.
+TEST(AircraftMotion, MovesFastAircraftForTwoIntervalsAndGlidesToTheNextReport) {
+    network::NetworkData data;
+    data.PilotCount = 2;
+    data.Pilots[1].Callsign = u"FAST"_s;
+    data.Pilots[1].Heading = 90;
+    data.Pilots[1].GroundSpeed = 480;
+    data.Pilots[2].Callsign = u"TAXI"_s;
+    data.Pilots[2].GroundSpeed = 39;
+    AircraftMotion motion;
+    motion.Reported(data, 0, 0, 15);
+    const double degPerS = 480.0 / 3600 / (geo::kEarthRadiusNm * geo::DegToRad);
+    const struct {
+        qint64 nowMs;
+        double lon;
+        bool moving;
+    } rows[] = {{0, 0, true},
+                {15000, 15 * degPerS, true},
+                {30000, 30 * degPerS, false},
+                {90000, 30 * degPerS, false}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.nowMs);
+        EXPECT_EQ(motion.Step(row.nowMs), row.moving);
+        EXPECT_NEAR(motion.Drawn()[1].Lon, row.lon, 1e-5);
+        EXPECT_EQ(motion.Drawn()[2].Lon, 0.0f);
+    }
+    // Reported back at the start: half way back after half a second, there (and moving on) after one.
+    motion.Step(10000);
+    motion.Reported(data, 10000, 10000, 15);
+    EXPECT_TRUE(motion.Step(10500));
+    EXPECT_NEAR(motion.Drawn()[1].Lon, (10 * degPerS + 0.5 * degPerS) / 2, 1e-5);
+    motion.Step(11000);
+    EXPECT_NEAR(motion.Drawn()[1].Lon, 1 * degPerS, 1e-5);
+}
+
+// A server that answers "not modified" to the ETag of the version it serves.
+class VersionedHttp : public sky::testing::FakeHttp {
+public:
+    FetchResult FetchIfChanged(const QString& url, const network::Validators& known) override {
+        FetchResult answer = Fetch(url);
+        answer.Version.ETag = u"\"%1\""_s.arg(qHash(answer.Body));
+        if (answer.Ok && ETags && known.ETag == answer.Version.ETag)
+            return {true, {}, {}, true, known};
+        if (!ETags)
+            answer.Version = {};
+        return answer;
+    }
+    bool ETags = true;
+};
+
+const QString kFeed = u"http://data.example/v3/vatsim-data.json"_s;
+const QString kTransceivers = u"http://data.example/v3/transceivers-data.json"_s;
+
+// VATSIM followed live in a session: fetched at the interval, read only when new, the Companion and the
+// selection on the newest data, failures on the network's mark, backing off and recovering.
+TEST(LiveControl, FollowsTheFeedAtItsIntervalAndKeepsTheSelection) {
+    QTemporaryDir home;
+    render::RecordingGl gl;
+    sky::testing::FakeMapHost host;
+    VersionedHttp http;
+    const QByteArray v1 = sky::testing::SourceFile(u"tests/data/vatsim-v3.json"_s);
+    http.Answers[kFeed] = v1;
+    http.Answers[kTransceivers] = "[]";
+    network::FeedAddresses feeds;
+    feeds.Json[1] = kFeed;
+    Settings settings;
+    settings.Live = true;
+    settings.LiveSeconds = 20;
+    MapSession session(Folders::OneFolder(home.path()), settings, Friends{}, gl, host, http, nullptr, feeds);
+    qint64 nowMs = 1'000'000;
+    session.Live().NowMs = [&] { return nowMs; };
+    session.StartUp();
+    session.DownloadOnStart(u"vatsim"_s);
+    const auto reads = [&] { return http.Requests.count(kTransceivers); }; // one per feed read
+    const auto stat = [&] {
+        const QString before = session.Companion().PaneText();
+        session.CompanionEnter(u"stat"_s);
+        return session.Companion().PaneText().mid(before.size());
+    };
+    ASSERT_EQ(reads(), 1);
+    ASSERT_TRUE(session.GoTo(1, u"N123AB"_s));
+    EXPECT_TRUE(stat().contains(u"VATSIM data of 1423Z - 6 clients"_s));
+
+    // Not yet due; then "not modified"; then the same stamp from a server without ETags: nothing read.
+    const auto tick = [&](int seconds) {
+        nowMs += seconds * 1000;
+        session.Live().Tick();
+    };
+    const qsizetype asked = http.Requests.count(kFeed);
+    tick(19);
+    EXPECT_EQ(http.Requests.count(kFeed), asked);
+    tick(1);
+    http.ETags = false;
+    tick(20);
+    EXPECT_EQ(http.Requests.count(kFeed), asked + 2);
+    EXPECT_EQ(reads(), 1);
+
+    // A newer snapshot with a new pilot first: read, the Companion counts it, the selection follows
+    // its aircraft to the next slot.
+    QByteArray v2 = v1;
+    v2.replace("142305", "142320").replace("14:23:05", "14:23:20");
+    v2.replace(R"("pilots": [)",
+               R"("pilots": [{"cid": 1, "callsign": "NEW1", "latitude": 1, "longitude": 2},)");
+    v2.replace(R"("connected_clients": 7)", R"("connected_clients": 8)");
+    http.Answers[kFeed] = v2;
+    tick(20);
+    EXPECT_EQ(reads(), 2);
+    EXPECT_TRUE(stat().contains(u"VATSIM data of 1423Z - 7 clients\r\n (1 ATC, 4 planes"_s));
+    ASSERT_TRUE(session.Selected());
+    EXPECT_EQ(network::Summarise(session.Tables(), *session.Selected()).Callsign, u"N123AB");
+    EXPECT_EQ(session.PanelController().Mode(), PanelMode::InfoBox); // its box stays open
+
+    // Failures: the mark, no dialog, tries after 30 s and 60 s; the data shown stay; then it recovers.
+    http.Answers.erase(kFeed);
+    tick(20);
+    EXPECT_TRUE(session.Downloads().Networks[1].DownloadFailed);
+    EXPECT_TRUE(host.Messages.isEmpty());
+    EXPECT_EQ(session.Display().StatusText, u"VATSIM live: no answer, next try in 30 s");
+    const qsizetype failedAt = http.Requests.count(kFeed);
+    tick(29);
+    tick(1);
+    tick(59);
+    EXPECT_EQ(http.Requests.count(kFeed), failedAt + 1);
+    http.Answers[kFeed] = v2;
+    tick(1);
+    EXPECT_FALSE(session.Downloads().Networks[1].DownloadFailed);
+    EXPECT_EQ(session.Tables()[1].PilotCount, 4);
+
+    // Ctrl+L on the bare map turns it off: nothing more is fetched.
+    session.KeyUp(keys::kEscape, 0);
+    session.KeyUp(keys::Letter('L'), keys::kCtrl);
+    EXPECT_FALSE(session.Config().Live);
+    const qsizetype offAt = http.Requests.size();
+    tick(300);
+    EXPECT_EQ(http.Requests.size(), offAt);
+}
+
+} // namespace
+} // namespace sky::view
