@@ -104,6 +104,8 @@ MapWindow::MapWindow(MapOptions options)
         makeCurrent();
         if (!m_session->Motion().Step())
             m_motionTimer.stop();
+        else
+            m_motionTimer.setInterval(m_session->Motion().StepIntervalMs());
         update();
     });
     m_minuteTimer.setInterval(60 * 1000);
@@ -117,8 +119,11 @@ MapWindow::MapWindow(MapOptions options)
         m_session->CheckSharedFiles();
         m_session->Downloader().DownloadTimerTick();
         m_session->Live().Tick();
-        if (m_session->Motion().Active() && isVisible() && !m_motionTimer.isActive())
-            m_motionTimer.start();
+        // New data glide at once; a step waiting longer is brought forward.
+        const int stepMs = m_session->Motion().StepIntervalMs();
+        if (m_session->Motion().Active() && isVisible() &&
+            (!m_motionTimer.isActive() || m_motionTimer.remainingTime() > stepMs))
+            m_motionTimer.start(stepMs);
         m_session->Coming().Tick();
     });
     PlaceFromSettings();

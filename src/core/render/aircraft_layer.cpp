@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 
 #include "render/crowds.h"
 #include "render/list_numbers.h"
@@ -49,7 +50,15 @@ int SymbolMaskTexture(float viewZ, int windowHeightPx) {
 void AircraftSymbols(GlApi& gl, const network::NetworkData& data, const TrafficInputs& in,
                      const Style& style) {
     const int texture = SymbolMaskTexture(in.ViewZ, in.WindowHeightPx);
-    const SymbolMask mask = RasteriseSymbol(kSymbol, MaskScale(texture));
+    // The mask of a size is made once: live motion records the symbols ten times a second.
+    static std::map<int, SymbolMask> masks;
+    auto made = masks.find(texture);
+    if (made == masks.end()) {
+        if (masks.size() >= 16) // a few sizes are in use at a time
+            masks.clear();
+        made = masks.emplace(texture, RasteriseSymbol(kSymbol, MaskScale(texture))).first;
+    }
+    const SymbolMask& mask = made->second;
     const double reach = SymbolSize(in.ViewZ) * mask.Reach;
     std::vector<Vec3> corners; // four per aircraft: tail left, tail right, nose right, nose left
     const int network = &data == &in.Tables[1] ? 1 : 0;

@@ -34,10 +34,13 @@ void AircraftMotion::Reported(const network::NetworkData& data, qint64 reportMs,
     for (size_t slot = 1; slot < m_planes.size() && slot < m_drawn.size(); ++slot)
         drawnBefore.insert(m_planes[slot].Callsign, m_drawn[slot]);
     m_planes.assign(size_t(data.PilotCount) + 1, Plane{});
+    m_fastestKt = 0;
     for (int slot = 1; slot <= data.PilotCount; ++slot) {
         const network::PilotRecord& p = data.Pilots[size_t(slot)];
         Plane& plane = m_planes[size_t(slot)];
         plane = {p.Callsign, {p.Latitude, p.Longitude}, float(p.Heading), p.GroundSpeed, {}, false};
+        if (p.GroundSpeed > kMovingKt)
+            m_fastestKt = std::max(m_fastestKt, p.GroundSpeed);
         const auto before = drawnBefore.constFind(p.Callsign);
         if (before != drawnBefore.constEnd()) {
             plane.From = *before;

@@ -32,6 +32,9 @@ public:
     bool Step(qint64 nowMs);
     // One position per pilot slot (index 0 unused); empty before the first report.
     const std::vector<geo::LatLon>& Drawn() const { return m_drawn; }
+    // True while the drawn positions glide to the last report.
+    bool Gliding(qint64 nowMs) const { return nowMs - m_glideFromMs < kGlideMs; }
+    float FastestKt() const { return m_fastestKt; } // of the aircraft that move
     void Clear();
 
 private:
@@ -48,6 +51,7 @@ private:
     qint64 m_reportMs = 0;
     qint64 m_glideFromMs = 0;
     qint64 m_maxAdvanceMs = 0;
+    float m_fastestKt = 0;
 };
 
 } // namespace sky::view

@@ -1,5 +1,7 @@
 #include "view/motion_control.h"
 
+#include <algorithm>
+
 #include "view/map_state.h"
 #include "view/scene_control.h"
 
@@ -20,6 +22,20 @@ void MotionControl::Reported(int network) {
 void MotionControl::Keep(int network) {
     m_state.DrawnPlanes[size_t(network)] = m_motion[size_t(network)].Drawn();
     m_state.DrawnStamp[size_t(network)] = m_state.AllTables()[size_t(network)].UpdateStamp;
+}
+
+int MotionControl::StepIntervalMs() const {
+    const qint64 nowMs = NowMs();
+    float fastestKt = 0;
+    for (const AircraftMotion& motion : m_motion) {
+        if (motion.Gliding(nowMs) && !motion.Drawn().empty())
+            return 100;
+        fastestKt = std::max(fastestKt, motion.FastestKt());
+    }
+    // The globe's radius is ViewZ window heights.
+    const double pixelsPerNm = double(m_state.View.ViewZ) * m_state.HeightPx / geo::kEarthRadiusNm;
+    const double pixelsPerS = pixelsPerNm * fastestKt / 3600.0;
+    return int(std::clamp(pixelsPerS > 0 ? 500.0 / pixelsPerS : 1000.0, 100.0, 1000.0));
 }
 
 bool MotionControl::Step() {

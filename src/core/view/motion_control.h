@@ -25,6 +25,9 @@ public:
     // The positions now, recorded; true while anything still moves. Off with Live or while replaying.
     bool Step();
     bool Active() const { return m_active; }
+    // How long the window waits for the next step: a tenth of a second while gliding, else until the
+    // fastest aircraft has moved about half a pixel at the zoom shown (at most a second).
+    int StepIntervalMs() const;
 
     // A steady clock in milliseconds; tests fix it.
     std::function<qint64()> NowMs = [] { return QDateTime::currentMSecsSinceEpoch(); };
