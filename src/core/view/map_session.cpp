@@ -217,6 +217,12 @@ void MapSession::KeyDown(int keyCode, int modifiers) {
 }
 
 void MapSession::KeyUp(int keyCode, int modifiers) {
+    // Follow acts beside the selected aircraft's info box too.
+    if (keyCode == keys::Letter('F') && modifiers == 0 && m_panelControl.Mode() != PanelMode::Table &&
+        m_panelControl.Mode() != PanelMode::TableAndInfoBox) {
+        m_motion.ToggleFollow();
+        return;
+    }
     // With the list or the board open, the arrows and page keys turn its pages.
     if (render::AnyPanelOpen(m_panelControl.Mode()) && m_panelControl.Key(keyCode))
         return;

@@ -2,8 +2,11 @@
 
 #include <algorithm>
 
+#include "network/client_records.h"
 #include "view/map_state.h"
 #include "view/scene_control.h"
+
+using namespace Qt::StringLiterals;
 
 namespace sky::view {
 
@@ -59,8 +62,41 @@ bool MotionControl::Step() {
         }
     }
     m_scene.RecordMotion();
+    if (m_follow) {
+        const geo::ViewState& v = m_state.View;
+        if (v.ViewX != m_followView.ViewX || v.ViewY != m_followView.ViewY || !m_state.Selected) {
+            m_follow = false; // the user moved the map, or the aircraft went
+            m_scene.SetStatus(u"Follow off"_s);
+        } else {
+            Centre();
+        }
+    }
     m_active = moving;
     return moving;
+}
+
+void MotionControl::ToggleFollow() {
+    const bool aircraft = m_state.Selected && m_state.Selected->IsPilot;
+    m_follow = !m_follow && aircraft;
+    if (m_follow)
+        Centre();
+    if (m_follow)
+        m_scene.SetStatus(u"Following "_s +
+                          network::Summarise(m_state.AllTables(), *m_state.Selected).Callsign);
+    else
+        m_scene.SetStatus(aircraft ? u"Follow off"_s : u"Select an aircraft to follow"_s);
+    m_scene.Redraw();
+}
+
+void MotionControl::Centre() {
+    const Selection& s = *m_state.Selected;
+    const network::ClientSummary reported = network::Summarise(m_state.AllTables(), s);
+    geo::LatLon at{reported.Latitude, reported.Longitude};
+    if (const std::vector<geo::LatLon>* drawn = m_scene.DrawnPlanes(s.Network);
+        drawn && size_t(s.Slot) < drawn->size())
+        at = (*drawn)[size_t(s.Slot)];
+    m_scene.SetView({at.Lon, -at.Lat, m_state.View.ViewZ});
+    m_followView = m_state.View;
 }
 
 } // namespace sky::view

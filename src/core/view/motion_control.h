@@ -29,16 +29,25 @@ public:
     // fastest aircraft has moved about half a pixel at the zoom shown (at most a second).
     int StepIntervalMs() const;
 
+    // Follow (the F key): the map stays centred on the selected aircraft as it moves, until the view is
+    // moved another way (a drag, the arrow keys). Said in the status line; nothing without a selected
+    // aircraft.
+    void ToggleFollow();
+    bool Following() const { return m_follow; }
+
     // A steady clock in milliseconds; tests fix it.
     std::function<qint64()> NowMs = [] { return QDateTime::currentMSecsSinceEpoch(); };
 
 private:
     void Keep(int network); // the drawn positions into the state, for the data they were worked out for
+    void Centre();          // the view onto the selected aircraft where it is drawn
 
     MapState& m_state;
     SceneControl& m_scene;
     std::array<AircraftMotion, 2> m_motion;
     bool m_active = false;
+    bool m_follow = false;
+    geo::ViewState m_followView; // as Follow last set it
 };
 
 } // namespace sky::view

@@ -1,5 +1,7 @@
 #include "view/live_control.h"
 
+#include <cmath>
+
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -170,6 +172,7 @@ TEST(LiveControl, FollowsTheFeedAtItsIntervalAndKeepsTheSelection) {
     MapSession session(Folders::OneFolder(home.path()), settings, Friends{}, gl, host, http, nullptr, feeds);
     qint64 nowMs = 1'000'000;
     session.Live().NowMs = [&] { return nowMs; };
+    session.Motion().NowMs = [&] { return nowMs; };
     session.StartUp();
     session.DownloadOnStart(u"vatsim"_s);
     const auto reads = [&] { return http.Requests.count(kTransceivers); }; // one per feed read
@@ -210,6 +213,17 @@ TEST(LiveControl, FollowsTheFeedAtItsIntervalAndKeepsTheSelection) {
     ASSERT_TRUE(session.Selected());
     EXPECT_EQ(network::Summarise(session.Tables(), *session.Selected()).Callsign, u"N123AB");
     EXPECT_EQ(session.PanelController().Mode(), PanelMode::InfoBox); // its box stays open
+
+    // F follows it (110 kt east) as it moves, until the map is moved another way.
+    session.KeyUp(keys::Letter('F'), 0);
+    const float followedX = session.View().ViewX;
+    nowMs += 10000;
+    EXPECT_TRUE(session.Motion().Step());
+    EXPECT_NEAR(session.View().ViewX - followedX, 10 * 110 / 3600.0 / 60 / std::cos(40.6 * geo::DegToRad),
+                2e-3);
+    session.Scene().SetView({0, 0, 1});
+    session.Motion().Step();
+    EXPECT_FALSE(session.Motion().Following());
 
     // Failures: the mark, no dialog, tries after 30 s and 60 s; the data shown stay; then it recovers.
     http.Answers.erase(kFeed);
