@@ -48,6 +48,11 @@ void HistoryControl::Interpreted(int network, const QString& text, const QDateTi
     m_state.Display.Replaying = false;
     if (network == 0 || network == 1)
         m_live[size_t(network)] = LiveData{text, now.toSecsSinceEpoch()};
+    // Live, a network is kept at most once a minute: a day of 15-second updates would outgrow the store.
+    QDateTime& kept = m_keptAt[network == 1 ? 1 : 0];
+    if (m_state.Config.Live && kept.isValid() && kept.secsTo(now) < kLiveKeepSeconds)
+        return;
+    kept = now;
     if (m_store && !AlreadyKept(network, StampOf(text)))
         m_store->Record(network, text, now);
 }

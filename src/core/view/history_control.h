@@ -34,7 +34,7 @@ public:
                    const Navaids& navaids);
 
     // A download interpreted this text: it is kept unless the newest kept snapshot of the network has
-    // its time (the same data again), and a replay ends.
+    // its time (the same data again) or, live, one was kept less than a minute ago; a replay ends.
     void Interpreted(int network, const QString& text, const QDateTime& now);
     // The track and route of a flight; a station has none.
     FlightPaths Paths(const network::ClientRef& client) const;
@@ -78,6 +78,8 @@ private:
     history::HistoryStore* m_store;
     const Navaids& m_navaids;
     std::array<std::optional<LiveData>, 2> m_live;
+    static constexpr qint64 kLiveKeepSeconds = 60;
+    std::array<QDateTime, 2> m_keptAt; // when each network was last kept
     qint64 m_shownId = -1; // the replayed snapshot, -1 live
     int m_network = -1;    // the replayed network
     bool m_problemSaid = false;

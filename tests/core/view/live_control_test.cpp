@@ -169,10 +169,12 @@ TEST(LiveControl, FollowsTheFeedAtItsIntervalAndKeepsTheSelection) {
     Settings settings;
     settings.Live = true;
     settings.LiveSeconds = 20;
-    MapSession session(Folders::OneFolder(home.path()), settings, Friends{}, gl, host, http, nullptr, feeds);
+    sky::testing::MemoryHistory history;
+    MapSession session(Folders::OneFolder(home.path()), settings, Friends{}, gl, host, http, &history, feeds);
     qint64 nowMs = 1'000'000;
     session.Live().NowMs = [&] { return nowMs; };
     session.Motion().NowMs = [&] { return nowMs; };
+    session.Downloader().Now = [&] { return QDateTime::fromMSecsSinceEpoch(nowMs); };
     session.StartUp();
     session.DownloadOnStart(u"vatsim"_s);
     const auto reads = [&] { return http.Requests.count(kTransceivers); }; // one per feed read
@@ -240,6 +242,14 @@ TEST(LiveControl, FollowsTheFeedAtItsIntervalAndKeepsTheSelection) {
     tick(1);
     EXPECT_FALSE(session.Downloads().Networks[1].DownloadFailed);
     EXPECT_EQ(session.Tables()[1].PilotCount, 4);
+
+    // Kept in the history once a minute at most: v1, v2 a minute later, the next 20 s after v2 not.
+    for (const auto& [stamp, iso] : {std::pair{"142340", "14:23:40"}, std::pair{"142400", "14:24:00"}}) {
+        http.Answers[kFeed] = QByteArray(v2).replace("142320", stamp).replace("14:23:20", iso);
+        tick(20);
+    }
+    EXPECT_EQ(reads(), 4);
+    EXPECT_EQ(history.Kept.size(), 3u);
 
     // Ctrl+L on the bare map turns it off: nothing more is fetched.
     session.KeyUp(keys::kEscape, 0);
