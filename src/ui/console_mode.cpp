@@ -11,6 +11,7 @@
 #include "qt_http_client.h"
 #include "render/null_gl.h"
 #include "sql_history_store.h"
+#include "view/demo_live_feed.h"
 #include "view/map_session.h"
 
 using namespace Qt::StringLiterals;
@@ -69,7 +70,12 @@ int RunConsole(const LaunchOptions& launch) {
                                                            config.HistoryHours, false);
         history->OnWriteFailed([](const QString& why) { PrintLine(stderr, u"Skylantra: "_s + why); });
     }
-    view::MapSession session(folders, config, friends, gl, host, http, history.get(), addresses);
+    // The demo's VATSIM feed moves, made here, so the demo can be followed live offline.
+    view::DemoLiveFeed demoFeed(
+        http, addresses.Json[1], [] { return QDateTime::currentMSecsSinceEpoch(); },
+        [&config] { return config.Live; });
+    network::HttpClient& client = launch.Demo ? static_cast<network::HttpClient&>(demoFeed) : http;
+    view::MapSession session(folders, config, friends, gl, host, client, history.get(), addresses);
     host.Watch(&session.Display());
     const QString missing = session.StartUp();
     if (!missing.isEmpty())

@@ -70,8 +70,15 @@ MapWindow::MapWindow(MapOptions options)
     else if (m_options.Config.HistoryHours > 0)
         m_history = std::make_unique<store::SqlHistoryStore>(m_options.Files.HomeFile(u"history.db"_s),
                                                              m_options.Config.HistoryHours, false);
+    network::HttpClient* http = &m_http;
+    if (m_options.Demo) {
+        m_demoFeed = std::make_unique<view::DemoLiveFeed>(
+            m_http, m_options.Addresses.Json[1], [] { return QDateTime::currentMSecsSinceEpoch(); },
+            [this] { return m_session && m_session->Config().Live; });
+        http = m_demoFeed.get();
+    }
     m_session = std::make_unique<view::MapSession>(m_options.Files, m_options.Config, m_options.FriendList,
-                                                   m_gl, *this, m_http, m_history.get(), m_options.Addresses);
+                                                   m_gl, *this, *http, m_history.get(), m_options.Addresses);
     // A download the history could not keep is said at once, on the map's thread.
     if (m_history)
         m_history->OnWriteFailed([this](const QString& why) {

@@ -18,6 +18,7 @@
 #include "filter_bar.h"
 #include "search_field.h"
 #include "history/history_store.h"
+#include "view/demo_live_feed.h"
 #include "view/map_session.h"
 
 namespace sky::ui {
@@ -43,6 +44,7 @@ struct MapOptions {
     bool DemoHistory = false; // HistoryFile holds a made-up demo day: the charts say so
     QString Filter;           // the filter the map starts with (the filter bar's text)
     bool PrintStatus = false; // with the snapshot, the status line's text on standard output
+    bool Demo = false;        // the demo feeds: live, VATSIM's moves (an in-process feed)
 };
 
 // The map window frmMap: a frameless window with its own title strip, drawing the globe with OpenGL.
@@ -115,6 +117,7 @@ private:
     MapOptions m_options;
     GlBackend m_gl;
     net::QtHttpClient m_http;
+    std::unique_ptr<view::DemoLiveFeed> m_demoFeed;   // the demo's moving VATSIM feed, over m_http
     std::unique_ptr<history::HistoryStore> m_history; // before the session, which uses it
     std::unique_ptr<view::MapSession> m_session;
     std::unique_ptr<CompanionWindow> m_companion;    // made on first use

@@ -120,6 +120,7 @@ int RunWindow(const LaunchOptions& launch) {
     CheckSettingsFiles(folders, options.Config, report);
     UseDemoWeather(launch, folders, options.Config);
     options.Config.Live = options.Config.Live || launch.Live;
+    options.Demo = launch.Demo;
     options.TwipsPerPixel = twipsPerPixel;
     options.Addresses = ChooseAddresses(launch, options.Config, folders);
     options.DownloadNetworks = launch.DownloadNetworks;

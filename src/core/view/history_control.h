@@ -80,8 +80,8 @@ private:
     std::array<std::optional<LiveData>, 2> m_live;
     static constexpr qint64 kLiveKeepSeconds = 60;
     std::array<QDateTime, 2> m_keptAt; // when each network was last kept
-    qint64 m_shownId = -1; // the replayed snapshot, -1 live
-    int m_network = -1;    // the replayed network
+    qint64 m_shownId = -1;             // the replayed snapshot, -1 live
+    int m_network = -1;                // the replayed network
     bool m_problemSaid = false;
     std::array<QString, 2> m_keptStamp; // the data time of each network's newest kept snapshot
     std::array<bool, 2> m_keptRead{};   // whether that was read from the store

@@ -2,12 +2,14 @@
 
 #include <cmath>
 
+#include <QJsonDocument>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
 #include "network/live_schedule.h"
 #include "view/aircraft_motion.h"
+#include "view/demo_live_feed.h"
 #include "testing/fakes.h"
 #include "testing/recording_gl.h"
 #include "testing/source_files.h"
@@ -134,6 +136,34 @@ TEST(AircraftMotion, MovesFastAircraftForTwoIntervalsAndGlidesToTheNextReport) {
     EXPECT_NEAR(motion.Drawn()[1].Lon, (10 * degPerS + 0.5 * degPerS) / 2, 1e-5);
     motion.Step(11000);
     EXPECT_NEAR(motion.Drawn()[1].Lon, 1 * degPerS, 1e-5);
+}
+
+// The demo's feed made live: every 15 s its fast aircraft have flown on and its stamp is that moment's;
+// within a step, "not modified"; live off, or another address, what the wrapped client answers.
+TEST(DemoLiveFeed, AdvancesTheDemoEveryFifteenSeconds) {
+    sky::testing::FakeHttp files;
+    const QString demo = u"file:///demo/vatsim-data.json"_s;
+    files.Answers[demo] = sky::testing::SourceFile(u"tests/data/vatsim-v3.json"_s);
+    files.Answers[u"file:///other"_s] = "other";
+    qint64 nowMs = 1'800'000'000'000;
+    bool live = true;
+    DemoLiveFeed feed(
+        files, demo, [&] { return nowMs; }, [&] { return live; });
+    const FetchResult first = feed.Fetch(demo);
+    nowMs += 14'999;
+    EXPECT_TRUE(feed.FetchIfChanged(demo, first.Version).NotModified);
+    nowMs += 1;
+    const FetchResult next = feed.FetchIfChanged(demo, first.Version);
+    EXPECT_EQ(network::FeedStampOf(next.Body), u"2027-01-15T08:00:15Z");
+    const auto lonOf = [](const QByteArray& body) {
+        return QJsonDocument::fromJson(body)[u"pilots"_s][0][u"longitude"_s]
+            .toDouble(); // DLH123, 452 kt west
+    };
+    EXPECT_NEAR(lonOf(next.Body) - lonOf(first.Body),
+                Advanced(50.5f, 5.25f, 271, 452.0 * 15 / 3600).Lon - 5.25, 1e-4);
+    EXPECT_EQ(feed.Fetch(u"file:///other"_s).Body, "other");
+    live = false;
+    EXPECT_EQ(feed.Fetch(demo).Body, files.Answers[demo]);
 }
 
 // A server that answers "not modified" to the ETag of the version it serves.
