@@ -19,7 +19,8 @@ TEST_F(Gui, LiveAircraftAreDrawnWhereTheirSpeedHasTakenThem) {
     const QString pilot =
         u"{\"callsign\": \"%1\", \"latitude\": %2, \"longitude\": 8, \"groundspeed\": %3, \"heading\": 90}"_s;
     const QString feed =
-        u"{\"general\": {\"version\": 3, \"update\": \"%1\", \"update_timestamp\": \"%2\", \"connected_clients\": 2}, "
+        u"{\"general\": {\"version\": 3, \"update\": \"%1\", \"update_timestamp\": \"%2\", "
+        u"\"connected_clients\": 2}, "
         u"\"pilots\": [%3, %4]}"_s.arg(reported.toString(u"yyyyMMddHHmmss"_s), reported.toString(Qt::ISODate),
                                        pilot.arg(u"FAST"_s).arg(50.05).arg(480),
                                        pilot.arg(u"SLOW"_s).arg(49.95).arg(30));
@@ -33,19 +34,17 @@ TEST_F(Gui, LiveAircraftAreDrawnWhereTheirSpeedHasTakenThem) {
                                    u"--download"_s, u"vatsim"_s, u"--view"_s, u"8,50,25"_s});
     ASSERT_FALSE(image.isNull());
     const sky::geo::ViewState view{8.0f, -50.0f, 25.0f};
+    // 40 s at 480 kt: 5.3 nm, 23 px east of the report at this zoom.
     const sky::geo::LatLon flown = sky::view::Advanced(50.05f, 8.0f, 90.0f, 480.0 * 40 / 3600);
-    const auto reportedFast = sky::geo::LatLonToScreen(50.05f, 8.0f, 800, 600, view);
     for (const sky::geo::LatLon& at : {flown, sky::geo::LatLon{49.95f, 8.0f}}) {
         SCOPED_TRACE(at.Lat);
         const auto point = sky::geo::LatLonToScreen(at.Lat, at.Lon, 800, 600, view);
-        ASSERT_TRUE(point && reportedFast);
+        ASSERT_TRUE(point);
         const QRect symbol =
             BoundsOf(image, kPlaneBorder, 24, QRect(int(point->X) - 30, int(point->Y) - 14, 61, 29));
         EXPECT_NEAR(symbol.center().x(), point->X, 2);
         EXPECT_NEAR(symbol.center().y(), point->Y, 2);
     }
-    EXPECT_GT(sky::geo::LatLonToScreen(flown.Lat, flown.Lon, 800, 600, view)->X - reportedFast->X,
-              20.0); // 23 px east
 }
 
 } // namespace

@@ -52,43 +52,28 @@ TEST(LiveSchedule, WaitsTheIntervalAndBacksOffAfterFailures) {
 // An answer is read when it is a new version: not for "not modified", nor for the stamp (or, without
 // one, the bytes) read last.
 TEST(LiveSchedule, ReadsOnlyNewAnswers) {
-    const QByteArray v1 = R"({"general": {"update_timestamp": "2026-11-21T14:23:05Z"}, "pilots": [1]})";
-    const QByteArray v1Again = R"({"general": {"update_timestamp": "2026-11-21T14:23:05Z"}, "pilots": [2]})";
-    const QByteArray v2 = R"({"updatedAt" : "2026-11-21T14:23:20Z"})";
+    const QByteArray v1 = R"({"update_timestamp": "2026-11-21T14:23:05Z", "pilots": [1]})";
     LiveSchedule schedule;
     const struct {
         FetchResult answer;
         bool isNew;
     } rows[] = {{{true, v1, {}, false, {u"\"a\""_s, {}}}, true},
                 {{true, {}, {}, true, {}}, false},
-                {{true, v1Again, {}}, false},
-                {{true, v2, {}}, true},
+                {{true, QByteArray(v1).replace("[1]", "[2]")}, false},
+                {{true, R"({"updatedAt" : "1"})"}, true},
                 {{true, "no stamp"}, true},
                 {{true, "no stamp"}, false},
-                {{true, "other bytes"}, true},
                 {{false, {}, u"refused"_s}, false}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.answer.Body.toStdString());
-        EXPECT_EQ(schedule.IsNew(0, row.answer), row.isNew);
-    }
+    for (const auto& row : rows)
+        EXPECT_EQ(schedule.IsNew(0, row.answer), row.isNew) << row.answer.Body.toStdString();
     EXPECT_EQ(schedule.Known(0).ETag, u"\"a\""); // kept from the answer that named it
 }
 
-// Great-circle steps ("60" stands for a degree of arc), and when a feed's positions were reported.
+// Great-circle steps, and when a feed's positions were reported.
 TEST(AircraftMotion, AdvancesAlongTheTrackAndDatesTheReport) {
-    const struct {
-        float lat, lon, track;
-        double nm;
-        float lat2, lon2;
-    } steps[] = {
-        {0, 0, 0, 60, 1, 0}, {0, 0, 90, 60, 0, 1}, {0, 179.5f, 90, 60, 0, -179.5f}, {10, 5, 180, 0, 10, 5}};
-    for (const auto& s : steps) {
-        SCOPED_TRACE(s.track);
-        const geo::LatLon at =
-            Advanced(s.lat, s.lon, s.track, s.nm / 60 * geo::kEarthRadiusNm * geo::DegToRad);
-        EXPECT_NEAR(at.Lat, s.lat2, 1e-3);
-        EXPECT_NEAR(at.Lon, s.lon2, 1e-3);
-    }
+    const double degreeNm = geo::kEarthRadiusNm * geo::DegToRad;
+    EXPECT_NEAR(Advanced(0, 0, 0, degreeNm).Lat, 1, 1e-4);
+    EXPECT_NEAR(Advanced(0, 179.5f, 90, degreeNm).Lon, -179.5, 1e-4); // across the antimeridian
     const qint64 stampMs = QDateTime(QDate(2026, 11, 21), QTime(14, 23, 5), Qt::UTC).toMSecsSinceEpoch();
     EXPECT_EQ(ReportTimeMs(u"20261121142305"_s, stampMs + 7000, 30000), stampMs);
     EXPECT_EQ(ReportTimeMs(u"20261121142305"_s, stampMs - 1, 30000), stampMs - 1);         // from the future
@@ -108,16 +93,11 @@ TEST(AircraftMotion, MovesFastAircraftForTwoIntervalsAndGlidesToTheNextReport) {
     AircraftMotion motion;
     motion.Reported(data, 0, 0, 15);
     const double degPerS = 480.0 / 3600 / (geo::kEarthRadiusNm * geo::DegToRad);
-    const struct {
-        qint64 nowMs;
-        double lon;
-        bool moving;
-    } rows[] = {{0, 0, true}, {15000, 15 * degPerS, true}, {90000, 30 * degPerS, false}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.nowMs);
-        EXPECT_EQ(motion.Step(row.nowMs), row.moving);
-        EXPECT_NEAR(motion.Drawn()[1].Lon, row.lon, 1e-5);
-        EXPECT_EQ(motion.Drawn()[2].Lon, 0.0f);
+    for (const auto& [nowMs, lon, moving] :
+         {std::tuple{0, 0.0, true}, {15000, 15 * degPerS, true}, {90000, 30 * degPerS, false}}) {
+        EXPECT_EQ(motion.Step(nowMs), moving) << nowMs;
+        EXPECT_NEAR(motion.Drawn()[1].Lon, lon, 1e-5) << nowMs;
+        EXPECT_EQ(motion.Drawn()[2].Lon, 0.0f); // the taxiing one stays
     }
     // Reported back at the start: half way back after half a second, there (and moving on) after one.
     motion.Step(10000);
@@ -180,14 +160,7 @@ TEST(LiveControl, FollowsTheFeedAtItsIntervalAndKeepsTheSelection) {
     session.StartUp();
     session.DownloadOnStart(u"vatsim"_s);
     const auto reads = [&] { return http.Requests.count(kTransceivers); }; // one per feed read
-    const auto stat = [&] {
-        const QString before = session.Companion().PaneText();
-        session.CompanionEnter(u"stat"_s);
-        return session.Companion().PaneText().mid(before.size());
-    };
-    ASSERT_EQ(reads(), 1);
     ASSERT_TRUE(session.GoTo(1, u"N123AB"_s));
-    EXPECT_TRUE(stat().contains(u"VATSIM data of 1423Z - 6 clients"_s));
 
     // Not yet due, then due: the same stamp again is not read.
     const auto tick = [&](int seconds) {
@@ -201,7 +174,7 @@ TEST(LiveControl, FollowsTheFeedAtItsIntervalAndKeepsTheSelection) {
     EXPECT_EQ(http.Requests.count(kFeed), asked + 1);
     EXPECT_EQ(reads(), 1);
 
-    // A newer snapshot with a new pilot first: read, the Companion counts it, the selection follows
+    // A newer snapshot with a new pilot first: read, the selection follows
     // its aircraft to the next slot.
     QByteArray v2 = v1;
     v2.replace("142305", "142320").replace("14:23:05", "14:23:20");
@@ -211,7 +184,7 @@ TEST(LiveControl, FollowsTheFeedAtItsIntervalAndKeepsTheSelection) {
     http.Answers[kFeed] = v2;
     tick(20);
     EXPECT_EQ(reads(), 2);
-    EXPECT_TRUE(stat().contains(u"VATSIM data of 1423Z - 7 clients\r\n (1 ATC, 4 planes"_s));
+    EXPECT_EQ(session.Tables()[1].PilotCount, 4);
     ASSERT_TRUE(session.Selected());
     EXPECT_EQ(network::Summarise(session.Tables(), *session.Selected()).Callsign, u"N123AB");
     EXPECT_EQ(session.PanelController().Mode(), PanelMode::InfoBox); // its box stays open
@@ -238,7 +211,6 @@ TEST(LiveControl, FollowsTheFeedAtItsIntervalAndKeepsTheSelection) {
     http.Answers[kFeed] = v2;
     tick(1);
     EXPECT_FALSE(session.Downloads().Networks[1].DownloadFailed);
-    EXPECT_EQ(session.Tables()[1].PilotCount, 4);
 
     // Kept in the history once a minute at most: of v1 (0 s), v2 (40 s), v3 (180 s), v4 (200 s), v1 and v3.
     for (const auto& [stamp, iso] : {std::pair{"142340", "14:23:40"}, std::pair{"142400", "14:24:00"}}) {
