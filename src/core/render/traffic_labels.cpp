@@ -170,8 +170,11 @@ QSet<QString> StationLabels(std::vector<Label>& labels, int n, const TrafficInpu
     // Close in, the runways in use as the airport's ATIS gives them, under its letters.
     for (auto group = groups.cbegin(); in.ViewZ >= kRunwayLabelZoom && group != groups.cend(); ++group) {
         const conditions::RunwaysInUse runways = conditions::AtisOf(data, group.key()).Runways;
+        // "rwy 25R" where one list serves both; "arr 25L, dep 25C" says what it is by itself.
         if (!runways.IsEmpty())
-            labels[group.value()].Lines.append(conditions::RunwaysShortText(runways));
+            labels[group.value()].Lines.append(
+                (runways.Arrival == runways.Departure ? u"rwy "_s : QString()) +
+                conditions::RunwaysShortText(runways));
     }
     return airports;
 }
