@@ -171,31 +171,21 @@ QString AtisLetter(const QString& atisText) {
     return {};
 }
 
-QString RunwaysText(const RunwaysInUse& r) {
+QString RunwaysText(const RunwaysInUse& r, RunwayWords words) {
     if (r.Arrival == r.Departure)
         return r.Arrival.join(u' ');
+    const bool brief = words == RunwayWords::Short;
     QStringList parts;
     if (!r.Arrival.isEmpty())
-        parts.append(u"arrival "_s + r.Arrival.join(u' '));
+        parts.append((brief ? u"arr "_s : u"arrival "_s) + r.Arrival.join(u' '));
     if (!r.Departure.isEmpty())
-        parts.append(u"departure "_s + r.Departure.join(u' '));
-    return parts.join(u", "_s);
-}
-
-QString RunwaysShortText(const RunwaysInUse& r) {
-    if (r.Arrival == r.Departure)
-        return r.Arrival.join(u' ');
-    QStringList parts;
-    if (!r.Arrival.isEmpty())
-        parts.append(u"arr "_s + r.Arrival.join(u' '));
-    if (!r.Departure.isEmpty())
-        parts.append(u"dep "_s + r.Departure.join(u' '));
+        parts.append((brief ? u"dep "_s : u"departure "_s) + r.Departure.join(u' '));
     return parts.join(u", "_s);
 }
 
 QString RunwaysLine(const network::NetworkData& data, const QString& airport) {
     const RunwaysInUse runways = AtisOf(data, airport).Runways;
-    return runways.IsEmpty() ? QString() : u"Runways: "_s + RunwaysShortText(runways);
+    return runways.IsEmpty() ? QString() : u"Runways: "_s + RunwaysText(runways, RunwayWords::Short);
 }
 
 AirportAtis AtisOf(const network::NetworkData& data, const QString& airport) {

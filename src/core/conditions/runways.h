@@ -24,11 +24,9 @@ RunwaysInUse ParseRunways(const QString& atisText, const QString& airport);
 // The letter of an ATIS ("INFORMATION DELTA", "ATIS D", "INFO D"), or empty.
 QString AtisLetter(const QString& atisText);
 
-// "arrival 25L 25R, departure 25C"; "25R" alone where both are the same.
-QString RunwaysText(const RunwaysInUse& runways);
-
-// "arr 25L 25R, dep 25C"; "25R" alone where both are the same.
-QString RunwaysShortText(const RunwaysInUse& runways);
+// "arrival 25L 25R, departure 25C" (Short: "arr 25L 25R, dep 25C"); "25R" alone where both are the same.
+enum class RunwayWords { Full, Short };
+QString RunwaysText(const RunwaysInUse& runways, RunwayWords words = RunwayWords::Full);
 
 // What an airport's ATIS stations of a network say: the runways in use (a departure ATIS's plain
 // runways for departures, an arrival ATIS's for arrivals) and the letter of the first. Where no

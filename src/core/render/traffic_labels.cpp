@@ -174,7 +174,7 @@ QSet<QString> StationLabels(std::vector<Label>& labels, int n, const TrafficInpu
         if (!runways.IsEmpty())
             labels[group.value()].Lines.append(
                 (runways.Arrival == runways.Departure ? u"rwy "_s : QString()) +
-                conditions::RunwaysShortText(runways));
+                conditions::RunwaysText(runways, conditions::RunwayWords::Short));
     }
     return airports;
 }

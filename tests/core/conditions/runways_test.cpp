@@ -89,6 +89,7 @@ TEST(AtisLetter, IsTheLetterOrThePhoneticWordAfterInformationOrAtis) {
 TEST(RunwaysText, SaysEachOnceOrSplitsThem) {
     EXPECT_EQ(RunwaysText({{u"25R"_s}, {u"25R"_s}}), u"25R");
     EXPECT_EQ(RunwaysText({{u"25L"_s, u"25R"_s}, {u"25C"_s}}), u"arrival 25L 25R, departure 25C");
+    EXPECT_EQ(RunwaysText({{u"25L"_s}, {u"25C"_s}}, RunwayWords::Short), u"arr 25L, dep 25C");
     EXPECT_EQ(RunwaysText({{u"24"_s}, {}}), u"arrival 24");
 }
 
