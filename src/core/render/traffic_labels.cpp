@@ -65,8 +65,8 @@ void PlaneLabels(std::vector<Label>& labels, int n, const TrafficInputs& in) {
         if (!Shows(in, p) || Grouped(in, n, slot))
             continue;
         const geo::LatLon at = DrawnAt(in, n, slot);
-        Label label{Kind::Plane, n, at.Lat, at.Lon, {LabelName(in, p.Callsign, p.VID)}, false, kAirborne};
-        label.Slot = slot;
+        Label label{Kind::Plane, n,         at.Lat, at.Lon, {LabelName(in, p.Callsign, p.VID)},
+                    false,       kAirborne, 8,      {},     slot};
         if (detailed)
             label.Lines.append(LevelText(p.Altitude) + u' ' +
                                QString::number(int(std::lround(p.GroundSpeed))) + u"kt"_s);
@@ -134,7 +134,9 @@ QSet<QString> StationLabels(std::vector<Label>& labels, int n, const TrafficInpu
                               {LabelName(in, s.Callsign, s.VID)},
                               area,
                               priority,
-                              3});
+                              3,
+                              {},
+                              0});
             continue;
         }
         const QString airport = s.Callsign.section(u'_', 0, 0);
