@@ -15,6 +15,9 @@ inline constexpr int kNetworkCount = 2; // 0 IVAO, 1 VATSIM
 // settings' MaxPilots and MaxControllers change them (down to the classic 1400 and 700).
 inline constexpr int kMaxPilots = 10000;
 inline constexpr int kMaxControllers = 3000;
+// The field of a pilot line, past every text layout, where the JSON feeds' translation keeps the time of
+// the pilot's last position report.
+inline constexpr int kReportedAtField = 47;
 
 // The network's name as shown in status texts: "IVAO" or "VATSIM".
 QString NetworkName(int network);
@@ -53,6 +56,9 @@ struct PilotRecord {
     QString AircraftType;
     QString FlightType;
     QString TimeConnected; // yyyymmddhhmmss
+    // When the pilot last reported its position (yyyymmddhhmmss), where the feed says it (the JSON
+    // feeds); empty for the text files, whose positions date from the file's update.
+    QString ReportedAt;
     QString Server;
     QString Software;
     // VATSIM's pilot certificate (bit flags: 0 new member, 1 PPL, 3 IR, 7 CMEL, 15 ATPL, 31 FI, 63 FE),

@@ -11,6 +11,7 @@
 #include <QTimeZone>
 
 #include "common/numbers.h"
+#include "network/client_records.h"
 
 using namespace Qt::StringLiterals;
 
@@ -19,8 +20,8 @@ namespace {
 
 // The layouts' widths; a VATSIM pilot line carries its pilot certificate in three fields beyond (its
 // number, the short and the long name), which the text files never had.
-constexpr int kVatsimFields = 45;
-constexpr int kIvaoFields = 46;
+constexpr int kVatsimFields = kReportedAtField + 1;
+constexpr int kIvaoFields = kReportedAtField + 1;
 constexpr double kRadians = std::numbers::pi / 180.0;
 
 // A field's text that cannot shift the fields after it: no separator, no line break.
@@ -231,6 +232,7 @@ TranslatedFeed TranslateVatsimV3(const QByteArray& json, const QHash<QString, ge
         line.Set(30, Text(plan.value(u"route"_s)));
         line.Set(37, Stamp(p.value(u"logon_time"_s)));
         line.Set(38, Text(p.value(u"heading"_s)));
+        line.Set(kReportedAtField, Stamp(p.value(u"last_updated"_s)));
         lines.append(line.Join());
     }
     const auto controllers = [&](const QJsonArray& list) {
@@ -322,6 +324,7 @@ TranslatedFeed TranslateIvaoV2(const QByteArray& json) {
         line.Set(43, Text(plan.value(u"flightType"_s)));
         line.Set(44, Text(plan.value(u"peopleOnBoard"_s)));
         line.Set(45, Text(track.value(u"heading"_s)));
+        line.Set(kReportedAtField, Stamp(track.value(u"timestamp"_s)));
         lines.append(line.Join());
     }
     const auto stations = [&](const QJsonArray& list) {

@@ -165,6 +165,7 @@ void ParsePilotFields(int network, const Fields& f, const ReferenceData& referen
     if (f[24].size() < 3 && f[25].size() < 3)
         pilot.EnrouteTime = LeftPadded(f[24], 2) + LeftPadded(f[25], 2);
     Assign(pilot.TimeConnected, f[37]);
+    Assign(pilot.ReportedAt, f[kReportedAtField]);
     Assign(pilot.Server, f[14]);
     ReadSoftware(network, f, pilot.Software);
     // Beyond VATSIM's text layout: the pilot certificate of its JSON feed.

@@ -28,6 +28,10 @@ qint64 ReportTimeMs(const QString& updateStamp, qint64 receivedMs, qint64 maxAge
     return ms > receivedMs || ms < receivedMs - maxAgeMs ? receivedMs : ms;
 }
 
+qint64 PilotReportMs(const network::PilotRecord& pilot, qint64 feedReportMs, qint64 maxAgeMs) {
+    return pilot.ReportedAt.isEmpty() ? feedReportMs : ReportTimeMs(pilot.ReportedAt, feedReportMs, maxAgeMs);
+}
+
 void AircraftMotion::Reported(const network::NetworkData& data, qint64 reportMs, qint64 nowMs,
                               int intervalS) {
     QHash<QString, geo::LatLon> drawnBefore;
@@ -38,7 +42,13 @@ void AircraftMotion::Reported(const network::NetworkData& data, qint64 reportMs,
     for (int slot = 1; slot <= data.PilotCount; ++slot) {
         const network::PilotRecord& p = data.Pilots[size_t(slot)];
         Plane& plane = m_planes[size_t(slot)];
-        plane = {p.Callsign, {p.Latitude, p.Longitude}, float(p.Heading), p.GroundSpeed, {}, false};
+        plane = {p.Callsign,
+                 {p.Latitude, p.Longitude},
+                 float(p.Heading),
+                 p.GroundSpeed,
+                 {},
+                 false,
+                 PilotReportMs(p, reportMs, qint64(intervalS) * 2000)};
         if (p.GroundSpeed > kMovingKt)
             m_fastestKt = std::max(m_fastestKt, p.GroundSpeed);
         const auto before = drawnBefore.constFind(p.Callsign);
@@ -54,13 +64,13 @@ void AircraftMotion::Reported(const network::NetworkData& data, qint64 reportMs,
 }
 
 bool AircraftMotion::Step(qint64 nowMs) {
-    const qint64 flownMs = std::clamp<qint64>(nowMs - m_reportMs, 0, m_maxAdvanceMs);
     const double glide = std::clamp(double(nowMs - m_glideFromMs) / double(kGlideMs), 0.0, 1.0);
     bool advancing = false, gliding = false;
     for (size_t slot = 1; slot < m_planes.size(); ++slot) {
         const Plane& plane = m_planes[slot];
         geo::LatLon at = plane.Reported;
         if (plane.SpeedKt > kMovingKt) {
+            const qint64 flownMs = std::clamp<qint64>(nowMs - plane.ReportMs, 0, m_maxAdvanceMs);
             at = Advanced(at.Lat, at.Lon, plane.TrackDeg, plane.SpeedKt * double(flownMs) / 3'600'000.0);
             advancing = true;
         }

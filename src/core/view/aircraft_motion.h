@@ -21,9 +21,13 @@ geo::LatLon Advanced(float lat, float lon, float trackDeg, double distanceNm);
 // receivedMs or more than maxAgeMs before it (a clock apart, an old file): then receivedMs.
 qint64 ReportTimeMs(const QString& updateStamp, qint64 receivedMs, qint64 maxAgeMs);
 
+// When a pilot reported the position the feed gives: its own report time where the feed has one, within
+// maxAgeMs before the feed's report time; else the feed's.
+qint64 PilotReportMs(const network::PilotRecord& pilot, qint64 feedReportMs, qint64 maxAgeMs);
+
 // The drawn positions of one network's aircraft between live updates: each faster than 40 kt advances
-// along its heading at its ground speed from the report, for at most two update intervals; at a new
-// report each glides from where it was drawn to its new place within a second. Times in milliseconds.
+// along its heading at its ground speed from its report (PilotReportMs), for at most two update intervals; at
+// a new report each glides from where it was drawn to its new place within a second. Times in milliseconds.
 class AircraftMotion {
 public:
     // New data at nowMs, reported at reportMs, updates intervalS apart.
@@ -45,6 +49,7 @@ private:
         float SpeedKt = 0;
         geo::LatLon From; // where it was drawn when the report came
         bool Glides = false;
+        qint64 ReportMs = 0; // when its position was reported
     };
     std::vector<Plane> m_planes; // by slot, index 0 unused
     std::vector<geo::LatLon> m_drawn;

@@ -61,9 +61,9 @@ TEST_F(JsonFeeds, AVatsimCaptureReadsLikeItsTextFile) {
 
     const PilotRecord& dlh = m_data.Pilots[1];
     EXPECT_EQ((QStringList{dlh.RealName, dlh.AircraftType, dlh.DepTime, dlh.EnrouteTime, dlh.PlannedAltitude,
-                           dlh.TimeConnected, dlh.Route}),
+                           dlh.TimeConnected, dlh.Route, dlh.ReportedAt}),
               (QStringList{u"Jane Roe"_s, u"A320/L"_s, u"1315"_s, u"0125"_s, u"35000"_s, u"20261121121800"_s,
-                           u"ANEKI Y7 NIK"_s}));
+                           u"ANEKI Y7 NIK"_s, u"20261121142301"_s}));
     // Heading, rating, supervisor, certificate: a pilot certificate (IR) is no controller rating.
     EXPECT_EQ((std::vector<int>{dlh.Heading, dlh.Rating, dlh.AdminRating, dlh.PilotCertificate}),
               (std::vector<int>{271, 0, 0, 3}));
@@ -94,9 +94,9 @@ TEST_F(JsonFeeds, AnIvaoCaptureReadsLikeItsTextFile) {
 
     const PilotRecord& afr = m_data.Pilots[1];
     EXPECT_EQ((QStringList{afr.VID, afr.DepTime, afr.EnrouteTime, afr.FlightType, afr.Software,
-                           afr.PlannedAltitude, afr.CruiseSpeed}),
+                           afr.PlannedAltitude, afr.CruiseSpeed, afr.ReportedAt}),
               (QStringList{u"512345"_s, u"1315"_s, u"0130"_s, u"S"_s, u"altitude/win 1.10.2b"_s, u"F360"_s,
-                           u"N0450"_s}));
+                           u"N0450"_s, u"20261121142300"_s}));
     EXPECT_EQ((std::vector<int>{afr.POB, afr.Rating, afr.Heading}), (std::vector<int>{174, 5, 95}));
     EXPECT_EQ(afr.Altitude, 36000.0f);
 

@@ -59,11 +59,11 @@ TEST(LiveSchedule, ReadsOnlyNewAnswers) {
         bool isNew;
     } rows[] = {{{true, v1, {}, false, {u"\"a\""_s, {}}}, true},
                 {{true, {}, {}, true, {}}, false},
-                {{true, QByteArray(v1).replace("[1]", "[2]")}, false},
-                {{true, R"({"updatedAt" : "1"})"}, true},
-                {{true, "no stamp"}, true},
-                {{true, "no stamp"}, false},
-                {{false, {}, u"refused"_s}, false}};
+                {{true, QByteArray(v1).replace("[1]", "[2]"), {}, false, {}}, false},
+                {{true, R"({"updatedAt" : "1"})", {}, false, {}}, true},
+                {{true, "no stamp", {}, false, {}}, true},
+                {{true, "no stamp", {}, false, {}}, false},
+                {{false, {}, u"refused"_s, false, {}}, false}};
     for (const auto& row : rows)
         EXPECT_EQ(schedule.IsNew(0, row.answer), row.isNew) << row.answer.Body.toStdString();
     EXPECT_EQ(schedule.Known(0).ETag, u"\"a\""); // kept from the answer that named it
@@ -79,6 +79,10 @@ TEST(AircraftMotion, AdvancesAlongTheTrackAndDatesTheReport) {
     EXPECT_EQ(ReportTimeMs(u"20261121142305"_s, stampMs - 1, 30000), stampMs - 1);         // from the future
     EXPECT_EQ(ReportTimeMs(u"20261121142305"_s, stampMs + 30001, 30000), stampMs + 30001); // too old
     EXPECT_EQ(ReportTimeMs(u"2026112114230x"_s, 5, 30000), 5);
+    network::PilotRecord pilot; // a pilot's own report time, where the feed gives one
+    EXPECT_EQ(PilotReportMs(pilot, stampMs + 5000, 30000), stampMs + 5000);
+    pilot.ReportedAt = u"20261121142305"_s;
+    EXPECT_EQ(PilotReportMs(pilot, stampMs + 5000, 30000), stampMs);
 }
 
 // Faster than 40 kt moves for two intervals at most; at a new report it glides there within a second.
