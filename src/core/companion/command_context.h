@@ -47,6 +47,7 @@ struct CommandContext {
     QString WeatherServer; // the address before "/data/..." of the station files
     std::function<QDateTime()> Now;
     std::function<void(const QString&)> AddText;
+    bool Live = false; // the networks followed live: answers about a pilot say how old its position is
 
     const network::NetworkData& Shown() const { return Tables[ShownNetwork == 1 ? 1 : 0]; }
 };

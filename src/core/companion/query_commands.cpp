@@ -193,7 +193,11 @@ void Info(CommandContext& c, const QString& argument) {
         c.AddText(u' ' + QString::number(double(p.Altitude), 'f', 0) + u" ft, "_s +
                   QString::number(double(p.GroundSpeed), 'f', 0) + u" kts, hdg "_s +
                   u"%1"_s.arg(int(p.Heading), 3, 10, QChar(u'0')) + u"º, online for "_s +
-                  geo::OnlineTime(p.TimeConnected, d.UpdateStamp) + kCrLf);
+                  geo::OnlineTime(p.TimeConnected, d.UpdateStamp) + (c.Live ? QString() : kCrLf));
+        if (c.Live)
+            c.AddText(u' ' +
+                      geo::ReportedText(p.Latitude, p.Longitude, p.ReportStamp(d.UpdateStamp), c.Now()) +
+                      kCrLf);
         c.Host.CentreOn(p.Latitude, p.Longitude, p.Callsign);
     }
     if (!found)

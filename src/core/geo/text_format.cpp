@@ -68,4 +68,15 @@ QString OnlineTime(QStringView logonStamp, QStringView updateStamp) {
     return u"%1h %2m"_s.arg(minutes / 60).arg(minutes % 60, 2, 10, QChar(u'0'));
 }
 
+QString ReportedText(float lat, float lon, QStringView reportStamp, const QDateTime& now) {
+    const auto reported = ParseTimeStamp(reportStamp);
+    const QString at = u"at "_s + FormatLatLon(lat, lon);
+    if (!reported)
+        return u"Reported "_s + at;
+    const qint64 seconds = std::max<qint64>(0, reported->secsTo(now));
+    const QString age =
+        seconds < 120 ? QString::number(seconds) + u" s"_s : QString::number(seconds / 60) + u" min"_s;
+    return u"Reported "_s + age + u" ago "_s + at;
+}
+
 } // namespace sky::geo

@@ -25,4 +25,9 @@ QString FormatUtcTime(QStringView updateStamp);
 // be read.
 QString OnlineTime(QStringView logonStamp, QStringView updateStamp);
 
+// Where a pilot reported itself and how long before now: "Reported 12 s ago at N50°02.0' E008°34.3'",
+// from two minutes on "Reported 3 min ago at ..."; a report stamped after now is 0 s old; one whose stamp
+// cannot be read gives only the position ("Reported at ...").
+QString ReportedText(float lat, float lon, QStringView reportStamp, const QDateTime& now);
+
 } // namespace sky::geo

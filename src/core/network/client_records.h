@@ -59,6 +59,10 @@ struct PilotRecord {
     // When the pilot last reported its position (yyyymmddhhmmss), where the feed says it (the JSON
     // feeds); empty for the text files, whose positions date from the file's update.
     QString ReportedAt;
+    // The stamp of the position shown: the pilot's own report time, else the data's update.
+    const QString& ReportStamp(const QString& dataStamp) const {
+        return ReportedAt.isEmpty() ? dataStamp : ReportedAt;
+    }
     QString Server;
     QString Software;
     // VATSIM's pilot certificate (bit flags: 0 new member, 1 PPL, 3 IR, 7 CMEL, 15 ATPL, 31 FI, 63 FE),

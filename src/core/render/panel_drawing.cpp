@@ -110,7 +110,8 @@ void BuildInfoBox(GlApi& gl, const ColourTable& colours, const PanelLayout& layo
     p.Colour(content.NetworkSlot == 1 ? kSlotVATSIM : kSlotIVAO, 1.0f);
     p.Text(box.X + 8, box.Y + 3, Fit(gl, content.Title, box.Width - 16, true), true);
     p.Colour(kSlotScreenBorder, 1.0f);
-    const int lastTop = layout.CentreButton.Y - PanelLayout::kLineHeight;
+    const int lastTop =
+        (content.Followable ? layout.FollowButton.Y : layout.CentreButton.Y) - PanelLayout::kLineHeight;
     for (qsizetype i = 0; i < content.Lines.size(); ++i) {
         const int top = box.Y + 24 + int(i) * PanelLayout::kLineHeight;
         if (top > lastTop)
@@ -127,6 +128,8 @@ void BuildInfoBox(GlApi& gl, const ColourTable& colours, const PanelLayout& layo
         p.Button(layout.WatchButton, content.Watched ? u"Unwatch"_s : u"Watch"_s);
     else if (content.Chartable)
         p.Button(layout.ChartButton, u"Chart"_s);
+    if (content.Followable)
+        p.Button(layout.FollowButton, content.Followed ? u"Unfollow"_s : u"Follow"_s);
     gl.EndList();
 }
 

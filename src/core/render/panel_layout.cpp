@@ -20,6 +20,7 @@ PanelLayout LayoutPanels(int width, int height) {
     l.FriendButton = {l.InfoBox.X + 210, buttonY, 80, kButtonHeight};
     l.WatchButton = {l.InfoBox.X + kInfoWidth - 72, l.InfoBox.Y + 1, 70, kButtonHeight};
     l.ChartButton = l.WatchButton;
+    l.FollowButton = {l.FriendButton.X, buttonY - kButtonHeight - 4, 80, kButtonHeight};
     l.ListPanel = {10, 30, std::min(width - 20, 520), std::max(100, height - 60)};
     for (int tab = 0; tab < 5; ++tab)
         l.Tabs.push_back({l.ListPanel.X + 6 + tab * 102, l.ListPanel.Y + 4, 98, 16});

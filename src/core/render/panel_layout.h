@@ -36,8 +36,9 @@ inline bool AnyPanelOpen(PanelMode m) {
 struct PanelLayout {
     PixelRect InfoBox;
     PixelRect CentreButton, ProfileButton, FriendButton;
-    PixelRect WatchButton; // in a station's title bar
-    PixelRect ChartButton; // in a pilot's title bar, where a station's Watch is
+    PixelRect WatchButton;  // in a station's title bar
+    PixelRect ChartButton;  // in a pilot's title bar, where a station's Watch is
+    PixelRect FollowButton; // above the friend button, while the networks are followed live
     PixelRect ListPanel;
     std::vector<PixelRect> Tabs;    // friends, controllers, pilots, observers, events
     std::vector<PixelRect> Headers; // the column headers above the rows
@@ -65,7 +66,9 @@ struct InfoBoxContent {
     bool IsFriend = false;
     bool Watchable = false; // a station: its title bar has a watch button
     bool Watched = false;
-    bool Chartable = false; // a pilot whose profile can be charted: its title bar has a chart button
+    bool Chartable = false;  // a pilot whose profile can be charted: its title bar has a chart button
+    bool Followable = false; // a pilot followed live: the box has a follow button over its lines' end
+    bool Followed = false;
 };
 
 // One page of the list panel or the airport board: a title, column texts per row, the clients the rows
@@ -79,7 +82,7 @@ struct TableContent {
     bool Descending = false;
     std::vector<QStringList> Rows; // a row of one cell spans the whole width
     std::vector<network::ClientRef>
-        RowClients; // slot 0: a row that stands for no client; below 0: an entry of another list
+        RowClients;         // slot 0: a row that stands for no client; below 0: an entry of another list
     QStringList RowMembers; // the friends page: each row's member number
     QString PageText;
     bool GoButtons = false;   // each client's (or entry's) row ends in a Go button

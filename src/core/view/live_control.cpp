@@ -39,6 +39,7 @@ void LiveControl::SetLive(bool on) {
 void LiveControl::Tick() {
     if (!m_state.Config.Live || m_state.Display.Replaying || !m_state.Downloads.DownloadIdle)
         return;
+    m_panels.AgeInfoBox();
     m_schedule.SetInterval(m_state.Config.LiveSeconds);
     const int shown = m_state.Display.ShownNetwork;
     const std::vector<int> networks = shown == 2 ? std::vector<int>{0, 1} : std::vector<int>{shown};

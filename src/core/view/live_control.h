@@ -30,6 +30,7 @@ public:
 
     // The key and the menu: live on or off, said in the status line; on fetches at the next tick.
     void SetLive(bool on);
+    // Once a second: the networks due are fetched, and an open pilot's box says the age of its report.
     void Tick();
 
     const network::LiveSchedule& Schedule() const { return m_schedule; }

@@ -37,25 +37,26 @@ MapSession::MapSession(Folders files, Settings settings, Friends friends, render
                        const network::FeedAddresses& addresses)
     : m_state(std::move(files), std::move(settings), std::move(friends)), m_gl(gl), m_host(host),
       m_http(http), m_scene(m_state, gl, host),
-      m_panelControl(m_state, m_scene, gl,
-                     {[this](int network, const QString& vid) { OpenProfile(network, vid); },
-                      [this] { SaveFriends(); }, [this](const QString& icao) { return Metar(icao); },
-                      [this](const network::ClientRef& c) { return m_history.Paths(c).RoutePoints; },
-                      [this](const QString& callsign) {
-                          return m_alerts.Watches().Patterns().contains(
-                              alerts::WatchList::Normalised(callsign));
-                      },
-                      [this](const QString& callsign) {
-                          QString problem;
-                          m_scene.SetStatus(m_alerts.ToggleWatch(callsign, problem));
-                          if (!problem.isEmpty())
-                              m_host.Report(problem);
-                      },
-                      [this](const network::ClientRef& c) { GoTo(c); }, [this] { return m_coming.Moment(); },
-                      [this](const QString& callsign) { return MarkPlan(callsign); },
-                      [this](const QString& address) { m_host.OpenUrl(address); },
-                      [this](const network::ClientRef& c) { ChartFlight(c); },
-                      [this](const QString& airport) { ChartAirport(airport); }}),
+      m_panelControl(
+          m_state, m_scene, gl,
+          {[this](int network, const QString& vid) { OpenProfile(network, vid); }, [this] { SaveFriends(); },
+           [this](const QString& icao) { return Metar(icao); },
+           [this](const network::ClientRef& c) { return m_history.Paths(c).RoutePoints; },
+           [this](const QString& callsign) {
+               return m_alerts.Watches().Patterns().contains(alerts::WatchList::Normalised(callsign));
+           },
+           [this](const QString& callsign) {
+               QString problem;
+               m_scene.SetStatus(m_alerts.ToggleWatch(callsign, problem));
+               if (!problem.isEmpty())
+                   m_host.Report(problem);
+           },
+           [this](const network::ClientRef& c) { GoTo(c); }, [this] { return m_coming.Moment(); },
+           [this](const QString& callsign) { return MarkPlan(callsign); },
+           [this](const QString& address) { m_host.OpenUrl(address); },
+           [this](const network::ClientRef& c) { ChartFlight(c); },
+           [this](const QString& airport) { ChartAirport(airport); }, [this] { return m_download.Now(); },
+           [this] { return m_motion.Following(); }, [this] { m_motion.ToggleFollow(); }}),
       m_download(m_state, m_scene, m_panelControl, host, http),
       m_live(m_state, m_scene, m_panelControl, m_download), m_motion(m_state, m_scene),
       m_pointer(m_state, m_scene, m_panelControl, gl),
@@ -253,7 +254,8 @@ bool MapSession::CompanionEnter(const QString& input) {
                                       m_http,
                                       m_state.Config.WeatherServer,
                                       m_download.Now,
-                                      {}};
+                                      {},
+                                      m_state.Config.Live && !m_state.Display.Replaying};
     return m_companion.Enter(input, context);
 }
 
@@ -314,12 +316,11 @@ std::vector<search::SearchResult> MapSession::Search(const QString& text) {
     const int shown = m_state.Display.ShownNetwork;
     const network::ClientTables& tables = m_state.AllTables();
     // The clients are indexed again when the data or the network shown changed.
-    const QString data = m_filters.Text() + u'/' + QString::number(m_namesChanged) + u'/' +
-                         QString::number(shown) + u'/' + tables[0].UpdateStamp + u'/' +
-                         QString::number(tables[0].PilotCount) + u'/' + tables[1].UpdateStamp + u'/' +
-                         QString::number(tables[1].PilotCount) + u'/' + tables[0].LastDownload.toString() +
-                         tables[1].LastDownload.toString() + u'/' +
-                         QString::number(m_state.Coming.PrefilesRevision);
+    const QString data =
+        m_filters.Text() + u'/' + QString::number(m_namesChanged) + u'/' + QString::number(shown) + u'/' +
+        tables[0].UpdateStamp + u'/' + QString::number(tables[0].PilotCount) + u'/' + tables[1].UpdateStamp +
+        u'/' + QString::number(tables[1].PilotCount) + u'/' + tables[0].LastDownload.toString() +
+        tables[1].LastDownload.toString() + u'/' + QString::number(m_state.Coming.PrefilesRevision);
     if (data != m_searchData) {
         m_search.SetClients(tables, shown == 2 ? std::vector<int>{0, 1} : std::vector<int>{shown},
                             m_state.Shown(), &m_state.FriendNames);

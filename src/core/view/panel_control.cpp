@@ -1,6 +1,7 @@
 #include "view/panel_control.h"
 
 #include "coming/whats_on.h"
+#include "geo/text_format.h"
 #include "render/panel_drawing.h"
 #include "view/coming_panels.h"
 #include "view/keys.h"
@@ -152,6 +153,13 @@ void PanelControl::Rebuild() {
         if (c.IsPilot && m_actions.RoutePoints && !data.Pilots[size_t(c.Slot)].DestAirport.isEmpty())
             info.Lines.append(u"Route points found: "_s + QString::number(m_actions.RoutePoints(c)));
         info.Chartable = c.IsPilot && m_actions.ChartFlight;
+        if (LivePilotBox()) {
+            const network::PilotRecord& pilot = data.Pilots[size_t(c.Slot)];
+            info.Lines.append(geo::ReportedText(pilot.Latitude, pilot.Longitude,
+                                                pilot.ReportStamp(data.UpdateStamp), m_actions.LiveNow()));
+            info.Followable = true;
+            info.Followed = m_actions.Following();
+        }
         if (!c.IsPilot && m_actions.IsWatched) {
             info.Watchable = true;
             info.Watched = m_actions.IsWatched(data.Controllers[size_t(c.Slot)].Callsign);
@@ -162,6 +170,19 @@ void PanelControl::Rebuild() {
                              m_actions.Moment ? m_actions.Moment() : QDateTime::currentDateTimeUtc()));
         render::BuildInfoBox(m_gl, m_state.Colours, layout, w, h, info);
     }
+}
+
+bool PanelControl::LivePilotBox() const {
+    return m_state.Config.Live && !m_state.Display.Replaying && m_state.Panels.InfoClient &&
+           m_state.Panels.InfoClient->IsPilot && m_actions.LiveNow && m_actions.Following &&
+           m_actions.ToggleFollow;
+}
+
+void PanelControl::AgeInfoBox() {
+    if (!LivePilotBox())
+        return;
+    Rebuild();
+    m_scene.Redraw();
 }
 
 void PanelControl::ToggleInfoClientFriend() {
@@ -280,6 +301,11 @@ void PanelControl::ClientClick(const PanelHit& hit) {
 
 bool PanelControl::Click(int x, int y) {
     const PanelLayout layout = LayoutPanels(m_state.WidthPx, m_state.HeightPx);
+    if (LivePilotBox() && layout.FollowButton.Contains(x, y)) {
+        m_actions.ToggleFollow();
+        Rebuild();
+        return true;
+    }
     const PanelHit hit = HitTestPanels(layout, m_state.Panels, x, y);
     PanelState& p = m_state.Panels;
     switch (hit.Kind) {

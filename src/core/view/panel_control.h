@@ -38,6 +38,10 @@ public:
         // The chart buttons (shown only where these are given): a pilot's profile, an airport's movements.
         std::function<void(const ClientRef&)> ChartFlight;
         std::function<void(const QString& airport)> ChartAirport;
+        // Live: a pilot's box says how old its position is (by this clock) and has a follow button.
+        std::function<QDateTime()> LiveNow;
+        std::function<bool()> Following;
+        std::function<void()> ToggleFollow;
     };
     PanelControl(MapState& state, SceneControl& scene, render::GlApi& gl, Actions actions);
 
@@ -66,12 +70,15 @@ public:
     void RecordAgain() { Rebuild(); }
     // The page of the open list or board as it shows; empty when neither is open.
     TableContent ShownTable();
+    // A live pilot's box again, with the age of its position now.
+    void AgeInfoBox();
     // The info box closes when its client is no longer selected; true when it was open.
     bool CloseInfoBox();
 
 private:
     void Show();
     void Rebuild();
+    bool LivePilotBox() const;
     TableContent Table(int rowsPerPage, int pageIndex) const; // the open list's or board's page
     void ClientClick(const PanelHit& hit);
     void PrefileClick(const PanelHit& hit);

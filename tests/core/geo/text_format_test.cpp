@@ -1,5 +1,7 @@
 #include "geo/text_format.h"
 
+#include <QTimeZone>
+
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
@@ -54,6 +56,21 @@ TEST(OnlineTime, WholeMinutesFromLogonToTheDataTime) {
         EXPECT_EQ(OnlineTime(QStringView(row.logon), QStringView(row.update)),
                   QString::fromUtf16(row.expected));
     }
+}
+
+TEST(ReportedText, TheAgeInSecondsThenMinutes) {
+    const QDateTime now(QDate(2026, 11, 21), QTime(14, 23, 5), QTimeZone::utc());
+    const struct {
+        const char16_t *stamp, *expected;
+    } rows[] = {
+        {u"20261121142253", u"Reported 12 s ago at N50°30.0' W000°27.0'"},
+        {u"20261121142106", u"Reported 119 s ago at N50°30.0' W000°27.0'"},
+        {u"20261121141805", u"Reported 5 min ago at N50°30.0' W000°27.0'"},
+        {u"20261121142306", u"Reported 0 s ago at N50°30.0' W000°27.0'"}, // after now
+        {u"2026112114230x", u"Reported at N50°30.0' W000°27.0'"},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(ReportedText(50.5f, -0.45f, QStringView(row.stamp), now), QString::fromUtf16(row.expected));
 }
 
 } // namespace

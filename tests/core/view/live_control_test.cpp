@@ -4,10 +4,12 @@
 
 #include <QJsonDocument>
 #include <QTemporaryDir>
+#include <QTimeZone>
 
 #include <gtest/gtest.h>
 
 #include "network/live_schedule.h"
+#include "render/list_numbers.h"
 #include "view/aircraft_motion.h"
 #include "view/demo_live_feed.h"
 #include "testing/fakes.h"
@@ -193,8 +195,20 @@ TEST(LiveControl, FollowsTheFeedAtItsIntervalAndKeepsTheSelection) {
     EXPECT_EQ(network::Summarise(session.Tables(), *session.Selected()).Callsign, u"N123AB");
     EXPECT_EQ(session.PanelController().Mode(), PanelMode::InfoBox); // its box stays open
 
-    // F follows it (110 kt east) as it moves, until the map is moved another way.
-    session.KeyUp(keys::Letter('F'), 0);
+    // Its box says where and how long ago it reported; its Follow button follows it (110 kt east) as it
+    // moves, until the map is moved another way; F does the same.
+    const auto clock = session.Downloader().Now;
+    session.Downloader().Now = [] {
+        return QDateTime(QDate(2026, 11, 21), QTime(14, 23, 13), QTimeZone::utc());
+    };
+    session.Live().Tick();
+    const auto box = [&] { return render::RecordingGl::PrintedText(gl.List(render::lists::kInfoBox)); };
+    EXPECT_NE(box().find("Reported 12 s ago at N40"), std::string::npos) << box();
+    const render::PixelRect follow =
+        LayoutPanels(session.State().WidthPx, session.State().HeightPx).FollowButton;
+    session.Pointer().Click(follow.X + 1, follow.Y + 1);
+    EXPECT_TRUE(session.Motion().Following());
+    EXPECT_NE(box().find("Unfollow"), std::string::npos);
     const float followedX = session.View().ViewX;
     nowMs += 10000;
     EXPECT_TRUE(session.Motion().Step());
@@ -203,6 +217,13 @@ TEST(LiveControl, FollowsTheFeedAtItsIntervalAndKeepsTheSelection) {
     session.Scene().SetView({0, 0, 1});
     session.Motion().Step();
     EXPECT_FALSE(session.Motion().Following());
+    session.KeyUp(keys::Letter('F'), 0);
+    EXPECT_TRUE(session.Motion().Following());
+    // The Companion says the same of it.
+    session.CompanionEnter(u"info N123AB"_s);
+    EXPECT_TRUE(session.Companion().PaneText().endsWith(u" Reported 12 s ago at N40°36.0' W073°54.0'\r\n"_s))
+        << session.Companion().PaneText().right(200).toStdString();
+    session.Downloader().Now = clock;
 
     // Failures: the mark, no dialog, tries after 30 s and 60 s; the data shown stay; then it recovers.
     http.Answers.erase(kFeed);
