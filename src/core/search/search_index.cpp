@@ -12,27 +12,20 @@ namespace sky::search {
 namespace {
 
 // How well an entry matches, smaller is better; kNone not at all.
-enum Rank {
-    kExact,
-    kPrefix,
-    kOtherExact,
-    kCodePrefix,
-    kWholeWords,
-    kWordPrefixes,
-    kInside,
-    kNone
-};
+enum Rank { kExact, kPrefix, kOtherExact, kCodePrefix, kWholeWords, kWordPrefixes, kInside, kNone };
 
-// True when every word typed begins some word of the entry; whole tells whether they all are whole.
-bool WordsMatch(const QStringList& typed, const QStringList& words, bool& whole) {
+// True when every word typed begins some word of the entry's folded text; whole tells whether they all
+// are whole words.
+bool WordsMatch(const QStringList& typed, QStringView folded, bool& whole) {
     whole = true;
     for (const QString& t : typed) {
         bool found = false, exact = false;
-        for (const QString& w : words) {
-            if (w.startsWith(t)) {
-                found = true;
-                exact = exact || w.size() == t.size();
-            }
+        for (qsizetype at = folded.indexOf(t); at >= 0; at = folded.indexOf(t, at + 1)) {
+            if (at > 0 && folded[at - 1] != u' ')
+                continue; // inside a word
+            found = true;
+            const qsizetype end = at + t.size();
+            exact = exact || end == folded.size() || folded[end] == u' ';
         }
         if (!found)
             return false;
@@ -52,16 +45,21 @@ void SearchIndex::SetPlaces(const ReferenceData& reference) {
     m_places.clear();
     m_places.reserve(size_t(reference.Airports().size() + reference.FirCentres().size()));
     for (const Airport& a : reference.Airports()) {
-        SearchResult r{ResultKind::Airport, {}, a.Icao,
+        SearchResult r{ResultKind::Airport,
+                       {},
+                       a.Icao,
                        a.Icao + u"  "_s + a.Name + (a.City.isEmpty() ? QString() : u", "_s + a.City) +
                            (a.Iata.isEmpty() ? QString() : u" ("_s + a.Iata + u')'),
-                       -1, a.Latitude, a.Longitude};
-        m_places.push_back({r, CodeKey(a.Icao), CodeKey(a.Iata), Words(Fold(a.Name + u' ' + a.City))});
+                       -1,
+                       a.Latitude,
+                       a.Longitude};
+        m_places.push_back({r, CodeKey(a.Icao), CodeKey(a.Iata), Fold(a.Name + u' ' + a.City)});
     }
     for (const FirCentre& f : reference.FirCentres()) {
-        SearchResult r{ResultKind::Fir, {}, f.Identifier, f.Identifier + u"  "_s + f.Name + u" (FIR)"_s, -1,
-                       f.Latitude, f.Longitude};
-        m_places.push_back({r, CodeKey(f.Identifier), QString(), Words(Fold(f.Name))});
+        SearchResult r{
+            ResultKind::Fir, {},         f.Identifier, f.Identifier + u"  "_s + f.Name + u" (FIR)"_s, -1,
+            f.Latitude,      f.Longitude};
+        m_places.push_back({r, CodeKey(f.Identifier), QString(), Fold(f.Name)});
     }
 }
 
@@ -87,18 +85,19 @@ void SearchIndex::SetClients(const network::ClientTables& tables, const std::vec
                            n,
                            c.DisplayLatitude,
                            c.DisplayLongitude};
-            m_clients.push_back({r, CodeKey(c.Callsign), CodeKey(c.VID), Words(Fold(name))});
+            m_clients.push_back({r, CodeKey(c.Callsign), CodeKey(c.VID), Fold(name)});
         }
         for (int slot = 1; slot <= data.PilotCount; ++slot) {
             const network::PilotRecord& p = data.Pilots[size_t(slot)];
             if (!shown.Shows(p))
                 continue;
             const QString name = person(p.RealName, p.VID);
-            const QString route = p.DestAirport.isEmpty() ? QString() : u"  "_s + p.DepAirport + u'-' + p.DestAirport;
+            const QString route =
+                p.DestAirport.isEmpty() ? QString() : u"  "_s + p.DepAirport + u'-' + p.DestAirport;
             SearchResult r{
                 ResultKind::Client, {n, true, slot}, p.Callsign, p.Callsign + u"  "_s + name + route, n,
                 p.Latitude,         p.Longitude};
-            m_clients.push_back({r, CodeKey(p.Callsign), CodeKey(p.VID), Words(Fold(name))});
+            m_clients.push_back({r, CodeKey(p.Callsign), CodeKey(p.VID), Fold(name)});
             m_busyAirports.insert(p.DepAirport.toUpper());
             m_busyAirports.insert(p.DestAirport.toUpper());
         }
@@ -117,7 +116,7 @@ void SearchIndex::SetPrefiles(const std::vector<network::Prefile>& prefiles, con
                        1,
                        departure ? departure->Latitude : 0.0f,
                        departure ? departure->Longitude : 0.0f};
-        m_prefiles.push_back({r, CodeKey(f.Callsign), CodeKey(f.Member), Words(Fold(f.Name))});
+        m_prefiles.push_back({r, CodeKey(f.Callsign), CodeKey(f.Member), Fold(f.Name)});
     }
 }
 
@@ -144,7 +143,7 @@ std::vector<SearchResult> SearchIndex::Find(const QString& query, int limit) con
             return flight ? kPrefix : kCodePrefix;
         if (joined.size() >= 3 && !e.OtherKey.isEmpty() && e.OtherKey.startsWith(joined))
             return kCodePrefix;
-        if (WordsMatch(typedWords, e.Words, whole))
+        if (WordsMatch(typedWords, e.Folded, whole))
             return whole ? kWholeWords : kWordPrefixes;
         if (joined.size() >= 2 && flight && e.Key.contains(joined))
             return kInside;
@@ -154,7 +153,9 @@ std::vector<SearchResult> SearchIndex::Find(const QString& query, int limit) con
         for (const Entry& e : *list) {
             const int rank = rate(e);
             if (rank != kNone)
-                hits.push_back({rank, e.Result.Kind == ResultKind::Airport && !m_busyAirports.contains(e.Result.Code), &e});
+                hits.push_back(
+                    {rank, e.Result.Kind == ResultKind::Airport && !m_busyAirports.contains(e.Result.Code),
+                     &e});
         }
     }
     const auto better = [](const Hit& a, const Hit& b) {

@@ -13,7 +13,7 @@
 namespace sky {
 class KeyedLines;
 class ReferenceData;
-}
+} // namespace sky
 
 namespace sky::search {
 
@@ -54,9 +54,9 @@ public:
 private:
     struct Entry {
         SearchResult Result;
-        QString Key;       // the folded callsign or code
-        QString OtherKey;  // the member number or IATA code
-        QStringList Words; // the folded words of the name, city or FIR name
+        QString Key;      // the folded callsign or code
+        QString OtherKey; // the member number or IATA code
+        QString Folded;   // the name, city or FIR name folded: its words one blank apart
     };
 
     std::vector<Entry> m_clients;
