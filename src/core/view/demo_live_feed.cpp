@@ -31,9 +31,33 @@ network::FetchResult DemoLiveFeed::FetchIfChanged(const QString& url, const netw
         return {true, {}, {}, true, version};
     QJsonObject root = QJsonDocument::fromJson(m_start).object();
     const double flownS = double(step * kStepMs) / 1000.0;
+    // The feed's time: the moment of this step, in UTC. Every client logged on as long before it as
+    // before the shipped data's time, and every pilot reported at it.
+    const QDateTime moment = QDateTime::fromMSecsSinceEpoch(m_startMs + step * kStepMs, Qt::UTC);
+    QJsonObject general = root.value(u"general"_s).toObject();
+    const QDateTime shipped =
+        QDateTime::fromString(general.value(u"update_timestamp"_s).toString(), Qt::ISODate);
+    const qint64 shiftS = shipped.isValid() ? shipped.secsTo(moment) : 0;
+    const auto shiftLogon = [&](QJsonObject& client) {
+        const QDateTime logon = QDateTime::fromString(client.value(u"logon_time"_s).toString(), Qt::ISODate);
+        if (logon.isValid())
+            client.insert(u"logon_time"_s, logon.addSecs(shiftS).toUTC().toString(Qt::ISODate));
+    };
+    for (const QString& list : {u"controllers"_s, u"atis"_s}) {
+        QJsonArray clients = root.value(list).toArray();
+        for (qsizetype i = 0; i < clients.size(); ++i) {
+            QJsonObject c = clients[i].toObject();
+            shiftLogon(c);
+            clients[i] = c;
+        }
+        root.insert(list, clients);
+    }
     QJsonArray pilots = root.value(u"pilots"_s).toArray();
     for (qsizetype i = 0; i < pilots.size(); ++i) {
         QJsonObject p = pilots[i].toObject();
+        shiftLogon(p);
+        p.insert(u"last_updated"_s, moment.toString(Qt::ISODate));
+        pilots[i] = p;
         const double speedKt = p.value(u"groundspeed"_s).toVariant().toDouble();
         if (speedKt <= kMovingKt)
             continue;
@@ -46,9 +70,6 @@ network::FetchResult DemoLiveFeed::FetchIfChanged(const QString& url, const netw
         pilots[i] = p;
     }
     root.insert(u"pilots"_s, pilots);
-    // The feed's time: the moment of this step, in UTC.
-    const QDateTime moment = QDateTime::fromMSecsSinceEpoch(m_startMs + step * kStepMs, Qt::UTC);
-    QJsonObject general = root.value(u"general"_s).toObject();
     general.insert(u"update"_s, moment.toString(u"yyyyMMddHHmmss"_s));
     general.insert(u"update_timestamp"_s, moment.toString(Qt::ISODate));
     root.insert(u"general"_s, general);

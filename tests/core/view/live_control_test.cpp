@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include <QJsonDocument>
+#include <QJsonObject>
 #include <QTemporaryDir>
 #include <QTimeZone>
 
@@ -130,7 +131,10 @@ TEST(DemoLiveFeed, AdvancesTheDemoEveryFifteenSeconds) {
     nowMs += 1;
     const FetchResult next = feed.FetchIfChanged(demo, first.Version);
     EXPECT_EQ(network::FeedStampOf(next.Body), u"2027-01-15T08:00:15Z");
-    const auto lonOf = [](const QByteArray& body) { // of DLH123, 452 kt west
+    const QJsonObject dlh = QJsonDocument::fromJson(next.Body)[u"pilots"_s][0].toObject();
+    EXPECT_EQ(dlh[u"last_updated"_s].toString(), u"2027-01-15T08:00:15Z");
+    EXPECT_EQ(dlh[u"logon_time"_s].toString(), u"2027-01-15T05:55:09Z"); // 2h 05m 05.4s before, as shipped
+    const auto lonOf = [](const QByteArray& body) {                      // of DLH123, 452 kt west
         return QJsonDocument::fromJson(body)[u"pilots"_s][0][u"longitude"_s].toDouble();
     };
     EXPECT_NEAR(lonOf(next.Body) - lonOf(first.Body),
