@@ -14,27 +14,21 @@ class Coming : public Gui {
 protected:
     // The map at EDDF after these keys: its snapshot, and the open panel's text.
     std::pair<QImage, QString> Show(const QString& keys) {
-        const QString shot = m_home.filePath(u"coming-%1.png"_s.arg(++m_runs));
-        QProcess program;
-        program.start(kBuild + u"/skylantra"_s,
-                      {u"--home"_s, m_home.path(), u"--demo"_s, u"--download"_s, u"vatsim"_s, u"--view"_s,
-                       u"8.5706,50.0333,12"_s, u"--keys"_s, keys, u"--snapshot"_s, shot, u"--print-panel"_s});
-        EXPECT_TRUE(program.waitForFinished(60000));
-        if (const QString keep = qEnvironmentVariable("SKYLANTRA_SNAPSHOT_DIR"); !keep.isEmpty())
-            QFile::copy(shot, QDir(keep).filePath(QFileInfo(shot).fileName()));
-        return {QImage(shot).convertToFormat(QImage::Format_RGB32),
-                QString::fromUtf8(program.readAllStandardOutput())};
+        QString panel;
+        const QImage shot = Snapshot({u"--demo"_s, u"--download"_s, u"vatsim"_s, u"--view"_s,
+                                      u"8.5706,50.0333,12"_s, u"--keys"_s, keys, u"--print-panel"_s},
+                                     {}, &panel);
+        return {shot.convertToFormat(QImage::Format_RGB32), panel};
     }
-    int m_runs = 0;
 };
 
 TEST_F(Coming, TheBoardTheEventsPageAndTheMapShowWhatIsComing) {
     const auto [board, boardText] = Show(u"click 411 300"_s); // the number of EDDF's parked aircraft
     EXPECT_TRUE(boardText.contains(u"Event: Rhine Valley Evening Rush, until 1700Z\n"_s))
         << boardText.toStdString();
-    EXPECT_TRUE(boardText.contains(u"EDDF_TWR|booked 1330-1530Z|online|\n"_s));
+    // The rows' forms are the services' test's; here the demo's bookings and prefiles reach the board.
     EXPECT_TRUE(boardText.contains(u"EDDF_DEL|booked 1400-1600Z|not online|training\n"_s));
-    EXPECT_TRUE(boardText.contains(u"KAL4523|to KSEA|Departing|0 nm\nBAW4469|to SAEZ|filed|dep 1510Z\n"_s));
+    EXPECT_TRUE(boardText.contains(u"BAW4469|to SAEZ|filed|dep 1510Z\n"_s));
     const auto [events, eventsText] = Show(u"L;Down;Down"_s);
     EXPECT_TRUE(eventsText.contains(u"now|Rhine Valley Evening Rush|1300-1700Z|EDDF EDDM\n"_s))
         << eventsText.toStdString();

@@ -57,12 +57,10 @@ TEST_F(Gui, AHoverCardShowsAfterAPauseAndAClickInTheTitleStripNeverReachesTheMap
     Xdotool({u"mousemove"_s, u"--window"_s, window, u"150"_s, u"480"_s});
     QThread::msleep(300);
     EXPECT_LT(BlackIn(Grab(window), card), 300) << "the card stayed";
-    Xdotool({u"mousemove"_s, u"--window"_s, window, u"400"_s, u"300"_s, u"click"_s, u"1"_s});
-    QThread::msleep(400);
+    Click(window, 400, 300, 400);
     EXPECT_GT(BlackIn(Grab(window), kInfoBox), 50000) << "the aircraft's info box did not open";
     Keys(window, {u"Escape"_s});
-    Xdotool({u"mousemove"_s, u"--window"_s, window, u"300"_s, u"10"_s, u"click"_s, u"1"_s});
-    QThread::msleep(400);
+    Click(window, 300, 10, 400);
     // The press in the caption does not click on the map where the last press was.
     EXPECT_LT(BlackIn(Grab(window), kInfoBox), 5000);
     ASSERT_TRUE(CloseAndWait(program, window));

@@ -87,19 +87,23 @@ public:
     }
 
     // Runs the program to its end with these arguments and environment variables ("NAME=value") and a
-    // snapshot of its first frame; the snapshot.
-    QImage Snapshot(const QStringList& arguments, const QStringList& environment = {}) {
+    // snapshot of its first frame; the snapshot, and what it printed in printed when asked.
+    QImage Snapshot(const QStringList& arguments, const QStringList& environment = {},
+                    QString* printed = nullptr) {
         const QString path = m_home.filePath(u"shot.png"_s);
         QFile::remove(path);
         QProcess process;
-        process.setProcessChannelMode(QProcess::ForwardedChannels);
+        process.setProcessChannelMode(printed ? QProcess::ForwardedErrorChannel
+                                              : QProcess::ForwardedChannels);
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         for (const QString& pair : environment)
             env.insert(pair.section(u'=', 0, 0), pair.section(u'=', 1));
         process.setProcessEnvironment(env);
         process.start(kBuild + u"/skylantra"_s, QStringList{u"--home"_s, m_home.path()} + arguments +
                                                     QStringList{u"--snapshot"_s, path});
-        EXPECT_TRUE(process.waitForFinished(60000) && process.exitCode() == 0);
+        EXPECT_TRUE(process.waitForFinished(90000) && process.exitCode() == 0);
+        if (printed)
+            *printed = QString::fromUtf8(process.readAllStandardOutput());
         // SKYLANTRA_SNAPSHOT_DIR keeps every snapshot, named after its test, to be looked at.
         const QString keep = qEnvironmentVariable("SKYLANTRA_SNAPSHOT_DIR");
         if (!keep.isEmpty()) {
@@ -108,6 +112,17 @@ public:
                 path, QDir(keep).filePath(QString::fromUtf8(test->name()) + u"-%1.png"_s.arg(++m_snapshots)));
         }
         return QImage(path);
+    }
+
+    // What the terminal Companion on this home, with these arguments, answers to this typed input.
+    QString Console(const QStringList& arguments, const QByteArray& input) {
+        QProcess console;
+        console.start(kBuild + u"/skylantra"_s,
+                      QStringList{u"--home"_s, m_home.path(), u"--console"_s} + arguments);
+        console.write(input);
+        console.closeWriteChannel();
+        EXPECT_TRUE(console.waitForFinished(60000));
+        return QString::fromUtf8(console.readAllStandardOutput());
     }
 
     // Values of the settings file the program wrote, the keys and the values blank-separated.
@@ -164,6 +179,18 @@ public:
         Xdotool({u"mousemove"_s, u"--window"_s, window, QString::number(Geometry(window).width() - 5), u"8"_s,
                  u"click"_s, u"1"_s});
         return program.waitForFinished(20000) && program.exitCode() == 0;
+    }
+
+    // A click at this point of a window, and a pause for what it opens.
+    static void Click(const QString& window, int x, int y, int pauseMs = 600) {
+        Xdotool({u"mousemove"_s, u"--window"_s, window, QString::number(x), QString::number(y), u"click"_s,
+                 u"1"_s});
+        QThread::msleep(pauseMs);
+    }
+    // Types a text into the window that has the focus.
+    static void Type(const QString& text) {
+        Xdotool({u"type"_s, u"--delay"_s, u"60"_s, text});
+        QThread::msleep(300);
     }
 
     static void Keys(const QString& window, const QStringList& keys) {

@@ -23,10 +23,6 @@ protected:
                 CountNear(shot, kIvao, 40, QRect(380, 80, 60, 200))};
     }
     QStringList View() const { return {u"--view"_s, u"10,51,8"_s}; }
-    void Select(const QString& window) {
-        Xdotool({u"mousemove"_s, u"--window"_s, window, u"400"_s, u"300"_s, u"click"_s, u"1"_s});
-        QThread::msleep(500);
-    }
 };
 
 TEST_F(History, ThreeDownloadsDrawTheSelectedAircraftsTrailAndRouteAndARestartKeepsThem) {
@@ -39,7 +35,7 @@ TEST_F(History, ThreeDownloadsDrawTheSelectedAircraftsTrailAndRouteAndARestartKe
         Keys(window, {u"i"_s});
         QThread::msleep(1000);
     }
-    Select(window);
+    Click(window, 400, 300, 500);
     const QImage shot = Grab(window);
     if (!qEnvironmentVariableIsEmpty("SKYLANTRA_SNAPSHOT_DIR"))
         shot.save(QDir(qEnvironmentVariable("SKYLANTRA_SNAPSHOT_DIR")).filePath(u"history-trail.png"_s));
@@ -52,7 +48,7 @@ TEST_F(History, ThreeDownloadsDrawTheSelectedAircraftsTrailAndRouteAndARestartKe
     QProcess again;
     window = Start(again, feed + View());
     ASSERT_FALSE(window.isEmpty());
-    Select(window);
+    Click(window, 400, 300, 500);
     EXPECT_GT(TrailAndRoute(Grab(window)).first, 60) << "the trail was forgotten";
     ASSERT_TRUE(CloseAndWait(again, window));
 

@@ -16,8 +16,7 @@ QString Flight(const QString& callsign, double lat, double lon) {
 // Types into the search field and takes the first match; then stores the view the map moved to.
 void SearchAndStore(const QString& window, const QString& text) {
     Gui::Keys(window, {u"ctrl+f"_s});
-    Gui::Xdotool({u"type"_s, u"--delay"_s, u"60"_s, text});
-    QThread::msleep(300);
+    Gui::Type(text);
     Gui::Keys(window, {u"Return"_s});
     QThread::msleep(400);
 }

@@ -36,13 +36,8 @@ TEST_F(Gui, TheWeatherLayerColoursAnAirportsDotByItsFlightCategory) {
     // On from the start; the list as kept, though the service now says otherwise.
     server.Serve(u"metars.txt"_s, "EGLL 211450Z 24010KT CAVOK 08/03 Q1012\n");
     settings("1");
-    QProcess program;
-    program.start(kBuild + u"/skylantra"_s,
-                  QStringList{u"--home"_s, m_home.path()} + feed +
-                      QStringList{u"--keys"_s, u"click 400 300"_s, u"--print-panel"_s, u"--snapshot"_s,
-                                  m_home.filePath(u"board.png"_s)});
-    ASSERT_TRUE(program.waitForFinished(60000));
-    const QString board = QString::fromUtf8(program.readAllStandardOutput());
+    QString board;
+    Snapshot(feed + QStringList{u"--keys"_s, u"click 400 300"_s, u"--print-panel"_s}, {}, &board);
     EXPECT_TRUE(board.contains(u"METAR EGLL 211400Z 24010KT 3000 BR OVC006 08/07 Q1002\nFlight category IFR\n"
                                u"Runways: arr 27L, dep 27R\n"_s))
         << board.toStdString();
