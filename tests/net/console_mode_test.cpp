@@ -6,7 +6,6 @@
 #include <QSqlQuery>
 #include <QTemporaryDir>
 #include <QThread>
-#include <QUrl>
 
 #include <gtest/gtest.h>
 
@@ -36,59 +35,31 @@ std::pair<QString, QString> RunConsole(const QString& home, const QStringList& a
             QString::fromUtf8(console.readAllStandardError())};
 }
 
-// The Companion in a terminal, on the demo feed (given as a status file, so the weather comes from
-// the settings' server, a local one, and not from the demo's reports).
-TEST(ConsoleMode, AnswersFromTheDemoFeedAndTheWeatherServer) {
-    sky::testing::LocalHttpServer weather;
-    ASSERT_TRUE(weather.IsRunning());
-    QDir(weather.Folder().path()).mkpath(u"data/observations/metar/stations"_s);
-    weather.Serve(u"data/observations/metar/stations/EDDF.TXT"_s,
-                  "2026/11/21 14:20\nEDDF 211420Z 24010KT CAVOK 08/03 Q1012\n");
-    QTemporaryDir home;
-    const QByteArray settings =
-        "[Network]\nWeatherServer=" + weather.Url(QString()).chopped(1).toUtf8() + "\n";
-    ASSERT_TRUE(sky::WriteFileMakingFolder(home.filePath(u"skln.ini"_s), settings).Ok);
-
-    const QString out =
-        RunConsole(home.path(),
-                   {u"--ivao-status"_s, QUrl::fromLocalFile(kDemo + u"ivao/status.txt"_s).toString(),
-                    u"--download"_s, u"ivao"_s},
-                   "stat\nfp SAS4045\nmetar EDDF\nmetar KJFK\nhello\ndist EDDF KJFK\n")
-            .first;
-    EXPECT_TRUE(out.startsWith(
-        u"Welcome to the Skylantra Companion\n Refer to companion.txt for list of functions\n"_s));
-    EXPECT_TRUE(out.contains(
-        u"> stat\nIVAO data of 1423Z - 1164 clients\n (246 ATC, 900 planes, 18 observers)\n\n"_s))
-        << out.left(400).toStdString();
-    EXPECT_TRUE(out.contains(u"> fp SAS4045\n(FPL-SAS4045-IG\n-E195\n-KATL0930\n"_s));
-    EXPECT_TRUE(out.contains(u"> metar EDDF\nEDDF 211420Z 24010KT CAVOK 08/03 Q1012\n\n"_s));
-    EXPECT_TRUE(out.contains(u"> metar KJFK\nNo METAR for KJFK\n"_s));
-    EXPECT_FALSE(out.contains(u"hello"_s));
-    EXPECT_TRUE(out.contains(u"Distance: 3341.73 nm"_s));
-    // The terminal never writes the settings.
-    EXPECT_EQ(sky::ReadWholeFile(home.filePath(u"skln.ini"_s)), settings);
-}
-
 // Both networks' JSON feeds over 127.0.0.1: VATSIM's at the address the settings give, IVAO's named by a
-// status file given on the command line; a download that brings nothing says why on standard error.
-TEST(ConsoleMode, ReadsTheJsonFeedsOfBothNetworksAndSaysWhyThereIsNoData) {
+// status file given on the command line; a download that brings nothing says why on standard error. The
+// weather comes from the settings' server, the same local one; the terminal never writes the settings.
+TEST(ConsoleMode, ReadsTheJsonFeedsOfBothNetworksAndTheWeatherServerAndSaysWhyThereIsNoData) {
     sky::testing::LocalHttpServer server;
     ASSERT_TRUE(server.IsRunning());
+    QDir(server.Folder().path()).mkpath(u"data/observations/metar/stations"_s);
+    server.Serve(u"data/observations/metar/stations/EDDF.TXT"_s,
+                 "2026/11/21 14:20\nEDDF 211420Z 24010KT CAVOK 08/03 Q1012\n");
     for (const QString& name :
          {u"vatsim/vatsim-data.json"_s, u"vatsim/transceivers-data.json"_s, u"ivao/whazzup.json"_s})
         server.Serve(name.section(u'/', 1), sky::ReadWholeFile(kDemo + name).value_or(QByteArray()));
     server.Serve(u"ivao-status.txt"_s, "json3=whazzup.json\n\n\n\n\n");
     QTemporaryDir home;
     const auto run = [&](const QString& vatsimJson, const QString& network, const QByteArray& input) {
-        EXPECT_TRUE(
-            sky::WriteFileMakingFolder(home.filePath(u"skln.ini"_s),
-                                       (u"[Network]\nVATSIMJsonURL="_s + vatsimJson +
-                                        u"\nVATSIMStatusURL="_s + server.Url(u"no-status.txt"_s) + u"\n"_s)
-                                           .toUtf8())
-                .Ok);
-        return RunConsole(home.path(),
-                          {u"--ivao-status"_s, server.Url(u"ivao-status.txt"_s), u"--download"_s, network},
-                          input);
+        const QByteArray settings = (u"[Network]\nVATSIMJsonURL="_s + vatsimJson + u"\nVATSIMStatusURL="_s +
+                                     server.Url(u"no-status.txt"_s) + u"\nWeatherServer="_s +
+                                     server.Url(QString()).chopped(1) + u"\n"_s)
+                                        .toUtf8();
+        EXPECT_TRUE(sky::WriteFileMakingFolder(home.filePath(u"skln.ini"_s), settings).Ok);
+        const auto said = RunConsole(
+            home.path(), {u"--ivao-status"_s, server.Url(u"ivao-status.txt"_s), u"--download"_s, network},
+            input);
+        EXPECT_EQ(sky::ReadWholeFile(home.filePath(u"skln.ini"_s)), settings);
+        return said;
     };
     const auto [vatsim, progress] =
         run(server.Url(u"vatsim-data.json"_s), u"vatsim"_s, "stat\natis LFPO_ATIS\nrwy LFPO\nrwy eddw\n");
@@ -101,9 +72,15 @@ TEST(ConsoleMode, ReadsTheJsonFeedsOfBothNetworksAndSaysWhyThereIsNoData) {
     EXPECT_TRUE(progress.contains(u"VATSIM data interpreted"_s) ||
                 progress.contains(u"VATSIM data of 1423Z displayed"_s))
         << progress.toStdString();
-    const QString ivao = run(QString(), u"ivao"_s, "stat\nfp SAS4045\n").first;
-    EXPECT_TRUE(ivao.contains(u"IVAO data of 1423Z - 1164 clients"_s)) << ivao.toStdString();
+    const QString ivao = run(QString(), u"ivao"_s, "stat\nfp SAS4045\nmetar EDDF\nmetar KJFK\n").first;
+    EXPECT_TRUE(ivao.startsWith(
+        u"Welcome to the Skylantra Companion\n Refer to companion.txt for list of functions\n"_s));
+    EXPECT_TRUE(
+        ivao.contains(u"> stat\nIVAO data of 1423Z - 1164 clients\n (246 ATC, 900 planes, 18 observers)\n"_s))
+        << ivao.toStdString();
     EXPECT_TRUE(ivao.contains(u"(FPL-SAS4045-IG\n-E195\n-KATL0930\n"_s));
+    EXPECT_TRUE(ivao.contains(u"> metar EDDF\nEDDF 211420Z 24010KT CAVOK 08/03 Q1012\n\n"_s));
+    EXPECT_TRUE(ivao.contains(u"> metar KJFK\nNo METAR for KJFK\n"_s));
     const auto [silence, failure] = run(u"http://127.0.0.1:1/vatsim-data.json"_s, u"vatsim"_s, "stat\n");
     EXPECT_FALSE(silence.contains(u"> stat"_s)); // no data: a data command answers nothing
     EXPECT_TRUE(failure.contains(u"Could not contact server"_s)) << failure.toStdString();
@@ -156,21 +133,14 @@ TEST(ConsoleMode, LiveFollowsTheFeedAndStatAnswersFromTheNewestData) {
     EXPECT_TRUE(console.waitForFinished(20000) && console.exitCode() == 0);
 }
 
-// With the demo the weather comes from the bundled reports: offline, as the traffic is.
-TEST(ConsoleMode, TheDemoAnswersWeatherFromItsOwnReports) {
-    QTemporaryDir home;
-    const QString out = RunConsole(home.path(), {u"--demo"_s}, "metar EDDF\ntaf EGLL\n").first;
-    EXPECT_TRUE(out.contains(u"> metar EDDF\nEDDF 211423Z"_s)) << out.toStdString();
-    EXPECT_TRUE(out.contains(u"> taf EGLL\nTAF EGLL 211100Z"_s)) << out.toStdString();
-}
-
 // Two terminals at once on one home: every watch either confirmed is kept, and each keeps its download
-// in the one history file. A history that refuses the download says so on standard error.
+// in the one history file. A history that refuses the download says so on standard error. With the
+// demo the weather comes from the bundled reports: offline, as the traffic is.
 TEST(ConsoleMode, TwoTerminalsOnOneHomeKeepEveryWatchAndEveryDownload) {
     QTemporaryDir home;
     QProcess terminals[2];
     for (int t = 0; t < 2; ++t) {
-        QByteArray input;
+        QByteArray input = t == 0 ? "metar EDDF\ntaf EGLL\n" : "";
         for (int i = 0; i < 40; ++i)
             input += "watch T" + QByteArray::number(t) + "N" + QByteArray::number(i) + "_*\n";
         terminals[t].start(kBuild + u"/skylantra"_s, {u"--console"_s, u"--home"_s, home.path(), u"--demo"_s,
@@ -178,10 +148,14 @@ TEST(ConsoleMode, TwoTerminalsOnOneHomeKeepEveryWatchAndEveryDownload) {
         terminals[t].write(input);
         terminals[t].closeWriteChannel();
     }
-    for (QProcess& terminal : terminals) {
-        ASSERT_TRUE(terminal.waitForFinished(60000));
-        EXPECT_TRUE(terminal.readAllStandardOutput().contains("Watching T"));
+    QString out[2];
+    for (int t = 0; t < 2; ++t) {
+        ASSERT_TRUE(terminals[t].waitForFinished(60000));
+        out[t] = QString::fromUtf8(terminals[t].readAllStandardOutput());
+        EXPECT_TRUE(out[t].contains(u"Watching T"_s));
     }
+    EXPECT_TRUE(out[0].contains(u"> metar EDDF\nEDDF 211423Z"_s)) << out[0].toStdString();
+    EXPECT_TRUE(out[0].contains(u"> taf EGLL\nTAF EGLL 211100Z"_s)) << out[0].toStdString();
     const QByteArray watched = sky::ReadWholeFile(home.filePath(u"data/watch.dat"_s)).value_or(QByteArray());
     EXPECT_EQ(watched.count('\n'), 80) << watched.toStdString();
     {

@@ -6,7 +6,6 @@
 
 #include "local_download.h"
 #include "network/whazzup_lines.h"
-#include "testing/gzip.h"
 
 #include "local_http_server.h"
 
@@ -14,8 +13,6 @@ using namespace Qt::StringLiterals;
 
 namespace sky::net {
 namespace {
-
-using sky::testing::Gzip;
 
 QByteArray Whazzup(const QString& callsign) {
     const QString pilot =
@@ -29,30 +26,9 @@ protected:
         ASSERT_TRUE(m_server.IsRunning());
         m_download.State.Networks[0].StatusFileAddress = m_server.Url(u"status.txt"_s);
     }
-    network::DownloadOutcome Run(bool textForce, bool randomServer = false) {
-        return m_download.Run(textForce, randomServer);
-    }
-
     testing::LocalHttpServer m_server;
     LocalDownload m_download;
 };
-
-TEST_F(DownloadAgainstLocalServer, FetchesPlainAndGzipDataEndToEnd) {
-    m_server.Serve(u"status.txt"_s, "url0=whazzup.txt\ngzurl0=whazzup.txt.gz\nmsg0=<b>hello</b>\n\n\n");
-    m_server.Serve(u"whazzup.txt"_s, Whazzup(u"PLAIN1"_s));
-    m_server.Serve(u"whazzup.txt.gz"_s, Gzip(Whazzup(u"GZIP1"_s)));
-
-    EXPECT_EQ(Run(false), network::DownloadOutcome::Interpreted);
-    EXPECT_EQ(m_download.View.Statuses.last(), u"IVAO data interpreted");
-    EXPECT_EQ(m_download.View.Messages, QStringList{u"<b>hello</b>"_s});
-    EXPECT_EQ(m_download.Tables[0].Pilots[1].Callsign, u"GZIP1");
-    EXPECT_TRUE(QFile::exists(m_download.Home.filePath(u"data/whazzup.txt.gz"_s)));
-
-    m_download.State.Networks[0].Servers.ServerCount = 0;
-    m_download.State.Networks[0].Servers.GzServerCount = 0;
-    EXPECT_EQ(Run(true), network::DownloadOutcome::Interpreted);
-    EXPECT_EQ(m_download.Tables[0].Pilots[1].Callsign, u"PLAIN1");
-}
 
 // Without a choice of its own the download picks a server at random: over ten downloads the listed
 // servers take turns, a dead one among them failing only its own turns.
@@ -64,7 +40,7 @@ TEST_F(DownloadAgainstLocalServer, PicksAServerAtRandom) {
     QSet<QString> served;
     int interpreted = 0;
     for (int download = 0; download < 10; ++download) {
-        const auto outcome = Run(false, true);
+        const auto outcome = m_download.Run(false, true);
         interpreted += outcome == network::DownloadOutcome::Interpreted ? 1 : 0;
         if (outcome == network::DownloadOutcome::Interpreted)
             served.insert(m_download.Tables[0].Pilots[1].Callsign);

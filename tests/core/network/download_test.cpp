@@ -80,6 +80,14 @@ TEST_F(Download, ReadsTheStatusFilePrefersCompressedServersAndInterprets) {
     EXPECT_EQ(m_tables[0].PilotCount, 0);
     EXPECT_TRUE(QFile::exists(m_home.filePath(u"data/whazzup.txt"_s)));
     EXPECT_EQ(ProfileAddress(m_state.Networks[1], u"800123"_s), u"https://stats.example/member?ID=800123");
+    // Text forced when the status file is read again: the plain server, though compressed ones are listed.
+    m_textForce = true;
+    m_state.Networks[1].Servers = {};
+    m_http.Answers[u"http://a.example/w.txt"_s] =
+        testing::WhazzupText({testing::PilotLine(1, u"0=PLAIN"_s)}, u"20261121152305"_s).toUtf8();
+    m_now = m_now.addSecs(3600);
+    EXPECT_EQ(Run(), DownloadOutcome::Interpreted);
+    EXPECT_EQ(m_tables[1].Pilots[1].Callsign, u"PLAIN");
 }
 
 TEST_F(Download, ReloadIntervalAndBusyFlagRefuseADownload) {
