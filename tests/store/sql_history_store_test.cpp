@@ -51,6 +51,15 @@ void Sql(const QString& path, const QStringList& statements) {
     QSqlDatabase::removeDatabase(u"other"_s);
 }
 
+// Waits up to five seconds for the store's background prune to leave this many snapshots; how many it left.
+size_t WaitForSnapshots(SqlHistoryStore& store, size_t count) {
+    QElapsedTimer waited;
+    waited.start();
+    while (store.Snapshots(1).size() != count && waited.elapsed() < 5000)
+        QThread::msleep(20);
+    return store.Snapshots(1).size();
+}
+
 class Store : public ::testing::Test {
 protected:
     QString Path() const { return m_folder.filePath(u"history.db"_s); }
@@ -101,11 +110,7 @@ TEST_F(Store, ManyShortRunsOfNewPilotsStayWithinTheHoursKept) {
     EXPECT_LE(sizes.back(), sizes[7] * 5 / 4)
         << sizes[7] << " bytes after 2 h, " << sizes.back() << " at the end";
     store.Record(1, Churn(999, 10), m_start.addSecs(900 * 24 + 7200));
-    QElapsedTimer waited;
-    waited.start();
-    while (store.Snapshots(1).size() != 1 && waited.elapsed() < 5000)
-        QThread::msleep(20);
-    EXPECT_EQ(store.Snapshots(1).size(), 1u); // the timer's prune, no restart
+    EXPECT_EQ(WaitForSnapshots(store, 1), 1u); // the timer's prune, no restart
 }
 
 // The map and the terminal Companion write one file: one of them letting go of rows the other still
@@ -118,11 +123,7 @@ TEST_F(Store, TwoProgramsShareTheFile) {
     terminal.Flush();
     map.Record(1, Churn(1, 3), m_start.addSecs(7200)); // the two first go at the map's next prune
     map.Flush();
-    QElapsedTimer waited;
-    waited.start();
-    while (map.Snapshots(1).size() != 1 && waited.elapsed() < 5000)
-        QThread::msleep(20);
-    ASSERT_EQ(map.Snapshots(1).size(), 1u);
+    ASSERT_EQ(WaitForSnapshots(map, 1), 1u);
     terminal.Record(1, Feed(2, 51), m_start.addSecs(7260));
     terminal.Flush();
     const auto snapshots = map.Snapshots(1);

@@ -68,13 +68,6 @@ TEST(ParseColour, IgnoresASlotOutsideTheTable) {
         ExpectColour(table, slot, 0, 0, 0);
 }
 
-TEST(LoadColourTheme, WithoutAFileTheBuiltInColoursApply) {
-    QTemporaryDir home;
-    const ColourTable table = LoadColourTheme(home.path(), u"default.dc"_s);
-    ExpectColour(table, kSlotVATSIM, 0x00, 0xFF, 0x4E);
-    EXPECT_EQ(table.Blue, DefaultColourTable().Blue);
-}
-
 TEST(LoadColourTheme, GoesThroughTheKeyToSlotTableAndFallsBackPerKey) {
     QTemporaryDir home;
     const ColourTable table = LoadFrom(home, "[Geo]\nGlobeEquator=010203\nGlobePoles=040506\n"
@@ -88,12 +81,16 @@ TEST(LoadColourTheme, GoesThroughTheKeyToSlotTableAndFallsBackPerKey) {
     ExpectColour(table, kSlotScreenBackground, 0x10, 0x10, 0x3A);
 }
 
+// The shipped file, and no file at all, both give the built-in colours.
 TEST(ShippedThemes, DefaultReproducesTheBuiltInColoursExactly) {
-    const ColourTable shipped = LoadColourTheme(kSourceDir, u"default.dc"_s);
+    QTemporaryDir empty;
     const ColourTable builtIn = DefaultColourTable();
-    EXPECT_EQ(shipped.Red, builtIn.Red);
-    EXPECT_EQ(shipped.Green, builtIn.Green);
-    EXPECT_EQ(shipped.Blue, builtIn.Blue);
+    for (const ColourTable& shipped :
+         {LoadColourTheme(kSourceDir, u"default.dc"_s), LoadColourTheme(empty.path(), u"default.dc"_s)}) {
+        EXPECT_EQ(shipped.Red, builtIn.Red);
+        EXPECT_EQ(shipped.Green, builtIn.Green);
+        EXPECT_EQ(shipped.Blue, builtIn.Blue);
+    }
     // And it spells out every key, so it documents the format completely.
     const IniFile file = IniFile::Load(kSourceDir + u"/colours/default.dc"_s);
     for (const ThemeKey& key : ThemeKeys())

@@ -75,9 +75,10 @@ TEST(ReadSettings, APositionOfExactlyPointOneCentresTheWindow) {
 }
 
 // Views are stored times a hundred.
-TEST(ReadSettings, BooleansAcceptNumbersAndWordsAndIgnoreTheRestViewsAreHundredths) {
+TEST(ReadSettings, BooleansAcceptNumbersAndWordsViewsAreHundredthsAndTextsLoseQuotes) {
     const Settings s = Read("[Display]\nDisableSmooth=2\nDisableCountries=True\n"
-                            "[Network]\nAutoDownload=-1\nTextForce=yes\n"
+                            "[Network]\nAutoDownload=-1\nTextForce=yes\nProxy=\"proxy.example:8080\"\n"
+                            "VATSIMStatusURL= http://mirror.example/status.txt \n"
                             "[Map]\nShowPlanes=0\nShowATC=false\nShowInbounds=maybe\nShowLatLon=\n"
                             "[Zoom]\nX1=-17999\nY1=9000\nZ1=5000\nX2=abc\nZ3=1e2\n");
     EXPECT_TRUE(s.DisableSmooth);
@@ -93,11 +94,7 @@ TEST(ReadSettings, BooleansAcceptNumbersAndWordsAndIgnoreTheRestViewsAreHundredt
     EXPECT_EQ(s.Z[0], 50.0f);
     EXPECT_EQ(s.X[1], 0.0f);
     EXPECT_EQ(s.Z[2], 1.0f);
-}
-
-TEST(ReadSettings, NetworkTextsLoseQuotesAndBlanks) {
-    const Settings s =
-        Read("[Network]\nProxy=\"proxy.example:8080\"\nVATSIMStatusURL= http://mirror.example/status.txt \n");
+    // Network texts lose their quotes and blanks.
     EXPECT_EQ(s.Proxy, u"proxy.example:8080");
     EXPECT_EQ(s.VATSIMStatusURL, u"http://mirror.example/status.txt");
     EXPECT_EQ(s.IVAOStatusURL, u"");

@@ -29,19 +29,11 @@ TEST(ParseStatusFile, KeepsTenServersOfEachKindAndTheProfileAddress) {
     EXPECT_EQ(messages, QStringList{u"<b>Hi</b> & <script>x</script>"_s});
 }
 
-TEST(ParseStatusFile, ReadsAnyLineEndAndIgnoresShortFiles) {
-    for (const QString& end : {u"\r"_s, u"\n"_s, u"\r\n"_s}) {
-        SCOPED_TRACE(end.toStdString());
-        ServerLists servers;
-        const QString text =
-            QStringList{u"url0=http://a/w.txt"_s, u"url0=http://b/w.txt"_s, u""_s, u""_s, u""_s}.join(end);
-        EXPECT_TRUE(ParseStatusFile(text, QString(), servers));
-        EXPECT_EQ(servers.ServerCount, 2);
-        EXPECT_EQ(servers.ServerUrl[1], u"http://b/w.txt");
-    }
+// Line ends are the splitter's tests; here a file too short for the splitter empties the lists.
+TEST(ParseStatusFile, IgnoresShortFiles) {
     ServerLists servers;
     servers.ServerCount = 3;
-    EXPECT_FALSE(ParseStatusFile(u"url0=http://a/w.txt\nurl0=http://b/w.txt\n", QString(), servers));
+    EXPECT_FALSE(ParseStatusFile(u"url0=http://a/w.txt\nurl0=http://b/w.txt\n"_s, QString(), servers));
     EXPECT_EQ(servers.ServerCount, 0);
 }
 

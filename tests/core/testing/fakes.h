@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <limits>
 #include <map>
 #include <thread>
 
@@ -80,13 +81,10 @@ public:
     }
     std::vector<history::TrackPoint> Track(int network, const QString& callsign,
                                            const QString& member) override {
-        std::vector<history::TrackPoint> track;
-        for (const Snapshot& s : Kept)
-            for (const history::ClientPosition& p : history::Split(network, s.Text).Positions)
-                if (s.Network == network && p.Callsign == callsign && p.Member == member)
-                    track.push_back(
-                        {s.Taken, float(p.LatMicro / 1e6), float(p.LonMicro / 1e6), float(p.AltitudeFt)});
-        return track;
+        for (auto& [key, points] : Tracks(network, std::numeric_limits<qint64>::min()))
+            if (key == callsign + u':' + member)
+                return points;
+        return {};
     }
     std::vector<std::pair<QString, std::vector<history::TrackPoint>>> Tracks(int network,
                                                                              qint64 since) override {

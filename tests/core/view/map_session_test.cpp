@@ -1,6 +1,5 @@
 #include "view/map_session.h"
 
-#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
@@ -51,11 +50,12 @@ protected:
     }
     // A new session reading the networks' status files from these addresses.
     void MakeSession(const std::array<QString, 2>& status, const Settings& settings = {},
-                     const Friends& friends = {}, history::HistoryStore* history = nullptr) {
+                     const Friends& friends = {}, history::HistoryStore* history = nullptr,
+                     std::optional<Folders> folders = {}) {
         network::FeedAddresses feed;
         feed.Status = status;
-        m_session = std::make_unique<MapSession>(Folders::OneFolder(m_home.path()), settings, friends, m_gl,
-                                                 m_host, m_server, history, feed);
+        m_session = std::make_unique<MapSession>(folders.value_or(Folders::OneFolder(m_home.path())),
+                                                 settings, friends, m_gl, m_host, m_server, history, feed);
         m_session->Downloader().Now = [this] { return m_now; };
         m_session->Downloader().Random = [](int) { return 0; };
     }
@@ -317,9 +317,8 @@ TEST_F(Session, TheHistoryKeepsEachDownloadTrailsTheSelectionAndReplaysIt) {
     for (auto* store : {&empty, &history}) {
         StartOwnFeed({}, {}, store);
         m_session->History().ShowNewest();
-        if (store == &empty) {
+        if (store == &empty)
             EXPECT_EQ(m_session->Display().StatusText, u"The history holds no IVAO data");
-        }
     }
     EXPECT_EQ(m_session->Display().StatusText, u"IVAO data of 1420Z (replay 3/3)");
     m_session->KeyUp(keys::F(8), 0);
@@ -384,12 +383,7 @@ TEST_F(Session, DownloadsGoToTheirOwnFolderAndFullTablesAreSaidOnce) {
     folders.Downloads = m_home.filePath(u"cache"_s);
     Settings settings;
     settings.MaxPilots = 800;
-    network::FeedAddresses demo;
-    demo.Status[0] = u"http://demo.example/ivao/status.txt"_s;
-    m_session =
-        std::make_unique<MapSession>(folders, settings, Friends{}, m_gl, m_host, m_server, nullptr, demo);
-    m_session->Downloader().Now = [this] { return m_now; };
-    m_session->Downloader().Random = [](int) { return 0; };
+    MakeSession({u"http://demo.example/ivao/status.txt"_s, QString()}, settings, {}, nullptr, folders);
     StartAndDownload(0);
     EXPECT_EQ(m_session->Display().StatusText,
               u"IVAO: only 800 of 900 pilots kept; the Preferences raise the limits");
