@@ -1,5 +1,7 @@
 #include "chart_reader.h"
 
+#include <tuple>
+
 #include <QEventLoop>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -104,13 +106,11 @@ TEST(ChartQueries, SeriesOfACraftedHistoryAreTheHandCountedOnes) {
     const Row counted[] = {{1, 4, 1, t0},        {1, 4, 2, t0 + 600},  {0, 0, 1, t0 + 720},
                            {1, 3, 1, t0 + 1200}, {1, 2, 0, t0 + 1800}, {1, 1, 0, t0 + 5400}};
     ASSERT_EQ(counts.size(), std::size(counted));
-    for (size_t i = 0; i < counts.size(); ++i) {
-        SCOPED_TRACE(i);
-        EXPECT_EQ(counts[i].Network, counted[i].Network);
-        EXPECT_EQ(counts[i].Pilots, counted[i].Pilots);
-        EXPECT_EQ(counts[i].Controllers, counted[i].Controllers);
-        EXPECT_EQ(counts[i].TakenUtc, counted[i].TakenUtc);
-    }
+    for (size_t i = 0; i < counts.size(); ++i)
+        EXPECT_EQ(
+            std::tie(counts[i].Network, counts[i].Pilots, counts[i].Controllers, counts[i].TakenUtc),
+            std::tie(counted[i].Network, counted[i].Pilots, counted[i].Controllers, counted[i].TakenUtc))
+            << i;
     EXPECT_EQ(stats::ShownSnapshot(counts, 0, u"20261121135200"_s), 2);
     {
         // One more download: read again, the counts of before are kept and the new one comes last.
@@ -140,11 +140,10 @@ TEST(ChartQueries, SeriesOfACraftedHistoryAreTheHandCountedOnes) {
     const stats::ProfilePoint flown[] = {
         {t0, 0, 0}, {t0 + 600, 0, 0}, {t0 + 1200, 3000, 250}, {t0 + 1800, 12000, 400}};
     ASSERT_EQ(profile.size(), std::size(flown));
-    for (size_t i = 0; i < profile.size(); ++i) {
-        EXPECT_EQ(profile[i].TakenUtc, flown[i].TakenUtc);
-        EXPECT_EQ(profile[i].AltitudeFt, flown[i].AltitudeFt);
-        EXPECT_EQ(profile[i].SpeedKt, flown[i].SpeedKt);
-    }
+    for (size_t i = 0; i < profile.size(); ++i)
+        EXPECT_EQ(std::tie(profile[i].TakenUtc, profile[i].AltitudeFt, profile[i].SpeedKt),
+                  std::tie(flown[i].TakenUtc, flown[i].AltitudeFt, flown[i].SpeedKt))
+            << i;
     EXPECT_TRUE(Read<AirportHistory>(reader, [](ChartQueries& q) {
                     return q.Airport(1, u"ED%F"_s);
                 }).Samples.empty());

@@ -121,13 +121,12 @@ TEST(TrafficFilter, StationsPassByTheirKindAndPilotTermsNeverHideThem) {
 TEST(Visibility, FriendsOnlyAndTheFilterBothApplyAndBadReferencesShowNothing) {
     network::ClientTables tables;
     network::NetworkData& data = tables[1];
-    data.Pilots[1] = Pilot(u"DLH1"_s, u"A320"_s, u"EDDF"_s, u"EGLL"_s, 30000, 450);
-    data.Pilots[1].VID = u"111"_s;
-    data.Pilots[2] = Pilot(u"DLH2"_s, u"A320"_s, u"EDDF"_s, u"EGLL"_s, 30000, 450);
-    data.Pilots[2].VID = u"222"_s;
-    data.Pilots[3] = Pilot(u"BAW3"_s, u"A320"_s, u"EDDF"_s, u"EGLL"_s, 30000, 450);
-    data.Pilots[3].VID = u"111"_s;
-    data.PilotCount = 3;
+    for (const auto& [callsign, member] :
+         {std::pair{u"DLH1"_s, u"111"_s}, {u"DLH2"_s, u"222"_s}, {u"BAW3"_s, u"111"_s}}) {
+        network::PilotRecord& p = data.Pilots[size_t(++data.PilotCount)];
+        p = Pilot(callsign, u"A320"_s, u"EDDF"_s, u"EGLL"_s, 30000, 450);
+        p.VID = member;
+    }
     const Friends friends = Friends::Parse(u"111\n"_s);
     const TrafficFilter dlh = ParseFilter(u"DLH"_s).Filter;
     EXPECT_EQ(ShownPilots({&dlh, false, &friends}, data), 2);
