@@ -133,6 +133,8 @@ void GlBackend::Release() {
         glDeleteTextures(1, &texture);
     m_textures.clear();
     m_pendingTextures.clear();
+    m_pieces.clear(); // they go with the context, as the lists do
+    m_usedPieces.clear();
     m_text.Release();
     m_textReady = false;
     m_recording = false;
@@ -158,6 +160,7 @@ void GlBackend::NewList(int list) {
     m_recording = true;
     m_listColour.reset();
     m_text.SetOutline(std::nullopt);
+    ForgetPieces(list);
     glNewList(GLuint(list), GL_COMPILE);
     ForgetDetail(list);
     m_recordingList = list;
@@ -180,6 +183,17 @@ void GlBackend::EndList() {
 void GlBackend::DeleteList(int list) {
     glDeleteLists(GLuint(list), 1);
     ForgetDetail(list);
+    ForgetPieces(list);
+}
+void GlBackend::ForgetPieces(int list) {
+    const auto pieces = m_pieces.find(list);
+    if (pieces == m_pieces.end())
+        return;
+    for (const Piece& piece : pieces->second) {
+        glDeleteLists(piece.Next, 1);
+        m_usedPieces.erase(piece.Next);
+    }
+    m_pieces.erase(pieces);
 }
 void GlBackend::ForgetDetail(int list) {
     const auto detailed = m_detailed.find(list);
@@ -194,6 +208,14 @@ bool GlBackend::IsList(int list) const {
 void GlBackend::CallList(int list) {
     FlushText();
     NotPlainLines();
+    if (const auto pieces = m_pieces.find(list); pieces != m_pieces.end()) {
+        glCallList(GLuint(list));
+        for (const Piece& piece : pieces->second) {
+            DrawArrayNow(piece.Array, piece.Primitive);
+            glCallList(piece.Next);
+        }
+        return;
+    }
     const auto detailed = m_recording ? m_detailed.end() : m_detailed.find(list);
     if (detailed == m_detailed.end()) {
         glCallList(GLuint(list));
@@ -348,6 +370,52 @@ void GlBackend::AlphaFunc(float reference) {
     FlushText();
     NotPlainLines();
     glAlphaFunc(GL_GREATER, reference);
+}
+void GlBackend::SetVertexArray(int array, const float* positions, const float* texCoords, int count) {
+    VertexArray& a = m_arrays[array];
+    count = positions ? std::max(count, 0) : 0;
+    a.Positions.assign(positions, positions + 3 * size_t(count));
+    if (texCoords)
+        a.TexCoords.assign(texCoords, texCoords + 2 * size_t(count));
+    else
+        a.TexCoords.clear();
+    a.Count = count;
+}
+void GlBackend::DrawVertexArray(int array, render::Primitive primitive) {
+    FlushText();
+    NotPlainLines();
+    if (!m_recording) {
+        DrawArrayNow(array, ToGl(primitive));
+        return;
+    }
+    // Arrays drawn in a list would be copied into it: the list ends here and goes on in a new one.
+    GLuint next = render::lists::kGlLists;
+    while (m_usedPieces.count(next) != 0)
+        ++next;
+    m_usedPieces.insert(next);
+    glEndList();
+    m_pieces[m_recordingList].push_back({array, ToGl(primitive), next});
+    glNewList(next, GL_COMPILE);
+}
+void GlBackend::DrawArrayNow(int array, unsigned primitive) {
+    const auto found = m_arrays.find(array);
+    if (found == m_arrays.end() || found->second.Count == 0)
+        return;
+    const VertexArray& a = found->second;
+    glEnableClientState(GL_VERTEX_ARRAY);
+    glVertexPointer(3, GL_FLOAT, 0, a.Positions.data());
+    const bool textured = !a.TexCoords.empty();
+    if (textured) {
+        glClientActiveTexture(GL_TEXTURE1);
+        glEnableClientState(GL_TEXTURE_COORD_ARRAY);
+        glTexCoordPointer(2, GL_FLOAT, 0, a.TexCoords.data());
+    }
+    glDrawArrays(primitive, 0, a.Count);
+    if (textured) {
+        glDisableClientState(GL_TEXTURE_COORD_ARRAY);
+        glClientActiveTexture(GL_TEXTURE0);
+    }
+    glDisableClientState(GL_VERTEX_ARRAY);
 }
 template <typename Call> void GlBackend::OnSymbolUnit(Call call) {
     if (!m_functions)

@@ -3,6 +3,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <vector>
 
 #include "detailed_lines.h"
@@ -72,6 +73,10 @@ public:
     void BindTexture(int number) override;
     void TexCoord(float s, float t) override;
     void AlphaFunc(float reference) override;
+    // Client-side arrays, texture coordinates on the symbols' unit. A list that draws one is recorded
+    // in pieces around the draw; calling it calls the pieces and draws the array between them.
+    void SetVertexArray(int array, const float* positions, const float* texCoords, int count) override;
+    void DrawVertexArray(int array, render::Primitive primitive) override;
     void ClearColour(float red, float green, float blue, float alpha) override;
     void Clear() override;
     void Viewport(int x, int y, int width, int height) override;
@@ -94,6 +99,19 @@ private:
     float Device(float logical) const { return float(logical * m_ratio); }
     template <typename Call> void OnSymbolUnit(Call call); // with the second texture unit active
     void UploadTexture(unsigned texture, int sizeTexels, const unsigned char* alpha);
+    void DrawArrayNow(int array, unsigned primitive);
+    void ForgetPieces(int list); // the pieces of a list recorded around its arrays
+
+    struct VertexArray {
+        std::vector<float> Positions, TexCoords;
+        int Count = 0;
+    };
+    // After the list of its number: draw an array, then call the GL list that follows it.
+    struct Piece {
+        int Array = 0;
+        unsigned Primitive = 0;
+        unsigned Next = 0;
+    };
 
     std::unique_ptr<QOpenGLFunctions> m_functions;
     TextBatch m_text;
@@ -110,6 +128,9 @@ private:
     bool m_fullDetail = false;          // SKYLANTRA_FULL_DETAIL: every list exactly as recorded
     std::map<int, unsigned> m_textures; // by number, made in this context
     std::map<int, std::pair<int, std::vector<unsigned char>>> m_pendingTextures; // made after the list
+    std::map<int, VertexArray> m_arrays;
+    std::map<int, std::vector<Piece>> m_pieces; // by list number
+    std::set<unsigned> m_usedPieces;            // the GL lists of every piece, from lists::kGlLists on
 };
 
 } // namespace sky::ui

@@ -47,10 +47,11 @@ int SymbolMaskTexture(float viewZ, int windowHeightPx) {
     return lists::kSymbolMaskTextures + int(std::clamp(step, 0.0, 120.0));
 }
 
-void AircraftSymbols(GlApi& gl, const network::NetworkData& data, const TrafficInputs& in,
-                     const Style& style) {
-    const int texture = SymbolMaskTexture(in.ViewZ, in.WindowHeightPx);
-    // The mask of a size is made once: live motion records the symbols ten times a second.
+namespace {
+
+// The mask of the symbol for a texture number, made once: live motion moves the symbols ten times a
+// second.
+const SymbolMask& MaskFor(int texture) {
     static std::map<int, SymbolMask> masks;
     auto made = masks.find(texture);
     if (made == masks.end()) {
@@ -58,11 +59,18 @@ void AircraftSymbols(GlApi& gl, const network::NetworkData& data, const TrafficI
             masks.clear();
         made = masks.emplace(texture, RasteriseSymbol(kSymbol, MaskScale(texture))).first;
     }
-    const SymbolMask& mask = made->second;
-    const double reach = SymbolSize(in.ViewZ) * mask.Reach;
-    std::vector<Vec3> corners; // four per aircraft: tail left, tail right, nose right, nose left
+    return made->second;
+}
+
+// The vertex array of a network's symbols: four corners per aircraft (tail left, tail right, nose
+// right, nose left), each with its texture coordinate.
+void SetSymbolArray(GlApi& gl, int array, const network::NetworkData& data, const TrafficInputs& in,
+                    double reach) {
+    constexpr float kCorner[4][2] = {{0, 0}, {1, 0}, {1, 1}, {0, 1}};
+    std::vector<float> positions, texCoords;
     const int network = &data == &in.Tables[1] ? 1 : 0;
-    corners.reserve(size_t(data.PilotCount) * 4);
+    positions.reserve(size_t(data.PilotCount) * 12);
+    texCoords.reserve(size_t(data.PilotCount) * 8);
     for (int slot = 1; slot <= data.PilotCount; ++slot) {
         const network::PilotRecord& p = data.Pilots[size_t(slot)];
         if (!Shows(in, p) || (in.Crowds && in.Crowds->IsGrouped(network, slot)))
@@ -75,9 +83,24 @@ void AircraftSymbols(GlApi& gl, const network::NetworkData& data, const TrafficI
         const Vec3 forward = (north * std::cos(heading) + east * std::sin(heading)) * reach;
         const Vec3 right = (east * std::cos(heading) + north * -std::sin(heading)) * reach;
         const Vec3 centre = geo::OnGlobe(at.Lat, at.Lon);
-        corners.insert(corners.end(), {centre - right - forward, centre + right - forward,
-                                       centre + right + forward, centre - right + forward});
+        int corner = 0;
+        for (const Vec3& v : {centre - right - forward, centre + right - forward, centre + right + forward,
+                              centre - right + forward}) {
+            positions.insert(positions.end(), {float(v.X), float(v.Y), float(v.Z)});
+            texCoords.insert(texCoords.end(), {kCorner[corner][0], kCorner[corner][1]});
+            ++corner;
+        }
     }
+    gl.SetVertexArray(array, positions.data(), texCoords.data(), int(positions.size() / 3));
+}
+
+} // namespace
+
+void AircraftSymbols(GlApi& gl, int array, const network::NetworkData& data, const TrafficInputs& in,
+                     const Style& style) {
+    const int texture = SymbolMaskTexture(in.ViewZ, in.WindowHeightPx);
+    const SymbolMask& mask = MaskFor(texture);
+    SetSymbolArray(gl, array, data, in, SymbolSize(in.ViewZ) * mask.Reach);
     // Each aircraft one square of the mask, twice: every fill first, then every edge over them, so a
     // symbol's edge shows over the fill of one it overlaps. Alpha-tested pixels, nothing blended.
     gl.DefineAlphaTexture(texture, mask.SizeTexels, mask.Alpha.data());
@@ -85,7 +108,6 @@ void AircraftSymbols(GlApi& gl, const network::NetworkData& data, const TrafficI
     gl.Enable(Capability::Texture);
     gl.Enable(Capability::AlphaTest);
     gl.BindTexture(texture);
-    constexpr float kCorner[4][2] = {{0, 0}, {1, 0}, {1, 1}, {0, 1}};
     const struct {
         int Slot;
         float Alpha; // passes the fill (the edge too), or the edge alone
@@ -93,17 +115,17 @@ void AircraftSymbols(GlApi& gl, const network::NetworkData& data, const TrafficI
     for (const auto& pass : passes) {
         gl.AlphaFunc(pass.Alpha);
         SetColour(gl, in.Colours, pass.Slot, 1.0f);
-        gl.Begin(Primitive::Quads);
-        for (size_t i = 0; i < corners.size(); ++i) {
-            gl.TexCoord(kCorner[i % 4][0], kCorner[i % 4][1]);
-            Emit(gl, corners[i]);
-        }
-        gl.End();
+        gl.DrawVertexArray(array, Primitive::Quads);
     }
     gl.BindTexture(0);
     gl.Disable(Capability::AlphaTest);
     gl.Disable(Capability::Texture);
     gl.Enable(Capability::Blend);
+}
+
+void MoveAircraftSymbols(GlApi& gl, int array, const network::NetworkData& data, const TrafficInputs& in) {
+    const SymbolMask& mask = MaskFor(SymbolMaskTexture(in.ViewZ, in.WindowHeightPx));
+    SetSymbolArray(gl, array, data, in, SymbolSize(in.ViewZ) * mask.Reach);
 }
 
 PixelRect CrowdMarkBox(const GlApi& gl, int count) {

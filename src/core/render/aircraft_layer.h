@@ -10,9 +10,13 @@ struct TrafficInputs;
 
 // The aircraft symbols of a network's shown pilots, turned to their heading (or course), sized for the
 // zoom band so they keep their size on screen: each a square of the symbol's mask for that size (defined
-// here as a texture), all fills first, then all edges.
-void AircraftSymbols(GlApi& gl, const network::NetworkData& data, const TrafficInputs& in,
+// here as a texture), all fills first, then all edges. Their corners go into vertex array `array`, which
+// the list being recorded draws.
+void AircraftSymbols(GlApi& gl, int array, const network::NetworkData& data, const TrafficInputs& in,
                      const drawing::Style& style);
+// The corners of the same symbols set again where the inputs now draw them (live motion): the list
+// that draws array stays as recorded.
+void MoveAircraftSymbols(GlApi& gl, int array, const network::NetworkData& data, const TrafficInputs& in);
 // The marks of the crowds of network: a ring round the airport and the number of aircraft parked there,
 // in the aircraft colours.
 void CrowdMarks(GlApi& gl, int network, const TrafficInputs& in, const drawing::Style& style);

@@ -117,8 +117,10 @@ void DrawCore(GlApi& gl, const FrameInputs& in) {
         gl.CallList(base + lists::kInbounds);
     if (s.ShowPlanes) {
         gl.CallList(base + lists::kPlanes);
-        if (s.ShowPlaneLabels)
+        if (s.ShowPlaneLabels) {
+            gl.CallList(base + lists::kSharedLabels);
             gl.CallList(base + lists::kPlaneLabels);
+        }
     }
     if (in.Measuring)
         gl.CallList(lists::kMeasureLine);

@@ -52,6 +52,15 @@ public:
     // With Capability::AlphaTest, only fragments whose alpha is greater than this are drawn.
     virtual void AlphaFunc(float reference) { (void)reference; }
 
+    // Vertex arrays by fixed number (see list_numbers.h): count vertices, each a position (x, y, z) and,
+    // when texCoords is given, a texture coordinate (s, t); copied. Setting a number again replaces
+    // them. A list that draws an array draws it as it is when the list is called, so what moves in it
+    // moves without recording the list again. The defaults do nothing.
+    virtual void SetVertexArray(int array, const float* positions, const float* texCoords, int count) {
+        (void)array, (void)positions, (void)texCoords, (void)count;
+    }
+    virtual void DrawVertexArray(int array, Primitive primitive) { (void)array, (void)primitive; }
+
     // The lines of the list being recorded may be drawn up to this many pixels from where they were
     // recorded, so a GL that draws long lists of lines with fewer segments when zoomed out may leave
     // out that much; half a pixel when not said. The default does nothing.

@@ -83,7 +83,22 @@ void BuildAllTrails(GlApi& gl, const ColourTable& colours, int network,
             }
         }
         gl.End();
+        gl.DrawVertexArray(lists::kTrailEndsArray, Primitive::Lines);
     });
+}
+
+void SetTrailEnds(GlApi& gl, const std::vector<std::pair<geo::LatLon, int>>& ends,
+                  const std::vector<geo::LatLon>* drawn) {
+    std::vector<float> positions;
+    for (const auto& [end, slot] : ends) {
+        if (!drawn || slot <= 0 || size_t(slot) >= drawn->size())
+            continue;
+        const geo::LatLon at = (*drawn)[size_t(slot)];
+        positions.insert(positions.end(), {geo::GlobeX(end.Lat, end.Lon), geo::GlobeY(end.Lat, end.Lon),
+                                           geo::GlobeZ(end.Lat, end.Lon), geo::GlobeX(at.Lat, at.Lon),
+                                           geo::GlobeY(at.Lat, at.Lon), geo::GlobeZ(at.Lat, at.Lon)});
+    }
+    gl.SetVertexArray(lists::kTrailEndsArray, positions.data(), nullptr, int(positions.size() / 3));
 }
 
 } // namespace sky::render

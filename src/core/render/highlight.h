@@ -42,8 +42,18 @@ void BuildHighlight(GlApi& gl, const ColourTable& colours, const HighlightInputs
 void BuildAirportMark(GlApi& gl, const ColourTable& colours, geo::LatLon where, const QString& code);
 void DeleteHighlight(GlApi& gl);
 
-// Records the tracks of every shown aircraft (list 60) in the colour of network.
+// The tracks of every shown aircraft, and where each flight's track ends, with its pilot slot.
+struct AllTrails {
+    std::vector<std::vector<geo::LatLon>> Lines;
+    std::vector<std::pair<geo::LatLon, int>> Ends;
+};
+// Records the tracks (list 60) in the colour of network, and with them the lines of the trails' vertex
+// array (lists::kTrailEndsArray).
 void BuildAllTrails(GlApi& gl, const ColourTable& colours, int network,
                     const std::vector<std::vector<geo::LatLon>>& tracks);
+// Sets the trails' vertex array: a line from each track's end to where live motion draws its aircraft
+// (drawn, by slot); none without drawn positions.
+void SetTrailEnds(GlApi& gl, const std::vector<std::pair<geo::LatLon, int>>& ends,
+                  const std::vector<geo::LatLon>* drawn);
 
 } // namespace sky::render

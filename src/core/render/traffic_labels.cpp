@@ -331,16 +331,21 @@ LabelPlan PlanLabels(const GlApi& gl, int network, const TrafficInputs& in) {
 
 void RecordLabelLists(GlApi& gl, int network, const LabelPlan& plan, const TrafficInputs& in) {
     const int base = lists::TrafficBase(network);
+    RecordLabels(gl, base + lists::kPlaneLabels, {Kind::Plane}, plan, in);
     const bool together = in.Labels && in.Labels->Planes && in.Labels->PlaneLabels;
     if (together) {
-        RecordLabels(gl, base + lists::kPlaneLabels, {Kind::Station, Kind::Airport, Kind::Plane}, plan, in);
+        RecordLabels(gl, base + lists::kSharedLabels, {Kind::Station, Kind::Airport}, plan, in);
         RecordLabels(gl, base + lists::kAirportLabels, {}, plan, in);
         RecordLabels(gl, base + lists::kAtcLabels, {}, plan, in);
         return;
     }
-    RecordLabels(gl, base + lists::kPlaneLabels, {Kind::Plane}, plan, in);
+    RecordLabels(gl, base + lists::kSharedLabels, {}, plan, in);
     RecordLabels(gl, base + lists::kAirportLabels, {Kind::Airport}, plan, in);
     RecordLabels(gl, base + lists::kAtcLabels, {Kind::Station}, plan, in);
+}
+
+void RecordPlaneLabels(GlApi& gl, int network, const LabelPlan& plan, const TrafficInputs& in) {
+    RecordLabels(gl, lists::TrafficBase(network) + lists::kPlaneLabels, {Kind::Plane}, plan, in);
 }
 
 void MoveLabels(LabelPlan& plan, const TrafficInputs& in) {

@@ -45,10 +45,13 @@ struct LabelPlan {
 // and what finds no room is left out by priority.
 LabelPlan PlanLabels(const GlApi& gl, int network, const TrafficInputs& in);
 
-// Records the three label lists of network's scene (0, 1 or 2) from the plan: aircraft, airport and
-// station labels each in their own list; decluttered, while aircraft labels show, all of them in the
-// aircraft labels' list, which the frame draws after every symbol, so no symbol covers a label.
+// Records the label lists of network's scene (0, 1 or 2) from the plan: aircraft, airport and station
+// labels each in their own list; decluttered, while aircraft labels show, the stations' and airports'
+// in the shared labels' list, which the frame draws with the aircraft labels after every symbol, so no
+// symbol covers a label.
 void RecordLabelLists(GlApi& gl, int network, const LabelPlan& plan, const TrafficInputs& in);
+// Records the aircraft labels' list alone (after MoveLabels).
+void RecordPlaneLabels(GlApi& gl, int network, const LabelPlan& plan, const TrafficInputs& in);
 
 // The aircraft labels of plan moved to where their aircraft are drawn now (live motion), each keeping
 // its place beside its symbol.

@@ -43,7 +43,7 @@ std::vector<int> NetworksOf(int network) {
     return network == 2 ? std::vector<int>{0, 1} : std::vector<int>{network};
 }
 
-// Records the nine lists of lists base + offset from the given networks' tables, in their fixed order.
+// Records the traffic lists of lists base + offset from the given networks' tables, in their fixed order.
 LabelPlan RecordAll(GlApi& gl, int network, const TrafficInputs& in) {
     const int base = lists::TrafficBase(network);
     const bool comparison = network == 2;
@@ -146,10 +146,15 @@ void BuildSymbolList(GlApi& gl, int network, const TrafficInputs& in) {
     const bool comparison = network == 2;
     Record(gl, lists::TrafficBase(network) + lists::kPlanes, [&] {
         for (int n : NetworksOf(network)) {
-            AircraftSymbols(gl, in.Tables[n], in, StyleFor(n, comparison));
+            AircraftSymbols(gl, lists::SymbolArray(network, n), in.Tables[n], in, StyleFor(n, comparison));
             CrowdMarks(gl, n, in, StyleFor(n, comparison));
         }
     });
+}
+
+void MoveSymbols(GlApi& gl, int network, const TrafficInputs& in) {
+    for (int n : NetworksOf(network))
+        MoveAircraftSymbols(gl, lists::SymbolArray(network, n), in.Tables[n], in);
 }
 
 LabelPlan BuildPilotLists(GlApi& gl, int network, const TrafficInputs& in) {

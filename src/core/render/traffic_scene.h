@@ -82,7 +82,7 @@ bool Shows(const TrafficInputs& in, const network::ControllerRecord& controller)
 // A client's label: its callsign, with the name the user gave a friend beside it or in its place.
 QString LabelName(const TrafficInputs& in, const QString& callsign, const QString& vid);
 
-// Records the nine traffic lists of one network (0 or 1) in their fixed order, deleting the
+// Records the traffic lists of one network (0 or 1) in their fixed order, deleting the
 // highlight (list 42) between the inbound lines and the sector fills. These builders return the labels
 // as they placed them.
 LabelPlan BuildTrafficLists(GlApi& gl, int network, const TrafficInputs& in);
@@ -95,13 +95,16 @@ LabelPlan BuildPlaneLists(GlApi& gl, int network, const TrafficInputs& in);
 LabelPlan BuildPilotLists(GlApi& gl, int network, const TrafficInputs& in);
 // Records the aircraft symbols alone (after a zoom that changed their size on screen by a few percent).
 void BuildSymbolList(GlApi& gl, int network, const TrafficInputs& in);
+// Moves the aircraft symbols of the symbol list to where the inputs draw them now (live motion): their
+// vertex arrays are set again, no list is recorded.
+void MoveSymbols(GlApi& gl, int network, const TrafficInputs& in);
 // Records the sector fills and outlines alone (after a zoom that changed their level of detail).
 void BuildSectorLists(GlApi& gl, int network, const TrafficInputs& in);
 // Records the aircraft, airport and controller labels of network (0, 1 or 2 for the comparison),
 // decluttered together when the inputs carry a label view.
 LabelPlan BuildLabelLists(GlApi& gl, int network, const TrafficInputs& in);
 
-// Deletes the nine traffic lists of network (0, 1 or 2) and the client-count panel, before new data.
+// Deletes the traffic lists of network (0, 1 or 2) and the client-count panel, before new data.
 void DeleteTrafficLists(GlApi& gl, int network);
 // Records lists 30 to 38: both networks' traffic in their own colours.
 LabelPlan BuildComparisonLists(GlApi& gl, const TrafficInputs& in);

@@ -104,27 +104,29 @@ FlightPaths HistoryControl::Paths(const network::ClientRef& client) const {
     return paths;
 }
 
-std::vector<std::vector<geo::LatLon>> HistoryControl::AllTracks() const {
-    std::vector<std::vector<geo::LatLon>> lines;
+render::AllTrails HistoryControl::AllTracks() const {
+    render::AllTrails trails;
     const int shown = m_state.Display.ShownNetwork;
     if (!m_store || shown > 1)
-        return lines;
+        return trails;
     const network::NetworkData& data = m_state.AllTables()[shown];
-    QSet<QString> online;
+    QHash<QString, int> online; // slots by flight
     for (int slot = 1; slot <= data.PilotCount; ++slot)
-        online.insert(data.Pilots[size_t(slot)].Callsign + u':' + data.Pilots[size_t(slot)].VID);
+        online.insert(data.Pilots[size_t(slot)].Callsign + u':' + data.Pilots[size_t(slot)].VID, slot);
     // The two hours before the data shown (a replay's, or a demo day's), not before the clock.
     const qint64 shownUtc =
         geo::ParseTimeStamp(data.UpdateStamp).value_or(QDateTime::currentDateTimeUtc()).toSecsSinceEpoch();
     const qint64 since = shownUtc - kAllTracksSeconds;
     for (const auto& [flight, track] : m_store->Tracks(shown, since)) {
-        if (!online.contains(flight))
+        const auto slot = online.constFind(flight);
+        if (slot == online.constEnd() || track.empty())
             continue;
         for (const auto& piece : history::SplitTrack(track))
             if (piece.size() > 1)
-                lines.push_back(Line(piece));
+                trails.Lines.push_back(Line(piece));
+        trails.Ends.push_back({{track.back().Latitude, track.back().Longitude}, *slot});
     }
-    return lines;
+    return trails;
 }
 
 std::vector<history::StoredSnapshot> HistoryControl::Replayable(int network) {

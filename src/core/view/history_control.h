@@ -38,8 +38,8 @@ public:
     void Interpreted(int network, const QString& text, const QDateTime& now);
     // The track and route of a flight; a station has none.
     FlightPaths Paths(const network::ClientRef& client) const;
-    // The tracks of every shown aircraft over the last two hours.
-    std::vector<std::vector<geo::LatLon>> AllTracks() const;
+    // The tracks of every shown aircraft over the last two hours, and where each ends.
+    render::AllTrails AllTracks() const;
 
     // Steps the shown network's data back (-1) or forward (+1) through the stored snapshots taken
     // before the live data; forward past the last returns to live, if this run downloaded any. False

@@ -57,10 +57,13 @@ std::optional<network::ClientRef> PointerControl::ClientAt(double x, double y, d
             }
         }
         if (s.Config.ShowPlanes) {
+            // Aircraft are found where they are drawn: live motion may have moved them on.
+            const std::vector<geo::LatLon>* drawn = m_scene.DrawnPlanes(n);
             for (int slot = 1; slot <= data.PilotCount; ++slot) {
                 const auto& p = data.Pilots[size_t(slot)];
+                const geo::LatLon at = drawn ? (*drawn)[size_t(slot)] : geo::LatLon{p.Latitude, p.Longitude};
                 if (!m_scene.Crowds().IsGrouped(n, slot))
-                    consider(n, true, slot, visible.Shows(p), p.Latitude, p.Longitude);
+                    consider(n, true, slot, visible.Shows(p), at.Lat, at.Lon);
             }
         }
     }

@@ -138,11 +138,16 @@ void SceneControl::RecordMotion() {
         return;
     const render::LabelView labels = CurrentLabelView();
     const render::TrafficInputs inputs = Inputs(&labels, shown, false);
-    render::BuildSymbolList(m_gl, shown, inputs);
+    render::MoveSymbols(m_gl, shown, inputs);
     render::MoveLabels(m_labels, inputs);
-    render::RecordLabelLists(m_gl, shown, m_labels, inputs);
-    if (m_state.Selected && m_state.Selected->IsPilot)
+    render::RecordPlaneLabels(m_gl, shown, m_labels, inputs);
+    if (m_state.Display.ShowTrails)
+        render::SetTrailEnds(m_gl, m_trailEnds, DrawnPlanes(m_trailsNetwork));
+    if (m_state.Selected && m_state.Selected->IsPilot) {
+        m_moving = true;
         RecordHighlight();
+        m_moving = false;
+    }
 }
 
 void SceneControl::PlacedFor(int scene) {
@@ -243,6 +248,7 @@ void SceneControl::ShowNetwork(int network) {
 
 void SceneControl::RebuildScene(int network) {
     m_state.Display.SceneBuilt[network] = false;
+    render::SetTrailEnds(m_gl, m_trailEnds, DrawnPlanes(m_trailsNetwork)); // none once motion stops
     if (network == 2)
         BuildComparisonScene();
     else
@@ -396,22 +402,31 @@ void SceneControl::RecordHighlight() {
         return;
     }
     const Selection& s = *m_state.Selected;
-    network::ClientSummary client = network::Summarise(m_state.AllTables(), s);
+    const network::ClientSummary client = network::Summarise(m_state.AllTables(), s);
+    geo::LatLon at{client.Latitude, client.Longitude};
     // The ring goes round the aircraft where live motion draws it.
     const std::vector<geo::LatLon>* drawn = s.IsPilot ? DrawnPlanes(s.Network) : nullptr;
-    if (drawn && size_t(s.Slot) < drawn->size()) {
-        client.Latitude = (*drawn)[size_t(s.Slot)].Lat;
-        client.Longitude = (*drawn)[size_t(s.Slot)].Lon;
-    }
+    if (drawn && size_t(s.Slot) < drawn->size())
+        at = (*drawn)[size_t(s.Slot)];
     m_highlightBand = render::SymbolBand(m_state.View.ViewZ);
     std::optional<render::FlightPaths> paths;
-    if (m_paths && s.IsPilot)
-        paths = m_paths(s);
+    if (m_paths && s.IsPilot) {
+        // A motion step moves the paths worked out for the data shown; anything else asks again.
+        const QString& stamp = m_state.AllTables()[size_t(s.Network)].UpdateStamp;
+        if (!m_moving || !m_pathsFor || !(*m_pathsFor == s) || m_pathsStamp != stamp)
+            m_reportedPaths = m_paths(s);
+        m_pathsFor = s;
+        m_pathsStamp = stamp;
+        paths = m_reportedPaths;
+        // The track flown ends where the aircraft is drawn, not where it was reported, and the route
+        // ahead starts there.
+        if (drawn && !paths->Flown.empty() && !paths->Flown.back().empty())
+            paths->Flown.back().back() = at;
+        if (drawn && !paths->Ahead.empty())
+            paths->Ahead.front() = at;
+    }
     render::BuildHighlight(m_gl, m_state.Colours,
-                           {{client.Latitude, client.Longitude},
-                            client.Callsign,
-                            1.8 * render::SymbolSize(m_state.View.ViewZ),
-                            s.Network,
+                           {at, client.Callsign, 1.8 * render::SymbolSize(m_state.View.ViewZ), s.Network,
                             paths ? &*paths : nullptr});
 }
 
@@ -430,8 +445,11 @@ void SceneControl::RecordNight(const QDateTime& clock, bool force) {
     render::BuildNight(m_gl, conditions::SubsolarPoint(moment));
 }
 
-void SceneControl::RecordAllTrails(const std::vector<std::vector<geo::LatLon>>& tracks) {
-    render::BuildAllTrails(m_gl, m_state.Colours, m_state.Display.ShownNetwork == 1 ? 1 : 0, tracks);
+void SceneControl::RecordAllTrails(const render::AllTrails& trails) {
+    m_trailsNetwork = m_state.Display.ShownNetwork == 1 ? 1 : 0;
+    m_trailEnds = trails.Ends;
+    render::BuildAllTrails(m_gl, m_state.Colours, m_trailsNetwork, trails.Lines);
+    render::SetTrailEnds(m_gl, m_trailEnds, DrawnPlanes(m_trailsNetwork));
 }
 
 void SceneControl::DeleteHighlight() {

@@ -36,7 +36,7 @@ class SceneControl {
 public:
     SceneControl(MapState& state, render::GlApi& gl, MapHost& host);
 
-    // Records the nine traffic lists of network (0 or 1) unless they are up to date, then sets the
+    // Records the traffic lists of network (0 or 1) unless they are up to date, then sets the
     // status text ("IVAO data of 1423Z displayed").
     void BuildTrafficScene(int network);
     // Lists 30 to 38 and the comparison's status text.
@@ -72,8 +72,9 @@ public:
     // The network's traffic lists, the count panel and the highlight go (before new data).
     void ClearTraffic(int network);
 
-    // Live motion moved the aircraft: the shown scene's symbols, their labels (each kept beside its
-    // symbol, not placed again) and the selection's ring are recorded at the drawn positions.
+    // Live motion moved the aircraft: the shown scene's symbols move in their vertex arrays, their labels
+    // (each kept beside its symbol, not placed again) and the selection's ring are recorded at the drawn
+    // positions.
     void RecordMotion();
     // Where live motion draws network's pilots now, by slot; null when it does not (off, replaying, or
     // worked out for other data).
@@ -114,8 +115,9 @@ public:
     // The night side (list 64) for the time the map shows: the shown data's, or clock's without data.
     // Recorded again only when that time moved by a minute or more (or force).
     void RecordNight(const QDateTime& clock, bool force = false);
-    // The tracks of every shown aircraft (list 60), recorded when the data change.
-    void RecordAllTrails(const std::vector<std::vector<geo::LatLon>>& tracks);
+    // The tracks of every shown aircraft (list 60), recorded when the data change; live motion draws
+    // them on to where each aircraft is drawn.
+    void RecordAllTrails(const render::AllTrails& trails);
 
     // What the labels are placed for now (the view, the window, what they keep clear of).
     render::LabelView CurrentLabelView() const;
@@ -156,6 +158,12 @@ private:
     geo::ViewState m_labelViewState;
     int m_highlightBand = 0;
     PathSource m_paths;
+    bool m_moving = false;                        // a motion step records the highlight
+    std::optional<network::ClientRef> m_pathsFor; // what the paths below were asked for, in data of
+    QString m_pathsStamp;                         // this stamp
+    render::FlightPaths m_reportedPaths;
+    std::vector<std::pair<geo::LatLon, int>> m_trailEnds; // of the trails recorded, by slot of the shown
+    int m_trailsNetwork = 0;                              // as the source gave them, to where it was reported
     bool m_quiet = false;       // a rebuild for the filter: no "Setting up map..." first
     render::CrowdPlan m_crowds; // of the shown scene's symbols as last recorded
     render::LabelPlan m_labels; // the shown scene's labels as last placed

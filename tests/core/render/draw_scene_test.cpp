@@ -43,10 +43,12 @@ TEST_F(Frame, DrawsEveryLayerInItsFixedOrder) {
     m_gl.NewList(land);
     m_gl.EndList();
     Draw();
+    // clang-format off
     EXPECT_EQ(CalledLists(), (std::vector<int>{lists::kGlobe, land, lists::kNight, lists::kGrid, lists::kBorders,
                                                25, 26, lists::kCoastlines, 22, 23, lists::kEventMarks, 27, 28,
-                                               lists::kHighlight, 24, 20, 21, lists::kFrame,
+                                               lists::kHighlight, 24, 20, 29, 21, lists::kFrame,
                                                lists::kNetworkMarks, lists::kStatusLine, lists::kClientCount}));
+    // clang-format on
 }
 
 TEST_F(Frame, SwitchesGateTheirLayers) {

@@ -71,8 +71,7 @@ TEST_F(TrafficScene, DrawsEveryShownClientAndLabelsThem) {
     BuildTrafficLists(m_gl, 1, Inputs());
     // Each aircraft a square of the symbol's mask, for the fills and again for the edges.
     const auto& planes = m_gl.List(List(lists::kPlanes));
-    EXPECT_EQ(RecordingGl::Count(planes, Op::Vertex), 2 * 2 * 4);
-    EXPECT_EQ(RecordingGl::Count(planes, Op::TexCoord), 2 * 2 * 4);
+    EXPECT_EQ(m_gl.ArrayVertices(planes), 2 * 2 * 4);
     const auto bind =
         std::find_if(planes.begin(), planes.end(), [](const auto& c) { return c.What == Op::BindTexture; });
     ASSERT_NE(bind, planes.end());
@@ -112,7 +111,7 @@ TEST_F(TrafficScene, FriendsOnlyDrawsFriendsAlone) {
 
     m_friends = Friends();
     BuildTrafficLists(m_gl, 1, Inputs(true));
-    EXPECT_EQ(RecordingGl::Count(m_gl.List(List(lists::kPlanes)), Op::Vertex), 0);
+    EXPECT_EQ(m_gl.ArrayVertices(m_gl.List(List(lists::kPlanes))), 0);
     EXPECT_TRUE(m_gl.IsList(List(lists::kAtcMarkers)));
 }
 
@@ -133,10 +132,10 @@ TEST_F(TrafficScene, DeclutteredLabelsGroupAirportStationsAndWaitForParkedAircra
     const TrafficInputs in{m_tables, m_friends, false, m_colours, m_outlines, false, 2.0f, &view};
     BuildTrafficLists(m_gl, 1, in);
     const auto text = [&](int offset) { return RecordingGl::PrintedText(m_gl.List(List(offset))); };
-    // Every label in the list the frame draws after all symbols: stations, airports, aircraft.
+    // Every label in the lists the frame draws after all symbols: stations and airports, then aircraft.
     // Frankfurt's approach, tower, ground and ATIS in one label; the airport not labelled again; BAW2
     // stands at Heathrow: unlabelled until close in.
-    EXPECT_EQ(text(lists::kPlaneLabels), "EDGG_CTREDDF  G T A IEGLLDLH1");
+    EXPECT_EQ(text(lists::kSharedLabels) + text(lists::kPlaneLabels), "EDGG_CTREDDF  G T A IEGLLDLH1");
     EXPECT_EQ(text(lists::kAtcLabels), "");
     EXPECT_EQ(text(lists::kAirportLabels), "");
 }

@@ -7,6 +7,7 @@ namespace sky::render {
 void RecordingGl::NewList(int list) {
     m_recording = list;
     m_lists[list].clear();
+    ++m_recordings[list];
 }
 
 void RecordingGl::EndList() {
@@ -29,6 +30,21 @@ const std::vector<RecordingGl::Call>& RecordingGl::List(int list) const {
     static const std::vector<Call> empty;
     const auto it = m_lists.find(list);
     return it == m_lists.end() ? empty : it->second;
+}
+
+const std::vector<float>& RecordingGl::Array(int array) const {
+    static const std::vector<float> empty;
+    const auto it = m_arrays.find(array);
+    return it == m_arrays.end() ? empty : it->second;
+}
+
+int RecordingGl::ArrayVertices(const std::vector<Call>& calls) const {
+    int vertices = 0;
+    for (const Call& call : calls) {
+        if (call.What == Op::DrawVertexArray)
+            vertices += int(Array(call.Number).size() / 3);
+    }
+    return vertices;
 }
 
 std::vector<RecordingGl::Call> RecordingGl::Calls(const std::vector<Call>& calls, Op what) {

@@ -45,7 +45,8 @@ public:
         Translate,
         Rotate,
         Scale,
-        DeleteList
+        DeleteList,
+        DrawVertexArray
     };
     struct Call {
         Op What;
@@ -75,6 +76,13 @@ public:
     void BindTexture(int texture) override { Add({Op::BindTexture, texture}); }
     void TexCoord(float s, float t) override { Add({Op::TexCoord, 0, {s, t}}); }
     void AlphaFunc(float reference) override { Add({Op::AlphaFunc, 0, {reference}}); }
+    // Kept at once, outside any list: the positions of its vertices, three floats each.
+    void SetVertexArray(int array, const float* positions, const float*, int count) override {
+        m_arrays[array].assign(positions, positions + 3 * count);
+    }
+    void DrawVertexArray(int array, Primitive primitive) override {
+        Add({Op::DrawVertexArray, array, {float(int(primitive))}});
+    }
     void LineTolerance(float pixels) override { Add({Op::LineTolerance, 0, {pixels}}); }
     void LineWidth(float width) override { Add({Op::LineWidth, 0, {width}}); }
     void PointSize(float size) override { Add({Op::PointSize, 0, {size}}); }
@@ -105,6 +113,12 @@ public:
 
     // The calls recorded into a list; empty for a list that does not exist.
     const std::vector<Call>& List(int list) const;
+    // How many times a list was recorded.
+    int Recordings(int list) const { return m_recordings.count(list) ? m_recordings.at(list) : 0; }
+    // The positions of a vertex array as last set; empty if never set.
+    const std::vector<float>& Array(int array) const;
+    // The vertices the calls draw from vertex arrays, as the arrays are now.
+    int ArrayVertices(const std::vector<Call>& calls) const;
     // The textures defined, by number: their side in texels and their alpha bytes.
     const std::map<int, std::pair<int, std::vector<unsigned char>>>& Textures() const { return m_textures; }
     // Calls made outside any list, in order.
@@ -123,6 +137,8 @@ private:
     void Add(const Call& call);
 
     std::map<int, std::vector<Call>> m_lists;
+    std::map<int, int> m_recordings;
+    std::map<int, std::vector<float>> m_arrays;
     std::vector<Call> m_immediate;
     std::map<int, std::pair<int, std::vector<unsigned char>>> m_textures;
     int m_recording = -1;

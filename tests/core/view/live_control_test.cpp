@@ -214,8 +214,14 @@ TEST(LiveControl, FollowsTheFeedAtItsIntervalAndKeepsTheSelection) {
     EXPECT_TRUE(session.Motion().Following());
     EXPECT_NE(box().find("Unfollow"), std::string::npos);
     const float followedX = session.View().ViewX;
+    // A step moves the symbols in their vertex array: their list is not recorded again.
+    const int planes = render::lists::TrafficBase(1) + render::lists::kPlanes,
+              recorded = gl.Recordings(planes);
+    const std::vector<float> symbols = gl.Array(render::lists::SymbolArray(1, 1));
     nowMs += 10000;
     EXPECT_TRUE(session.Motion().Step());
+    EXPECT_EQ(gl.Recordings(planes), recorded);
+    EXPECT_NE(gl.Array(render::lists::SymbolArray(1, 1)), symbols);
     EXPECT_NEAR(session.View().ViewX - followedX, 10 * 110 / 3600.0 / 60 / std::cos(40.6 * geo::DegToRad),
                 2e-3);
     session.Scene().SetView({0, 0, 1});
