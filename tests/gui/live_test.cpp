@@ -50,6 +50,14 @@ TEST_F(Gui, LiveAircraftAreDrawnWhereTheirSpeedHasTakenThem) {
         EXPECT_NEAR(symbol.center().x(), point->X, 2);
         EXPECT_NEAR(symbol.center().y(), point->Y, 2);
     }
+    // A click where it is drawn, not where it was reported, opens its box, which says where and when it was.
+    QString box;
+    const auto drawn = sky::geo::LatLonToScreen(flown.Lat, flown.Lon, 800, 600, view);
+    Snapshot(live + QStringList{u"8,50,25"_s, u"--keys"_s,
+                                u"click %1 %2"_s.arg(int(drawn->X)).arg(int(drawn->Y)), u"--print-panel"_s},
+             {}, &box);
+    EXPECT_TRUE(box.contains(u"FAST"_s) && box.contains(u" s ago at N50°03.0' E008°00.0'"_s))
+        << box.toStdString();
 
     // In the running window it moves on step by step: seconds later, drawn where it is at that moment.
     QProcess program;
@@ -57,7 +65,7 @@ TEST_F(Gui, LiveAircraftAreDrawnWhereTheirSpeedHasTakenThem) {
     ASSERT_FALSE(window.isEmpty());
     QThread::msleep(5000);
     const QImage shot = Grab(window);
-    const double flownS = reported.msecsTo(QDateTime::currentDateTimeUtc()) / 1000.0;
+    const double flownS = double(reported.msecsTo(QDateTime::currentDateTimeUtc())) / 1000.0;
     const sky::geo::LatLon now = sky::view::Advanced(50.05f, 8.0f, 90.0f, 480.0 * flownS / 3600);
     const auto point =
         sky::geo::LatLonToScreen(now.Lat, now.Lon, shot.width(), shot.height(), {8.1f, -50.05f, 50});

@@ -317,8 +317,9 @@ TEST_F(Session, TheHistoryKeepsEachDownloadTrailsTheSelectionAndReplaysIt) {
     for (auto* store : {&empty, &history}) {
         StartOwnFeed({}, {}, store);
         m_session->History().ShowNewest();
-        if (store == &empty)
+        if (store == &empty) {
             EXPECT_EQ(m_session->Display().StatusText, u"The history holds no IVAO data");
+        }
     }
     EXPECT_EQ(m_session->Display().StatusText, u"IVAO data of 1420Z (replay 3/3)");
     m_session->KeyUp(keys::F(8), 0);
