@@ -158,6 +158,7 @@ void GlBackend::NewList(int list) {
     m_recording = true;
     m_listColour.reset();
     m_text.SetOutline(std::nullopt);
+    m_text.RecordList(list);
     glNewList(GLuint(list), GL_COMPILE);
     ForgetDetail(list);
     m_recordingList = list;
@@ -167,6 +168,7 @@ void GlBackend::NewList(int list) {
 void GlBackend::EndList() {
     FlushText();
     glEndList();
+    m_text.RecordList(0);
     m_recording = false;
     m_text.SetOutline(std::nullopt);
     for (const auto& [number, pending] : m_pendingTextures)
@@ -179,6 +181,7 @@ void GlBackend::EndList() {
 }
 void GlBackend::DeleteList(int list) {
     glDeleteLists(GLuint(list), 1);
+    m_text.ForgetList(list);
     ForgetDetail(list);
 }
 void GlBackend::ForgetDetail(int list) {
