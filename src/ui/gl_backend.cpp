@@ -161,6 +161,7 @@ void GlBackend::NewList(int list) {
     m_listColour.reset();
     m_text.SetOutline(std::nullopt);
     ForgetPieces(list);
+    m_text.RecordList(list);
     glNewList(GLuint(list), GL_COMPILE);
     ForgetDetail(list);
     m_recordingList = list;
@@ -170,6 +171,7 @@ void GlBackend::NewList(int list) {
 void GlBackend::EndList() {
     FlushText();
     glEndList();
+    m_text.RecordList(0);
     m_recording = false;
     m_text.SetOutline(std::nullopt);
     for (const auto& [number, pending] : m_pendingTextures)
@@ -182,6 +184,7 @@ void GlBackend::EndList() {
 }
 void GlBackend::DeleteList(int list) {
     glDeleteLists(GLuint(list), 1);
+    m_text.ForgetList(list);
     ForgetDetail(list);
     ForgetPieces(list);
 }

@@ -147,7 +147,9 @@ unsigned UploadAtlas(const FontGlyphs& small, const FontGlyphs& bold, GlyphAtlas
                           float(p.X) / kWidth,
                           float(p.Y) / float(height),
                           float(p.X + w) / kWidth,
-                          float(p.Y + h) / float(height)};
+                          float(p.Y + h) / float(height),
+                          p.X,
+                          p.Y};
     }
     GLuint texture = 0;
     glGenTextures(1, &texture);
@@ -158,6 +160,7 @@ unsigned UploadAtlas(const FontGlyphs& small, const FontGlyphs& bold, GlyphAtlas
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_CLAMP);
     glTexImage2D(GL_TEXTURE_2D, 0, GL_LUMINANCE8_ALPHA8, kWidth, height, 0, GL_LUMINANCE_ALPHA,
                  GL_UNSIGNED_BYTE, texels.data());
+    atlas.Texels = std::make_shared<const std::vector<unsigned char>>(std::move(texels));
     return texture;
 }
 

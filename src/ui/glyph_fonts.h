@@ -1,6 +1,8 @@
 #pragma once
 
 #include <array>
+#include <memory>
+#include <vector>
 
 namespace sky::ui {
 
@@ -10,10 +12,11 @@ struct GlyphBox {
     int Advance = 0;
     int Width = 0;
     int Height = 0;
-    int Left = 0;         // columns right of the pen
-    int Descent = 0;      // rows below the baseline (negative: above it)
-    float U0 = 0, V0 = 0; // the texture coordinates of its lower left corner
-    float U1 = 0, V1 = 0; // and of its upper right corner
+    int Left = 0;               // columns right of the pen
+    int Descent = 0;            // rows below the baseline (negative: above it)
+    float U0 = 0, V0 = 0;       // the texture coordinates of its lower left corner
+    float U1 = 0, V1 = 0;       // and of its upper right corner
+    int TexelX = 0, TexelY = 0; // its lower left texel in the atlas
 };
 
 // Both fonts' glyphs, codes 0 to 254, in one texture: alpha the glyph, luminance the glyph grown by a
@@ -22,6 +25,8 @@ struct GlyphBox {
 struct GlyphAtlas {
     unsigned Texture = 0;
     int Width = 1, Height = 1; // of the texture, in texels
+    // The texture's texels as uploaded, two bytes each (outline, glyph), rows from the bottom up.
+    std::shared_ptr<const std::vector<unsigned char>> Texels;
     double DevicePixelRatio = 1.0;
     std::array<GlyphBox, 255> Small{};
     std::array<GlyphBox, 255> Bold{};

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -27,8 +28,10 @@ struct Rgba {
 // pixels beside it, and a small vertex program puts it there, snapped to whole pixels, after the view's
 // transform. So a label keeps its place beside a point on the globe however the globe turns, costs one
 // draw with every other label of its list, and, as a raster position does, shows nothing when its point
-// lies outside the view. A glyph may have an outline: its quad drawn first a pixel larger each way in
-// the outline's colour where the glyph grown by a pixel is set. Needs the map's GL context current.
+// lies outside the view. A glyph may have an outline: drawn first in the outline's colour where the glyph
+// grown by a pixel is set. In a list, each line of text (the glyphs of one raster position, pen height,
+// colour and outline) is composed once into a texture of the list's own and drawn as one quad, its
+// outline as one more: a software rasteriser pays for every small quad. Needs the map's GL context current.
 class TextBatch {
 public:
     TextBatch();
@@ -54,6 +57,11 @@ public:
     bool Empty() const { return m_quads.empty(); }
     // Records the gathered quads into the list being recorded (or draws them) and forgets them.
     void Flush();
+    // A list is recorded from here (its textures of text made before are freed), or no longer (0): the
+    // textures its text needs are filled once it is closed.
+    void RecordList(int list);
+    // The list is gone: its textures too.
+    void ForgetList(int list);
     // The viewport of what follows as the map asked for it, and the part of it GL draws into, in device
     // pixels: the glyphs snap to the pixels of the first. Binds the atlas.
     void Viewport(const PixelRect& asked, const PixelRect& drawn);
@@ -65,7 +73,16 @@ private:
         const GlyphBox* Box;
         std::optional<Rgba> Colour;
         std::optional<Rgba> Outline;
+        double Line; // the pen's height
     };
+    // One texture of a list's text: two bytes a texel (outline, glyph), rows from the bottom up.
+    struct Sheet {
+        unsigned Texture = 0;
+        int Width = 0, Height = 0;
+        std::vector<unsigned char> Texels;
+    };
+    void DrawGlyphQuads();
+    void RecordLines();
 
     QOpenGLFunctions* m_functions = nullptr;
     std::unique_ptr<QOpenGLShaderProgram> m_program;
@@ -77,6 +94,9 @@ private:
     std::optional<Rgba> m_colour;
     std::optional<Rgba> m_outline;
     double m_penX = 0, m_penY = 0;
+    int m_list = 0;                                  // the list being recorded, 0 for none
+    std::map<int, std::vector<unsigned>> m_textures; // each list's textures of text
+    std::vector<Sheet> m_pending;                    // filled when the list is closed
 };
 
 } // namespace sky::ui

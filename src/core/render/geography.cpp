@@ -55,21 +55,28 @@ void BuildGrid(GlApi& gl, const ColourTable& colours) {
     gl.DeleteList(lists::kGrid);
     gl.NewList(lists::kGrid);
     gl.LineWidth(1.0f);
+    // As separate segments in one block, so the view draws no more of them than it shows (a pixel off
+    // at most). A meridian runs from the equator to each pole, 2 degrees a segment.
+    gl.LineTolerance(1.0f);
+    gl.Begin(Primitive::Lines);
     for (float lon = -180.0f; lon <= 180.0f; lon += 10.0f) {
-        gl.Begin(Primitive::LineStrip);
-        for (float lat = -80.0f; lat <= 80.0f; lat += 2.0f) {
-            SetGradient(gl, colours, kSlotGridEquator, kSlotGridPoles, lat);
-            GlobeVertex(gl, lat, lon);
+        for (const float pole : {-1.0f, 1.0f}) {
+            for (float lat = 0.0f; lat < 80.0f; lat += 2.0f) {
+                SetGradient(gl, colours, kSlotGridEquator, kSlotGridPoles, lat);
+                GlobeVertex(gl, pole * lat, lon);
+                SetGradient(gl, colours, kSlotGridEquator, kSlotGridPoles, lat + 2.0f);
+                GlobeVertex(gl, pole * (lat + 2.0f), lon);
+            }
         }
-        gl.End();
     }
     for (float lat = -90.0f; lat <= 90.0f; lat += 10.0f) {
         SetGradient(gl, colours, kSlotGridEquator, kSlotGridPoles, lat);
-        gl.Begin(Primitive::LineStrip);
-        for (float lon = -180.0f; lon <= 180.0f; lon += 2.0f)
+        for (float lon = -180.0f; lon < 180.0f; lon += 2.0f) {
             GlobeVertex(gl, lat, lon);
-        gl.End();
+            GlobeVertex(gl, lat, lon + 2.0f);
+        }
     }
+    gl.End();
     gl.EndList();
 }
 
