@@ -50,14 +50,13 @@ TEST_F(Gui, LiveAircraftAreDrawnWhereTheirSpeedHasTakenThem) {
         EXPECT_NEAR(symbol.center().x(), point->X, 2);
         EXPECT_NEAR(symbol.center().y(), point->Y, 2);
     }
-    // A click where it is drawn, not where it was reported, opens its box, which says where and when it was.
-    QString box;
+    // A click where it is drawn, not where it was reported, selects it.
+    QString status;
     const auto drawn = sky::geo::LatLonToScreen(flown.Lat, flown.Lon, 800, 600, view);
     Snapshot(live + QStringList{u"8,50,25"_s, u"--keys"_s,
-                                u"click %1 %2"_s.arg(int(drawn->X)).arg(int(drawn->Y)), u"--print-panel"_s},
-             {}, &box);
-    EXPECT_TRUE(box.contains(u"FAST"_s) && box.contains(u" s ago at N50°03.0' E008°00.0'"_s))
-        << box.toStdString();
+                                u"click %1 %2"_s.arg(int(drawn->X)).arg(int(drawn->Y)), u"--print-status"_s},
+             {}, &status);
+    EXPECT_TRUE(status.startsWith(u"FAST"_s)) << status.toStdString();
 
     // In the running window it moves on step by step: seconds later, drawn where it is at that moment.
     QProcess program;
