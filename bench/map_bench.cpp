@@ -222,6 +222,7 @@ void BM_DrawSceneVatsimDemo(benchmark::State& state) {
     session->Scene().RebuildScene(1);
     const sky::render::FrameInputs inputs = session->Frame();
     for (auto _ : state) {
+        gl.ForgetKept();
         sky::render::DrawScene(gl, inputs);
         glFinish();
     }
@@ -240,7 +241,8 @@ void DeleteLand(sky::render::GlApi& gl) {
 }
 
 // The decluttered frame of BM_DrawSceneVatsimDemo without (land 0) and with (land 1) the land, taken in
-// turn in one run.
+// turn in one run: every layer drawn (kept 0), as while the view moves, or the globe, its geography and
+// the sectors copied from the last frame (kept 1), as when aircraft move or a panel opens.
 void BM_DrawSceneWithLand(benchmark::State& state) {
     const int width = int(state.range(0)), height = int(state.range(1));
     Target(width, height);
@@ -251,15 +253,18 @@ void BM_DrawSceneWithLand(benchmark::State& state) {
     if (state.range(2) == 0)
         DeleteLand(map.gl);
     const sky::render::FrameInputs inputs = map.session->Frame();
+    const bool kept = state.range(3) != 0;
     for (auto _ : state) {
+        if (!kept)
+            map.gl.ForgetKept();
         sky::render::DrawScene(map.gl, inputs);
         glFinish();
     }
 }
 BENCHMARK(BM_DrawSceneWithLand)
-    ->ArgNames({"w", "h", "land"})
-    ->ArgsProduct({{800}, {600}, {0, 1}})
-    ->ArgsProduct({{1920}, {1080}, {0, 1}})
+    ->ArgNames({"w", "h", "land", "kept"})
+    ->ArgsProduct({{800}, {600}, {0, 1}, {0, 1}})
+    ->ArgsProduct({{1920}, {1080}, {0, 1}, {0, 1}})
     ->Unit(benchmark::kMillisecond);
 
 // A frame of the globe and its coastlines only (no traffic, grid, borders or night), without (land 0)
@@ -293,6 +298,7 @@ void BM_DrawGlobeAndLand(benchmark::State& state) {
                                              width,
                                              height};
     for (auto _ : state) {
+        map.gl.ForgetKept();
         sky::render::DrawScene(map.gl, globeOnly);
         glFinish();
     }
@@ -316,6 +322,7 @@ void BM_DrawSceneGeographyOnly(benchmark::State& state) {
     });
     const sky::render::FrameInputs inputs = session->Frame();
     for (auto _ : state) {
+        gl.ForgetKept();
         sky::render::DrawScene(gl, inputs);
         glFinish();
     }

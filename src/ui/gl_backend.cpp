@@ -5,6 +5,8 @@
 
 #include <GL/gl.h>
 
+#include <QOpenGLContext>
+#include <QOpenGLExtraFunctions>
 #include <QOpenGLFunctions>
 
 #include "render/list_numbers.h"
@@ -114,10 +116,17 @@ void GlBackend::Initialise(double devicePixelRatio) {
     m_functions = std::make_unique<QOpenGLFunctions>();
     m_functions->initializeOpenGLFunctions();
     m_textReady = m_text.Initialise(*m_functions);
+    const QOpenGLContext* context = QOpenGLContext::currentContext();
+    if (context &&
+        (context->format().majorVersion() >= 3 || context->hasExtension("GL_ARB_framebuffer_object"))) {
+        m_extra = std::make_unique<QOpenGLExtraFunctions>();
+        m_extra->initializeOpenGLFunctions();
+    }
     SetDevicePixelRatio(devicePixelRatio);
 }
 
 void GlBackend::SetDevicePixelRatio(double devicePixelRatio) {
+    m_kept.Forget();
     m_ratio = devicePixelRatio > 0.0 ? devicePixelRatio : 1.0;
     m_text.SetAtlas(BuildGlyphFonts(m_ratio, m_text.Atlas().Texture));
 }
@@ -137,6 +146,9 @@ void GlBackend::Release() {
     m_usedPieces.clear();
     m_text.Release();
     m_textReady = false;
+    if (m_extra)
+        m_kept.Release(*m_extra);
+    m_extra.reset();
     m_recording = false;
     m_functions.reset();
 }
@@ -157,6 +169,7 @@ void GlBackend::FlushText() {
 
 void GlBackend::NewList(int list) {
     FlushText();
+    m_kept.ListChanged(list);
     m_recording = true;
     m_listColour.reset();
     m_text.SetOutline(std::nullopt);
@@ -183,6 +196,7 @@ void GlBackend::EndList() {
     m_lines.reset();
 }
 void GlBackend::DeleteList(int list) {
+    m_kept.ListChanged(list);
     glDeleteLists(GLuint(list), 1);
     m_text.ForgetList(list);
     ForgetDetail(list);
@@ -211,6 +225,11 @@ bool GlBackend::IsList(int list) const {
 void GlBackend::CallList(int list) {
     FlushText();
     NotPlainLines();
+    if (m_kept.Keeping()) {
+        m_kept.Called(list);
+        if (m_pieces.count(list) != 0)
+            m_kept.Spoil();
+    }
     if (const auto pieces = m_pieces.find(list); pieces != m_pieces.end()) {
         glCallList(GLuint(list));
         for (const Piece& piece : pieces->second) {
@@ -451,6 +470,7 @@ void GlBackend::ColourMask(bool write) {
 void GlBackend::ClearColour(float r, float g, float b, float a) {
     NotPlainLines();
     glClearColor(r, g, b, a);
+    m_clearColour = Rgba{r, g, b, a};
 }
 void GlBackend::Clear() {
     FlushText();
@@ -513,6 +533,27 @@ void GlBackend::Scale(float x, float y, float z) {
     FlushText();
     NotPlainLines();
     glScalef(x, y, z);
+}
+
+bool GlBackend::DrawKept(const KeptKey& key) {
+    FlushText();
+    NotPlainLines();
+    return m_extra && !m_recording &&
+           m_kept.Draw(*m_extra, key, m_drawable.Width, m_drawable.Height, m_clearColour);
+}
+void GlBackend::BeginKept(const KeptKey& key) {
+    FlushText();
+    NotPlainLines();
+    glPushAttrib(GL_ALL_ATTRIB_BITS);
+    if (m_extra && !m_recording)
+        m_kept.Begin(*m_extra, key, m_drawable.Width, m_drawable.Height, m_clearColour);
+}
+void GlBackend::EndKept() {
+    FlushText();
+    NotPlainLines();
+    if (m_extra)
+        m_kept.End(*m_extra);
+    glPopAttrib();
 }
 
 } // namespace sky::ui

@@ -7,9 +7,11 @@
 #include <vector>
 
 #include "detailed_lines.h"
+#include "kept_image.h"
 #include "render/gl_api.h"
 #include "text_batch.h"
 
+class QOpenGLExtraFunctions;
 class QOpenGLFunctions;
 
 namespace sky::ui {
@@ -87,6 +89,13 @@ public:
     void Translate(float x, float y, float z) override;
     void Rotate(float angleDeg, float x, float y, float z) override;
     void Scale(float x, float y, float z) override;
+    // The kept part of the frame is drawn into an image of the frame buffer's size (SetDrawableSize);
+    // without that size, or without frame buffer objects, nothing is kept.
+    bool DrawKept(const KeptKey& key) override;
+    void BeginKept(const KeptKey& key) override;
+    void EndKept() override;
+    // The next DrawKept says false, as after a change (the benchmarks' frame that draws everything).
+    void ForgetKept() { m_kept.Forget(); }
 
 private:
     // A call a list of plain line segments does not make: the list being recorded is left to GL.
@@ -114,6 +123,9 @@ private:
     };
 
     std::unique_ptr<QOpenGLFunctions> m_functions;
+    std::unique_ptr<QOpenGLExtraFunctions> m_extra; // with frame buffer objects only
+    KeptImage m_kept;
+    Rgba m_clearColour;
     TextBatch m_text;
     bool m_textReady = false;
     double m_ratio = 1.0;

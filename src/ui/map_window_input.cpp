@@ -99,6 +99,11 @@ void MapWindow::ApplyInput(const QString& sequence) {
             send(QEvent::MouseButtonRelease, to, Qt::NoButton);
             continue;
         }
+        // "paint": a frame drawn now, as the window would between two inputs.
+        if (words[0] == u"paint") {
+            grabFramebuffer();
+            continue;
+        }
         // "newcontext": the map goes into another window and back, and Qt makes its GL context anew.
         if (words[0] == u"newcontext") {
             RemakeGlContext();

@@ -219,6 +219,25 @@ TEST_F(Gui, SectorsStayOnTheGlobeAndTheDateLineCutIsNotDrawn) {
     EXPECT_EQ(CountNear(dateLine, kSectorBorder, 10, QRect(396, 120, 9, 200)), 0);
 }
 
+// A frame that changes nothing under the aircraft copies the globe, its geography and the sectors from
+// the frame before, pixel for pixel; one after the sectors changed draws them anew.
+TEST_F(Gui, TheBackgroundKeptFromTheFrameBeforeIsTheOneDrawnAnew) {
+    Write(u"data/firlist.dat"_s, "TSA:XX:53.0000:9.0000:Test\n");
+    Write(u"data/firdisplay.dat"_s, "B:TSA:0:TSA\nR\n50:5\n56:5\n56:13\n50:13\n50:5\n");
+    QFile::remove(m_home.filePath(u"data/firdisplay.sup"_s));
+    const QStringList feed = LocalFeed({AtcLine(0, {{0, u"TSA_CTR"_s}, {1, u"300001"_s}, {4, u"128.000"_s}}),
+                                        CruisingPilot(u"DLH1"_s, 53.0, 9.0)}) +
+                             QStringList{u"--view"_s, u"9,53,3"_s};
+    const QImage drawn = Snapshot(feed);
+    ASSERT_FALSE(drawn.isNull());
+    EXPECT_GT(CountNear(drawn, kSectorBorder, 10), 200);
+    EXPECT_EQ(Snapshot(feed + QStringList{u"--keys"_s, u"paint"_s}), drawn);
+    const QImage sectorsBack =
+        Snapshot(feed + QStringList{u"--filter"_s, u"atc:twr"_s, u"--keys"_s, u"paint;X"_s});
+    const QRect globe(0, 80, 800, 480);
+    EXPECT_EQ(sectorsBack.copy(globe), drawn.copy(globe));
+}
+
 // At noon on 21 November the sun stands over 20 S 3.5 W: the Indian Ocean (10 S 60 E) is in day, the
 // Pacific at 10 N 160 E in night, shaded darker by the night side's black.
 TEST_F(Gui, TheNightSideOfTheGlobeIsShaded) {

@@ -10,6 +10,45 @@
 
 namespace sky::render {
 
+namespace {
+
+// What the kept background shows beyond its lists' content: the view, the window and the layers.
+GlApi::KeptKey BackgroundKey(const FrameInputs& in) {
+    const Settings& s = in.Config;
+    const int layers = int(s.ShowNight) | int(s.ShowLatLon) << 1 |
+                       int(in.ShowCountries && !s.DisableCountries) << 2 | int(s.ShowATC) << 3 |
+                       int(s.DisableSmooth) << 4;
+    return {in.View.ViewX,      in.View.ViewY,          in.View.ViewZ, float(in.WidthPx),
+            float(in.HeightPx), float(in.ShownNetwork), float(layers), 0.0f};
+}
+
+// The globe, land, night, grid and borders, the sectors, then the coastlines over them.
+void DrawBackground(GlApi& gl, const FrameInputs& in) {
+    const Settings& s = in.Config;
+    const int base = lists::TrafficBase(in.ShownNetwork);
+    if (!s.DisableSmooth)
+        gl.Enable(Capability::LineSmooth);
+    gl.CallList(lists::kGlobe);
+    DrawLand(gl, in.View, in.WidthPx, in.HeightPx);
+    if (s.ShowNight)
+        gl.CallList(lists::kNight);
+    if (s.ShowLatLon)
+        gl.CallList(lists::kGrid);
+    if (in.ShowCountries && !s.DisableCountries)
+        gl.CallList(lists::kBorders);
+    gl.Disable(Capability::LineSmooth);
+    if (s.ShowATC) {
+        gl.CallList(base + lists::kSectorFills);
+        gl.CallList(base + lists::kOutlines);
+    }
+    if (!s.DisableSmooth)
+        gl.Enable(Capability::LineSmooth);
+    gl.CallList(lists::kCoastlines);
+    gl.Disable(Capability::LineSmooth);
+}
+
+} // namespace
+
 void DrawScene(GlApi& gl, const FrameInputs& in) {
     const geo::ViewState& view = in.View;
     const int w = in.WidthPx;
@@ -67,25 +106,14 @@ void DrawCore(GlApi& gl, const FrameInputs& in) {
     gl.Enable(Capability::PointSmooth);
     const float pointSize = float(3.0 * std::pow(2.0 * in.View.ViewZ, 0.2));
     gl.PointSize(pointSize);
-    if (!s.DisableSmooth)
-        gl.Enable(Capability::LineSmooth);
-    gl.CallList(lists::kGlobe);
-    DrawLand(gl, in.View, in.WidthPx, in.HeightPx);
-    if (s.ShowNight)
-        gl.CallList(lists::kNight);
-    if (s.ShowLatLon)
-        gl.CallList(lists::kGrid);
-    if (in.ShowCountries && !s.DisableCountries)
-        gl.CallList(lists::kBorders);
-    gl.Disable(Capability::LineSmooth);
-    if (s.ShowATC) {
-        gl.CallList(base + lists::kSectorFills);
-        gl.CallList(base + lists::kOutlines);
+    // The globe, its geography and the sectors change only with the view, the layers shown or their
+    // lists: frames that only move aircraft or open a panel copy them from the last frame's image.
+    const GlApi::KeptKey key = BackgroundKey(in);
+    if (!gl.DrawKept(key)) {
+        gl.BeginKept(key);
+        DrawBackground(gl, in);
+        gl.EndKept();
     }
-    if (!s.DisableSmooth)
-        gl.Enable(Capability::LineSmooth);
-    gl.CallList(lists::kCoastlines);
-    gl.Disable(Capability::LineSmooth);
     gl.LineWidth(1.0f);
     if (s.ShowAirports) {
         gl.CallList(base + lists::kAirports);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+
 namespace sky::render {
 
 enum class Primitive { Points, Lines, LineStrip, LineLoop, Triangles, TriangleFan, Quads, Polygon };
@@ -84,6 +86,21 @@ public:
     virtual void Translate(float x, float y, float z) = 0;
     virtual void Rotate(float angleDeg, float x, float y, float z) = 0;
     virtual void Scale(float x, float y, float z) = 0;
+
+    // A picture kept from one frame to the next. What is drawn between BeginKept and EndKept shows as
+    // always and is kept as an image of the whole frame buffer; DrawKept puts that image back in one copy
+    // instead, and says false (drawing nothing) unless it was kept under the same key and nothing it drew
+    // has changed since: no list it called recorded again or deleted, the same clear colour and frame
+    // buffer size. The key holds what else the picture depends on (the view, the layers shown). GL state
+    // set between BeginKept and EndKept does not outlast EndKept, so either way the frame goes on alike.
+    // Without support nothing is kept and DrawKept always says false.
+    using KeptKey = std::array<float, 8>;
+    virtual bool DrawKept(const KeptKey& key) {
+        (void)key;
+        return false;
+    }
+    virtual void BeginKept(const KeptKey& key) { (void)key; }
+    virtual void EndKept() {}
 
     // How far a glyph of the small or bold font advances the raster position, in pixels. What the map
     // lays out (labels, panels) is measured with it; this default is the size of the shipped fonts.
