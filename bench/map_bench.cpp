@@ -242,7 +242,8 @@ void DeleteLand(sky::render::GlApi& gl) {
 
 // The decluttered frame of BM_DrawSceneVatsimDemo without (land 0) and with (land 1) the land, taken in
 // turn in one run: every layer drawn (kept 0), as while the view moves, or the globe, its geography and
-// the sectors copied from the last frame (kept 1), as when aircraft move or a panel opens.
+// the sectors copied from the image the frames before kept (kept 1), as when aircraft move or a panel
+// opens.
 void BM_DrawSceneWithLand(benchmark::State& state) {
     const int width = int(state.range(0)), height = int(state.range(1));
     Target(width, height);

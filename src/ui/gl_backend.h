@@ -94,7 +94,8 @@ public:
     bool DrawKept(const KeptKey& key) override;
     void BeginKept(const KeptKey& key) override;
     void EndKept() override;
-    // The next DrawKept says false, as after a change (the benchmarks' frame that draws everything).
+    // The next frames draw everything, as the first with a new view does (the benchmarks' frame that
+    // draws every layer).
     void ForgetKept() { m_kept.Forget(); }
 
 private:

@@ -7,7 +7,9 @@ namespace sky::ui {
 bool KeptImage::Begin(QOpenGLExtraFunctions& gl, const render::GlApi::KeptKey& key, int widthPx, int heightPx,
                       const Rgba& clear) {
     m_valid = false;
-    if (widthPx <= 0 || heightPx <= 0)
+    const bool seen = m_seen == key;
+    m_seen = key;
+    if (widthPx <= 0 || heightPx <= 0 || !seen)
         return false;
     if (widthPx != m_widthPx || heightPx != m_heightPx) {
         Release(gl);

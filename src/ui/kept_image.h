@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <set>
 
 #include "render/gl_api.h"
@@ -15,7 +16,9 @@ namespace sky::ui {
 class KeptImage {
 public:
     // Starts drawing into the image, cleared with the clear colour, remembering the frame buffer drawn
-    // into until now. False, and nothing changed, without a size or frame buffer objects.
+    // into until now. False, and nothing changed, without a size or frame buffer objects, or when the
+    // key is not the one Begin saw last: while the view moves every frame has a key of its own, and
+    // keeping would only add the copy.
     bool Begin(QOpenGLExtraFunctions& gl, const render::GlApi::KeptKey& key, int widthPx, int heightPx,
                const Rgba& clear);
     bool Keeping() const { return m_keeping; }
@@ -32,7 +35,10 @@ public:
               const Rgba& clear);
     // A list recorded again or deleted.
     void ListChanged(int list);
-    void Forget() { m_valid = false; }
+    void Forget() {
+        m_valid = false;
+        m_seen.reset();
+    }
     // Frees the image's GL objects (its context current).
     void Release(QOpenGLExtraFunctions& gl);
 
@@ -42,6 +48,7 @@ private:
     unsigned m_frameBuffer = 0, m_colour = 0;
     int m_widthPx = 0, m_heightPx = 0;
     render::GlApi::KeptKey m_key{};
+    std::optional<render::GlApi::KeptKey> m_seen; // by the last Begin
     Rgba m_clear{};
     std::set<int> m_lists; // called while keeping
     bool m_keeping = false, m_valid = false, m_spoiled = false;

@@ -177,7 +177,9 @@ void InboundLines(GlApi& gl, const network::NetworkData& data, const TrafficInpu
     std::vector<Vec3> arc;
     for (int slot = 1; slot <= data.PilotCount; ++slot) {
         const network::PilotRecord& p = data.Pilots[size_t(slot)];
-        if (!Shows(in, p) || (p.DestLatitude == 0.0f && p.DestLongitude == 0.0f))
+        // An aircraft on the ground is not yet on its way (or already there): only those flying are inbound.
+        if (!Shows(in, p) || (p.DestLatitude == 0.0f && p.DestLongitude == 0.0f) ||
+            p.GroundSpeed < kGroundSpeedKts)
             continue;
         if (geo::Distance(p.Latitude, p.Longitude, p.DestLatitude, p.DestLongitude) < 2.0f)
             continue;

@@ -88,12 +88,13 @@ public:
     virtual void Scale(float x, float y, float z) = 0;
 
     // A picture kept from one frame to the next. What is drawn between BeginKept and EndKept shows as
-    // always and is kept as an image of the whole frame buffer; DrawKept puts that image back in one copy
-    // instead, and says false (drawing nothing) unless it was kept under the same key and nothing it drew
-    // has changed since: no list it called recorded again or deleted, the same clear colour and frame
-    // buffer size. The key holds what else the picture depends on (the view, the layers shown). GL state
-    // set between BeginKept and EndKept does not outlast EndKept, so either way the frame goes on alike.
-    // Without support nothing is kept and DrawKept always says false.
+    // always and may be kept as an image of the whole frame buffer (a GL keeps it when the key is the one
+    // of the frame before, not while every frame brings another); DrawKept puts that image back in one
+    // copy instead, and says false (drawing nothing) unless it was kept under the same key and nothing it
+    // drew has changed since: no list it called recorded again or deleted, the same clear colour and
+    // frame buffer size. The key holds what else the picture depends on (the view, the layers shown). GL
+    // state set between BeginKept and EndKept does not outlast EndKept, so either way the frame goes on
+    // alike. Without support nothing is kept and DrawKept always says false.
     using KeptKey = std::array<float, 8>;
     virtual bool DrawKept(const KeptKey& key) {
         (void)key;

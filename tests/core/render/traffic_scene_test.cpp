@@ -4,6 +4,7 @@
 
 #include "app/colour_theme.h"
 #include "app/friends.h"
+#include "geo/sphere_geometry.h"
 #include "network/whazzup.h"
 #include "network/whazzup_lines.h"
 #include "refdata/fir_outlines.h"
@@ -80,6 +81,15 @@ TEST_F(TrafficScene, DrawsEveryShownClientAndLabelsThem) {
     EXPECT_EQ(RecordingGl::PrintedText(m_gl.List(List(lists::kPlaneLabels))), "DLH1BAW2");
     // A point at each departure and destination.
     EXPECT_EQ(RecordingGl::Count(m_gl.List(List(lists::kAirports)), Op::Vertex), 4);
+    // The cruising DLH1's line ends at EGLL; BAW2, parked at its departure, is not yet inbound.
+    std::vector<RecordingGl::Call> inbound;
+    for (const auto& call : m_gl.List(List(lists::kInbounds)))
+        if (call.What == Op::Vertex)
+            inbound.push_back(call);
+    ASSERT_FALSE(inbound.empty());
+    const geo::Vec3 egll = geo::OnGlobe(51.47f, -0.46f);
+    EXPECT_NEAR(inbound.back().Values[0], egll.X, 1e-5f);
+    EXPECT_NEAR(inbound.back().Values[2], egll.Z, 1e-5f);
     // Each airport is labelled once, however many flights use it.
     EXPECT_EQ(RecordingGl::PrintedText(m_gl.List(List(lists::kAirportLabels))), "EDDFEGLL");
     // Station labels for all but the observer; the centres in the bold font.
