@@ -220,6 +220,9 @@ void GlBackend::ForgetDetail(int list) {
     }
 }
 bool GlBackend::IsList(int list) const {
+    // A layer that draws a list only once it exists (the land's tiles) is stale when it comes to be.
+    if (m_kept.Keeping())
+        m_kept.Called(list);
     return glIsList(GLuint(list)) == GL_TRUE;
 }
 void GlBackend::CallList(int list) {

@@ -125,7 +125,7 @@ private:
 
     std::unique_ptr<QOpenGLFunctions> m_functions;
     std::unique_ptr<QOpenGLExtraFunctions> m_extra; // with frame buffer objects only
-    KeptImage m_kept;
+    mutable KeptImage m_kept;                       // IsList counts as a use of the list while keeping
     Rgba m_clearColour;
     TextBatch m_text;
     bool m_textReady = false;

@@ -9,7 +9,8 @@ bool KeptImage::Begin(QOpenGLExtraFunctions& gl, const render::GlApi::KeptKey& k
     m_valid = false;
     const bool seen = m_seen == key;
     m_seen = key;
-    if (widthPx <= 0 || heightPx <= 0 || !seen)
+    if (widthPx <= 0 || heightPx <= 0 || !seen ||
+        (widthPx == m_failedWidthPx && heightPx == m_failedHeightPx))
         return false;
     if (widthPx != m_widthPx || heightPx != m_heightPx) {
         Release(gl);
@@ -17,6 +18,7 @@ bool KeptImage::Begin(QOpenGLExtraFunctions& gl, const render::GlApi::KeptKey& k
         gl.glGenRenderbuffers(1, &m_colour);
         gl.glBindRenderbuffer(GL_RENDERBUFFER, m_colour);
         gl.glRenderbufferStorage(GL_RENDERBUFFER, GL_RGBA8, widthPx, heightPx);
+        gl.glBindRenderbuffer(GL_RENDERBUFFER, 0);
         m_widthPx = widthPx;
         m_heightPx = heightPx;
     }
@@ -28,6 +30,8 @@ bool KeptImage::Begin(QOpenGLExtraFunctions& gl, const render::GlApi::KeptKey& k
         gl.glBindFramebuffer(GL_DRAW_FRAMEBUFFER, GLuint(m_drawBuffer));
         gl.glBindFramebuffer(GL_READ_FRAMEBUFFER, GLuint(m_readBuffer));
         Release(gl);
+        m_failedWidthPx = widthPx; // too large for this GL: not tried again at this size
+        m_failedHeightPx = heightPx;
         return false;
     }
     gl.glClear(GL_COLOR_BUFFER_BIT);

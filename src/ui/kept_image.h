@@ -47,6 +47,7 @@ private:
 
     unsigned m_frameBuffer = 0, m_colour = 0;
     int m_widthPx = 0, m_heightPx = 0;
+    int m_failedWidthPx = 0, m_failedHeightPx = 0; // a size GL could not make an image of
     render::GlApi::KeptKey m_key{};
     std::optional<render::GlApi::KeptKey> m_seen; // by the last Begin
     Rgba m_clear{};
