@@ -19,7 +19,7 @@ GlApi::KeptKey BackgroundKey(const FrameInputs& in) {
                        int(in.ShowCountries && !s.DisableCountries) << 2 | int(s.ShowATC) << 3 |
                        int(s.DisableSmooth) << 4;
     return {in.View.ViewX,      in.View.ViewY,          in.View.ViewZ, float(in.WidthPx),
-            float(in.HeightPx), float(in.ShownNetwork), float(layers), 0.0f};
+            float(in.HeightPx), float(in.ShownNetwork), float(layers)};
 }
 
 // The globe, land, night, grid and borders, the sectors, then the coastlines over them.
@@ -107,7 +107,7 @@ void DrawCore(GlApi& gl, const FrameInputs& in) {
     const float pointSize = float(3.0 * std::pow(2.0 * in.View.ViewZ, 0.2));
     gl.PointSize(pointSize);
     // The globe, its geography and the sectors change only with the view, the layers shown or their
-    // lists: frames that only move aircraft or open a panel copy them from the last frame's image.
+    // lists: frames that only move aircraft or open a panel copy them from the image kept before.
     const GlApi::KeptKey key = BackgroundKey(in);
     if (!gl.DrawKept(key)) {
         gl.BeginKept(key);

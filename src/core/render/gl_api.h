@@ -95,7 +95,7 @@ public:
     // frame buffer size. The key holds what else the picture depends on (the view, the layers shown). GL
     // state set between BeginKept and EndKept does not outlast EndKept, so either way the frame goes on
     // alike. Without support nothing is kept and DrawKept always says false.
-    using KeptKey = std::array<float, 8>;
+    using KeptKey = std::array<float, 7>;
     virtual bool DrawKept(const KeptKey& key) {
         (void)key;
         return false;
