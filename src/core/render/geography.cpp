@@ -105,8 +105,9 @@ void BuildLineFile(GlApi& gl, int list, QStringView text, const ColourTable& col
     gl.DeleteList(list);
     gl.NewList(list);
     gl.LineWidth(shaded ? 2.0f : 1.0f);
-    // Up to a pixel off the full line: the same picture to the eye (under 0.2% of a zoomed-out frame's
-    // pixels change by more than a faint shade), and a third fewer of the costly smoothed segments.
+    // Up to a pixel off the full line: the same picture to the eye (a third of a percent of a zoomed-out
+    // frame's pixels change by more than an eighth of a channel's range, about 25 by more than a
+    // quarter), and a third fewer of the costly smoothed segments.
     gl.LineTolerance(1.0f);
     if (!shaded)
         gl.Colour(colours.Red[kSlotCountryBorders], colours.Green[kSlotCountryBorders],
