@@ -72,10 +72,10 @@ void EachStation(const network::NetworkData& data, const TrafficInputs& in, Visi
 } // namespace
 
 int SectorDetail(float viewZ, int windowHeightPx) {
-    // Half a pixel at the band's closest zoom, in units of the globe's radius (as many window heights
-    // as the zoom), rounded down to a power of two.
+    // A pixel at the band's closest zoom, in units of the globe's radius (as many window heights as the
+    // zoom), rounded down to a power of two: as the coastlines and borders are drawn.
     const double closest = std::min(50.0, std::pow(1.5, SymbolBand(viewZ) + 0.5));
-    const double tolerance = 0.5 / (closest * std::clamp(windowHeightPx, 1, 100000));
+    const double tolerance = 1.0 / (closest * std::clamp(windowHeightPx, 1, 100000));
     return int(std::floor(std::log2(tolerance)));
 }
 

@@ -33,7 +33,7 @@ private:
 };
 
 // The level of detail of the sectors for a zoom and window height: outlines drawn at it keep within
-// half a pixel of the full ones at every zoom of the symbols' band (and follow their great circles at
+// a pixel of the full ones at every zoom of the symbols' band (and follow their great circles at
 // least as closely as in steps of a degree). The sector lists are recorded again when it changes.
 int SectorDetail(float viewZ, int windowHeightPx);
 
