@@ -76,7 +76,8 @@ TEST_F(Gui, FewerSegmentsWhenZoomedOutDrawTheSameCoasts) {
                 far += d > 64 ? 1 : 0;
             }
         EXPECT_LT(differing, full.width() * full.height() / 200);
-        EXPECT_LT(far, full.width() * full.height() / 4000); // lines up to 3 pixels off make over 6 times as many
+        // Lines drawn up to 3 pixels off make over 6 times as many pixels differ this much.
+        EXPECT_LT(far, full.width() * full.height() / 4000);
         EXPECT_GT(CountNear(full, qRgb(0x40, 0x5E, 0x85), 16), 300); // there are coasts to compare
     }
 }
