@@ -107,22 +107,28 @@ struct ControllerRecord {
 
 // The clients and figures of one network. Slots are numbered from 1 as the counters count; slots above
 // a counter hold stale records of earlier downloads and are never read as clients. One slot past the
-// largest count exists and stays empty, so "the slot after the last pilot" is always a valid record.
+// largest count exists, so "the slot after the last pilot" is always a valid record. The tables start
+// with room for a small feed and grow as a download adds clients, up to the limits, so that a quiet
+// network does not hold the memory of the busiest one.
 struct NetworkData {
-    NetworkData() : Pilots(kMaxPilots + 2), Controllers(kMaxControllers + 2) {}
+    static constexpr int kFirstSlots = 256;
+    NetworkData() : Pilots(kFirstSlots + 2), Controllers(kFirstSlots + 2) {}
 
     // The most pilots and controllers the tables hold; a full table drops further clients.
-    int MaxPilots() const { return int(Pilots.size()) - 2; }
-    int MaxControllers() const { return int(Controllers.size()) - 2; }
+    int MaxPilots() const { return m_maxPilots; }
+    int MaxControllers() const { return m_maxControllers; }
     // Raises (or lowers) the limits; the counters never exceed them.
     void SetLimits(int maxPilots, int maxControllers) {
-        Pilots.resize(size_t(maxPilots) + 2);
-        Controllers.resize(size_t(maxControllers) + 2);
-        Pilots.back() = {}; // a lowered limit leaves the slot past it empty too
-        Controllers.back() = {};
-        PilotCount = std::int16_t(std::min<int>(PilotCount, maxPilots));
-        ControllerCount = std::int16_t(std::min<int>(ControllerCount, maxControllers));
+        m_maxPilots = std::max(0, maxPilots);
+        m_maxControllers = std::max(0, maxControllers);
+        ShrinkTo(Pilots, m_maxPilots);
+        ShrinkTo(Controllers, m_maxControllers);
+        PilotCount = std::int16_t(std::min<int>(PilotCount, m_maxPilots));
+        ControllerCount = std::int16_t(std::min<int>(ControllerCount, m_maxControllers));
     }
+    // The next slot, counted, with the one past it made to exist; only below the limit.
+    PilotRecord& AddPilot() { return Pilots[SlotAdded(Pilots, PilotCount)]; }
+    ControllerRecord& AddController() { return Controllers[SlotAdded(Controllers, ControllerCount)]; }
 
     std::vector<PilotRecord> Pilots;
     std::vector<ControllerRecord> Controllers;
@@ -136,6 +142,25 @@ struct NetworkData {
     // Clients of the last file that found no room in the full tables.
     int DroppedPilots = 0;
     int DroppedControllers = 0;
+
+private:
+    template <typename Record> static void ShrinkTo(std::vector<Record>& slots, int limit) {
+        if (slots.size() > size_t(limit) + 2) {
+            slots.resize(size_t(limit) + 2);
+            slots.back() = {}; // a lowered limit leaves the slot past it empty
+        }
+    }
+    template <typename Record> static size_t SlotAdded(std::vector<Record>& slots, std::int16_t& count) {
+        ++count;
+        if (slots.size() < size_t(count) + 2) {
+            if (slots.capacity() < size_t(count) + 2)
+                slots.reserve(std::max(size_t(count) + 2, 2 * slots.capacity()));
+            slots.resize(size_t(count) + 2);
+        }
+        return size_t(count);
+    }
+    int m_maxPilots = kMaxPilots;
+    int m_maxControllers = kMaxControllers;
 };
 
 using ClientTables = std::array<NetworkData, kNetworkCount>;

@@ -276,16 +276,13 @@ InterpretResult InterpretLines(int network, QStringView text, const ReferenceDat
         const QStringView clientType = fields[3];
         if (clientType == u"PILOT") {
             if (data.PilotCount < data.MaxPilots()) {
-                ++data.PilotCount;
-                ParsePilotFields(network, fields, reference, data.Pilots[data.PilotCount]);
+                ParsePilotFields(network, fields, reference, data.AddPilot());
             } else {
                 ++data.DroppedPilots;
             }
         } else if (clientType == u"ATC") {
             if (data.ControllerCount < data.MaxControllers()) {
-                ++data.ControllerCount;
-                ParseControllerFields(network, fields, reference, data.Controllers[data.ControllerCount],
-                                      data);
+                ParseControllerFields(network, fields, reference, data.AddController(), data);
             } else {
                 ++data.DroppedControllers;
             }

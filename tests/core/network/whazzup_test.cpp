@@ -233,7 +233,10 @@ TEST_F(Whazzup, DecrementsBeforeTheClientCountAreLost) {
 }
 
 TEST_F(Whazzup, FullTablesDropFurtherLinesAndOldSlotsStayStale) {
-    // A busy evening of today's VATSIM fits the default tables; the classic limits cut it.
+    // A quiet network holds little; a busy evening of today's VATSIM fits the default tables; the
+    // classic limits cut it.
+    Interpret(1, File({u"CONNECTED CLIENTS = 1"_s, PilotLine(1, u"0=ONE"_s), u""_s, u""_s, u""_s}));
+    EXPECT_LT(m_data.Pilots.capacity() + m_data.Controllers.capacity(), 1000u);
     QStringList lines = {u"CONNECTED CLIENTS = 5400"_s, u"UPDATE = 20261121142305"_s};
     for (int i = 1; i <= 3900; ++i)
         lines.append(PilotLine(1, u"0=P%1"_s.arg(i)));
@@ -254,6 +257,11 @@ TEST_F(Whazzup, FullTablesDropFurtherLinesAndOldSlotsStayStale) {
                                       u"observers kept; the Preferences raise the limits");
     EXPECT_EQ(m_data.Pilots[1400].Callsign, u"P1400");
     EXPECT_TRUE(m_data.Pilots[1401].Callsign.isEmpty());
+
+    m_data.SetLimits(kMaxPilots, kMaxControllers);
+    Interpret(1, File(lines));
+    EXPECT_EQ(m_data.Pilots[3900].Callsign, u"P3900");
+    EXPECT_EQ(m_data.Controllers[1500].Callsign, u"C1500_CTR");
 
     Interpret(1, File({u"CONNECTED CLIENTS = 1"_s, PilotLine(1, u"0=NEW"_s), u""_s, u""_s, u""_s}));
     EXPECT_EQ(m_data.PilotCount, 1);
