@@ -152,11 +152,8 @@ private:
     }
     template <typename Record> static size_t SlotAdded(std::vector<Record>& slots, std::int16_t& count) {
         ++count;
-        if (slots.size() < size_t(count) + 2) {
-            if (slots.capacity() < size_t(count) + 2)
-                slots.reserve(std::max(size_t(count) + 2, 2 * slots.capacity()));
-            slots.resize(size_t(count) + 2);
-        }
+        if (slots.size() < size_t(count) + 2)
+            slots.emplace_back(); // a slot at a time: the vector's own growth keeps this cheap
         return size_t(count);
     }
     int m_maxPilots = kMaxPilots;
