@@ -14,6 +14,9 @@ namespace {
 // the wait.
 constexpr int kLockWaitMs = 4000;
 constexpr int kStaleLockMs = 3000;
+// File times move on with the kernel's clock tick, a few milliseconds: two saves of the same size
+// within one tick leave the same stamp. A file whose stamp is this recent is compared by its bytes.
+constexpr qint64 kCoarseStampMs = 2000;
 
 } // namespace
 
@@ -30,13 +33,21 @@ SharedFile::Stamp SharedFile::StampNow() const {
 
 QByteArray SharedFile::Read() {
     m_seen = StampNow();
-    return ReadWholeFile(m_path).value_or(QByteArray());
+    m_seenBytes = ReadWholeFile(m_path).value_or(QByteArray());
+    return m_seenBytes;
 }
 
 std::optional<QByteArray> SharedFile::ReadIfChanged() {
-    if (StampNow() == m_seen)
+    const Stamp now = StampNow();
+    if (now != m_seen)
+        return Read();
+    if (!now.Exists || now.Modified.msecsTo(QDateTime::currentDateTimeUtc()) > kCoarseStampMs)
         return std::nullopt;
-    return Read();
+    QByteArray bytes = ReadWholeFile(m_path).value_or(QByteArray());
+    if (bytes == m_seenBytes)
+        return std::nullopt;
+    m_seenBytes = bytes;
+    return bytes;
 }
 
 WriteResult SharedFile::Update(const Change& change) {
@@ -56,8 +67,10 @@ WriteResult SharedFile::Update(const Change& change) {
     if (!next)
         return {};
     const WriteResult saved = WriteFileAtomically(m_path, *next);
-    if (saved.Ok)
+    if (saved.Ok) {
         m_seen = StampNow();
+        m_seenBytes = *next;
+    }
     return saved;
 }
 

@@ -43,6 +43,7 @@ private:
 
     QString m_path;
     Stamp m_seen;
+    QByteArray m_seenBytes; // the content read or saved with m_seen
 };
 
 } // namespace sky
